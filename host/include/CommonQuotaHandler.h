@@ -1,0 +1,18 @@
+#pragma once
+
+#include "HostExport.h"
+
+#include <QtCore/QString>
+
+/// The quote service. Callable from any thread.
+class T0_HOST_EXPORT CommonQuotaHandler
+{
+public:
+    static CommonQuotaHandler &instance();
+
+    /// The latest price; 0 when there is none. flag: 0.
+    double lastPrice(const QString &symbol, int flag) const;
+
+private:
+    CommonQuotaHandler() = default;
+};

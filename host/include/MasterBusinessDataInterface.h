@@ -1,0 +1,50 @@
+#pragma once
+
+#include "HostExport.h"
+#include "MasterValues.h"
+#include "VariantRecord.h"
+
+#include <QtCore/QStringList>
+
+/// One trading account of the host.
+struct tagUserAccountInfo {
+    QString tradingAccount;
+    QString productAccount;
+    QString assetProp; ///< Stand_Values::AssetProp::Cash or Master_Values::FundAccountType::Credit
+    QString accountText;
+};
+
+/// Accounts and instruments. Callable from any thread; results are copies; pure lookups.
+namespace MasterBusinessDataInterface {
+
+/// Shows a business message. owner and key: "" for none.
+T0_HOST_EXPORT void AddBusiMsg(Master_Values::BusiMsgLevel::Level level, const QString &text,
+                               Master_Values::BusiMsgType::Type type, const QString &owner, bool popUp,
+                               const QString &key);
+
+/// The accounts the user could enable for T0 that trade on any of the exchanges, in stable order. fundType
+/// 3, fundProp 16, all true, sorted true: the only selection this host offers.
+T0_HOST_EXPORT QList<tagUserAccountInfo> GetFundAccountListByFundProp(int fundType, int fundProp, bool all,
+                                                                      const QStringList &exchanges, bool sorted);
+
+/// The same property as in GetFundAccountListByFundProp; empty when the account is unknown.
+T0_HOST_EXPORT QString GetAccountAssetPropByTradingAccount(const QString &tradingAccount);
+
+/// Product account to display text.
+T0_HOST_EXPORT QMap<QString, QString> GetAllProductAccountMap();
+
+/// How many display units (shares, bonds) one unit of the server is; 1 for an unknown symbol.
+T0_HOST_EXPORT int GetDispFactorBySymbol(const QString &symbol);
+
+/// Empty when unknown (logged once a security).
+T0_HOST_EXPORT QString GetSymbolBySecurityIDAndExchange(const QString &securityID, const QString &exchange);
+
+/// chineseName, spellCode and the instrument's further fields; empty when unknown.
+T0_HOST_EXPORT VariantRecord GetSecurityDetailsBySymbol(const QString &symbol);
+
+/// Subscribes a push at the server; true when it accepts. Answers within 1 s, else false, and at once when
+/// the host is stopping: it is called under a lock.
+T0_HOST_EXPORT bool SubscribePushMsgFromServer(const QString &msgType, const VariantRecord &filter,
+                                               const QString &serviceName);
+
+} // namespace MasterBusinessDataInterface

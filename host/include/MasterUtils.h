@@ -1,0 +1,41 @@
+#pragma once
+
+#include "HostExport.h"
+#include "VariantRecord.h"
+
+class ZrPresenterClass;
+
+/// How the server may serve a query; passed on unchanged.
+enum QueryDataMode { Mode0 = 0, Mode1 = 1 };
+
+/// Calls to the server and to the event bus. Each may be called from any thread; none calls back into the
+/// caller's library while inside; every answer comes on a waiter of its own, so a presenter that is busy
+/// with a long query does not hold up another caller's request, and no nested event loop runs.
+///
+/// A null presenter is accepted everywhere. With one that is being released, queries return at once
+/// with an error text.
+namespace MasterUtils {
+
+/// One query. Rows of the answer; errorText is filled on failure and left alone on success.
+T0_HOST_EXPORT RecordList QueryDatasFromServer(ZrPresenterClass *presenter, const QString &msgType,
+                                               const QVariantMap &query, QueryDataMode mode, QString &errorText);
+
+/// All pages, each asked for by the position the one before ended at. pageSize: rows a page. position: "" for
+/// the start. flag: 0. After a failed page errorText is filled and the rows so far are returned. Progress is
+/// reported per message type (HostSession::loadProgress).
+T0_HOST_EXPORT RecordList QueryDatasFromServerByPos(ZrPresenterClass *presenter, const QString &msgType,
+                                                    const QVariantMap &query, QString &errorText, int pageSize,
+                                                    const QString &position, int flag);
+
+/// All pages by page number from firstPage; maxPages 0: all; flag: 0. Else as by position.
+T0_HOST_EXPORT RecordList QueryDatasFromServerByPage(ZrPresenterClass *presenter, const QString &msgType,
+                                                     const QVariantMap &query, QString &errorText, int pageSize,
+                                                     int firstPage, int maxPages, int flag);
+
+/// Queues an event for every listener of its name (EventBus::listen). Never runs a listener inside the call:
+/// each runs on the thread of the object it was registered with, events of one sending thread in sending
+/// order. Callers rely on it, since some send while they hold a lock that their listeners will take.
+/// payload may be an invalid QVariant.
+T0_HOST_EXPORT void SendEventMsg(ZrPresenterClass *presenter, const QString &eventName, const QVariant &payload);
+
+} // namespace MasterUtils

@@ -1,0 +1,248 @@
+#pragma once
+
+#include "ManualT0LogicExport.h"
+#include "MasterInitStateMgr.h"
+#include "SymbolListType.h"
+#include "VariantRecord.h"
+
+#include <QtCore/QObject>
+
+/// The one class through which other plug-ins reach manual T0 trading. Never instantiated.
+///
+/// Every operation may be called from any thread and from any listener of the host's events; none waits for
+/// the library's own thread. Queries answer from memory with copies; where nothing matches they return an
+/// empty value. Nothing throws. Do not call from static destructors.
+///
+/// Rows are VariantRecords keyed by the host's field constants. Quantities are display units (shares,
+/// bonds), amounts and prices money, fee rates fractions of an amount. Row lists have no fixed order unless
+/// an operation names one. Ids and codes are compared case-sensitively.
+///
+/// Events (host's event bus; each is delivered queued on the listener's thread):
+///   ManualT0DataInited            int, the family (see InitType) whose load has finished, well or not; after it
+///                                 the family may be read. Also after a refresh and after changed products.
+///   ManualT0ResourceUpdated       QVariantMap with tradingAccount: resources of the account were read again
+///   ManualT0SecurityPoolUpdated   QStringList, ids of new and changed pools
+///   ManualT0SecurityPoolDeleted   QVariantList of the records of removed pools; sent after the updated ones
+///   ManualT0PoolRealTimeUpdated   QVariantList of new and changed usage records, may be empty
+///   ManualT0CurTradeAccountChanged QStringList, the accounts of SetCurrentTradeAccount
+///   ManualT0CurInputSymbolChanged invalid: GetCurrentInputSymbolList is to be read again
+class MANUALT0LOGIC_EXPORT ManualT0Logic : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The data families. The init key of one is Master_Values::InitTypeCode::ManualT0Info and its number.
+    enum InitType {
+        Products = 0,
+        Traders = 1,
+        Resources = 2,
+        SecurityPools = 3,
+        RealtimeUsage = 4,
+        AccountPriority = 5
+    };
+
+    static constexpr int MaxResourceQty = 1000000000;      ///< upper bound of a resource quantity, for input fields
+    static constexpr int MaxPoolQty = 1000000000;          ///< upper bound of a pool quantity, for input fields
+    static constexpr double MaxFundExposure = 1000000000.; ///< upper bound of a fund exposure, for input fields
+    static constexpr int InvalidExposure = -1;             ///< an exposure limit that is not set
+    static const QString PublicTrader;                     ///< "public": trader id of the public pool
+
+    ~ManualT0Logic() override;
+
+    // ---- Start and refresh -------------------------------------------------------------------------------
+
+    /// Starts the library on its first call (presenter, connections) and loads every family that is not
+    /// loading or loaded yet; the families arrive in the background and are announced by ManualT0DataInited.
+    /// Callable again at any time. Called again from inside the first call it does nothing.
+    static void InitData();
+
+    /// Loads all families again; what is held stays readable until the answers come. A second call within 30
+    /// seconds of the last accepted one only posts the business message "刷新频率过高，请稍后重试！". Does nothing
+    /// before InitData.
+    static void RefreshData();
+
+    /// Loads one family again, at once: Products, Traders, Resources or SecurityPools; the family is emptied
+    /// first. Any other type only becomes "not started" (RefreshData loads it). Nothing happens for a type
+    /// that was never started, nor before InitData.
+    static void RefreshDataByType(int type);
+
+    /// NotInit for a type that was never started.
+    static MasterInitStateMgr::InitState GetInitStateByType(int type);
+
+    // ---- Products and trading accounts -------------------------------------------------------------------
+
+    /// Product account to its asset properties enabled for T0, ascending.
+    static QMap<QString, QStringList> GetAllT0ProductAccount();
+
+    /// Trading accounts enabled for T0, in the server's order; one may stand there twice.
+    static QStringList GetAllT0TradingAccountList();
+
+    /// Product account to every asset property the user could enable, ascending. Known from the start.
+    static QMap<QString, QStringList> GetCandidateT0ProductAccount();
+
+    /// Asset properties enabled for T0, ascending.
+    static QStringList GetProductAssetPropList(const QString &productAccount);
+
+    static bool IsProductAndAssetPropInT0(const QString &productAccount, const QString &assetProp);
+
+    /// Enabled product accounts to their display texts; an empty text where the host knows none.
+    static QMap<QString, QString> GetT0ProductMap();
+
+    /// Trading accounts of an enabled product and asset property, in the host's order; an empty assetProp
+    /// means every enabled one, ascending.
+    static QStringList GetTradingAccountListByProductAndAssetProp(const QString &productAccount,
+                                                                  const QString &assetProp);
+
+    // ---- Traders -----------------------------------------------------------------------------------------
+
+    /// Trader id to name. The public pool's id is not among them.
+    static QMap<QString, QString> GetAllT0TraderId();
+
+    /// "public" for PublicTrader; empty when unknown.
+    static QString GetTraderNameByTraderId(const QString &traderId);
+
+    /// The user's own T0 trading accounts, highest priority first.
+    static QStringList GetAllT0TradingAccountListByCurUser();
+
+    // ---- Resources ---------------------------------------------------------------------------------------
+    // A listed resource holds what the server sends, symbol, ResourceQty in display units, and a summary of
+    // its pools: PublicPoolQty and PrivatePoolQty (int), T0TraderId and T0TraderName (joined with ",", one
+    // entry a pool in ascending order of pool id, "public" for a public one).
+
+    /// Every resource, with its summary.
+    static RecordList GetAllResourceList();
+
+    /// One resource as it is held, without summary.
+    static VariantRecord GetResourceDetailById(const QString &resourceId);
+
+    /// Resources of the products' trading accounts that are enabled under assetProp (empty: under any), with
+    /// their summaries. An empty productAccounts selects none; an empty symbol, exchange or traderIds does
+    /// not narrow. traderIds: with a pool of any of these traders.
+    static RecordList GetResourceByProductAccount(const QStringList &productAccounts, const QString &assetProp,
+                                                  QString symbol, const QString &exchange,
+                                                  const QStringList &traderIds);
+
+    // ---- Security pools ----------------------------------------------------------------------------------
+    // A pool holds what the server sends, symbol, and PoolTotalQty, MaxExposureQty and MaxPendExposureQty in
+    // display units. Every negative limit means "none": directly after a load one of a security with display
+    // factor 10 reads -10.0, later -1.
+
+    /// Every pool, with T0TraderName.
+    static RecordList GetAllSecurityPoolList();
+
+    /// One pool, without T0TraderName.
+    static VariantRecord GetSecurityPoolDetailById(const QString &poolId);
+
+    /// The known ids, in the order given, without T0TraderName.
+    static RecordList GetSecurityPoolDetailByIdList(const QStringList &poolIdList);
+
+    /// Pools of a resource, with T0TraderName. poolType: 0 public, 1 private, 3 all.
+    static RecordList GetSecurityPoolDetailByResourceId(const QString &resourceId, int poolType);
+
+    /// Pools of the trading accounts, with T0TraderName. An empty accountList selects none; an empty symbol or
+    /// exchange does not narrow; an empty traderIdList means all traders, one that holds only empty texts
+    /// none. withPublic: the public pools are taken out of the list and one private pool of the same account,
+    /// symbol and exchange (the first by id) gets their quantity as PublicPoolQty; a public pool without such
+    /// a partner stands at the end, by account, symbol and exchange, with PoolTotalQty 0, PublicPoolQty its
+    /// quantity, and no T0TraderName. With PublicTrader in traderIdList its pools stay ordinary rows.
+    static RecordList GetSecurityPoolDetailListByTradingList(const QStringList &accountList,
+                                                             const QStringList &traderIdList, const QString &symbol,
+                                                             const QString &exchange, bool withPublic);
+
+    /// The list of one account and one trader, without public merging.
+    static RecordList GetSecurityPoolDetailListByTrading(const QString &tradingAccount, const QString &traderId,
+                                                         const QString &symbol, const QString &exchange);
+
+    /// The first pool by id of that list.
+    static VariantRecord GetSecurityPoolDetailByTrading(const QString &tradingAccount, const QString &traderId,
+                                                        const QString &symbol, const QString &exchange);
+
+    /// The list of one product's trading accounts; empty when productAccount or assetProp is. An empty traderId
+    /// means all traders.
+    static RecordList GetSecurityPoolDetail(const QString &productAccount, const QString &assetProp,
+                                            const QString &traderId, const QString &symbol, const QString &exchange,
+                                            bool withPublic);
+
+    /// The list of several products' trading accounts. An empty productAccountList means every enabled product,
+    /// an empty assetPropList each product's enabled asset properties.
+    static RecordList GetSecurityPoolDetail(const QStringList &productAccountList, const QStringList &assetPropList,
+                                            const QStringList &traderIdList, const QString &symbol,
+                                            const QString &exchange, bool withPublic);
+
+    // ---- Real-time usage and profit ----------------------------------------------------------------------
+    // A usage record holds what the server sends (quantities in display units, 64-bit), symbol, the remaining
+    // limits RtTotalBuyLimit and RtTotalSellLimit, the open position (PreOpenQty, DailyOpenQty, OpenPosQty
+    // signed, OpenPosSide, OpenAvgPrice, which is integer 0 when flat and may be infinite or not a number),
+    // and RtRealBoughtQty, RtRealBoughtAmount, RtRealSoldQty, RtRealSoldAmount with fees.
+
+    /// The key of a usage record, "trader_account_symbol_exchange", from its own fields.
+    static QString GetRealtimePoolKey(const VariantRecord &record);
+
+    /// One usage record; empty when any argument is.
+    static VariantRecord GetRealtimePoolDetail(const QString &tradingAccount, const QString &traderId,
+                                               const QString &symbol, const QString &exchange);
+
+    /// Usage records of the accounts. An empty tradingAccounts selects none; an empty traderIds, symbol or
+    /// exchange does not narrow (a list of one empty text selects records without a trader).
+    static RecordList GetRealtimePoolDetailList(const QStringList &tradingAccounts, const QStringList &traderIds,
+                                                const QString &symbol, const QString &exchange);
+
+    /// One trader's usage summed by symbol and exchange, ascending by symbol and exchange. The server's
+    /// quantities and amounts, RtTotalBuyLimit and RtTotalSellLimit are sums; every other field, the open
+    /// position among them, is that of the first record (by key) and must not be relied on. Empty without an
+    /// account or trader.
+    static RecordList GetRealtimeSumListMergeBySymbolExchange(const QStringList &tradingAccounts,
+                                                              const QString &traderId, const QString &symbol,
+                                                              const QString &exchange);
+
+    /// Profit and loss of one usage record at a price. False, the outputs untouched, when the record is empty
+    /// or lastPrice is not above 1e-10. A gain on the carried-over leg counts as 0 when it belongs to the organisation.
+    static bool CalcProfitLossByRealtimeMap(const VariantRecord &record, double lastPrice, double &floatProfit,
+                                            double &realizeProfit, double &totalProfit);
+
+    /// One row a usage record of the accounts: tradingAccount, symbol, securityExchange and, when the symbol
+    /// has a latest price, FloatProfit, RealizeProfit and TotalProfit. An empty traderId means all traders.
+    static RecordList GetProfitLossDataList(const QStringList &tradingAccounts, const QString &traderId,
+                                            const QString &symbol, const QString &exchange);
+
+    // ---- Symbols, settings and the current selection -----------------------------------------------------
+
+    /// SH, SZ, BJ, HHK, SZHK, in this order.
+    static QStringList GetSupportExchangeList();
+
+    /// The symbols of the convertible bonds.
+    static QStringList GetT0Symbols();
+
+    /// The four filters of tradable symbols: stocks, ETFs, Hong Kong shares, convertible bonds.
+    static QList<SymbolListType> GetTradableSymbolListType();
+
+    /// Always 0, deliberately: kept for callers of the interface, says nothing about a quantity.
+    static long long GetTradableQtyByAccountAndSymbol(const QString &tradingAccount, const QString &symbol,
+                                                      const QString &exchange, const QStringList &sides);
+
+    /// The settings of a symbol. found (may be null): whether it has any.
+    static VariantRecord GetSymbolTradeSettings(const QString &symbol, bool *found);
+
+    /// Keeps and stores the settings of a symbol. Values must be JSON types. False, nothing changed, when the
+    /// symbol or the settings are empty. Equal settings are not stored again.
+    static bool SetSymbolTradeSettings(const QString &symbol, const VariantRecord &settings);
+
+    /// Nothing happens for an empty or unknown symbol.
+    static void DeleteSymbolTradeSettings(const QString &symbol);
+
+    /// The accounts of the last SetCurrentTradeAccount.
+    static QStringList GetCurrentTradeAccount();
+
+    /// Chooses the accounts the user trades with, recomputes the symbols that may be traded with them and
+    /// sends ManualT0CurTradeAccountChanged, also when nothing changed.
+    static void SetCurrentTradeAccount(const QStringList &accounts);
+
+    /// Symbols of the user's usage records in the chosen accounts, ascending.
+    static QStringList GetCurrentTradableSymbolList();
+
+    /// The same symbols' search texts: symbol, Chinese name and spell code with Constants::SymbolSearch_Split between.
+    static QStringList GetCurrentInputSymbolList();
+
+private:
+    explicit ManualT0Logic(QObject *parent);
+};

@@ -1,0 +1,306 @@
+#pragma once
+
+#include "FamilyLock.h"
+#include "IdIndex.h"
+#include "MasterInitStateMgr.h"
+#include "RefreshThrottle.h"
+#include "SymbolListType.h"
+#include "VariantRecord.h"
+#include "ZrObject.h"
+
+#include <QtCore/QHash>
+#include <QtCore/QMutex>
+
+#include <atomic>
+
+class MasterDelayBuffer;
+class QTimer;
+class ZrPresenterClass;
+
+/// Milliseconds of the hub's own timers.
+struct HubTiming {
+    int retry = 5000;             ///< after a failed account priority query or first usage load
+    int realtimeRefresh = 300000; ///< between usage queries after the first load
+    int symbolDelay = 1000;       ///< from a new symbol's push to the recomputed input symbols
+};
+
+/// The data hub behind the facade: owns every cache of manual T0 trading, its locks, and the signals and
+/// slots that load it. Lives on its own thread "ManualT0LogicThread", where the slots run; queries run on
+/// their callers' threads under read locks. The contract of each public operation stands in ManualT0Logic.h.
+///
+/// One lock at a time; the only nesting is resource, pool, trader. No public operation calls another one of
+/// its own family. See docs/locks.md.
+class ManualT0LogicPrivate : public ZrObject
+{
+    Q_OBJECT
+
+public:
+    /// The single hub, made by the first call on any thread.
+    static ManualT0LogicPrivate &instance();
+
+    /// Reads the host's login, accounts, symbols and settings; asks the server nothing.
+    explicit ManualT0LogicPrivate(QObject *parent = nullptr, HubTiming timing = {});
+    ~ManualT0LogicPrivate() override;
+
+    /// Ends the hub's thread and waits for it; the caches stay readable. Callable twice, not from a slot.
+    void stop();
+
+    // ManualT0LogicPrivate_Init.cpp
+    void InitData();
+    void RefreshData();
+    void RefreshDataByType(int type);
+    MasterInitStateMgr::InitState GetInitStateByType(int type) const;
+
+    // ManualT0LogicPrivate_Products.cpp
+    QMap<QString, QStringList> GetAllT0ProductAccount() const T0_EXCLUDES(productLock);
+    QStringList GetAllT0TradingAccountList() const T0_EXCLUDES(productLock);
+    QMap<QString, QStringList> GetCandidateT0ProductAccount() const;
+    QStringList GetProductAssetPropList(const QString &productAccount) const T0_EXCLUDES(productLock);
+    bool IsProductAndAssetPropInT0(const QString &productAccount, const QString &assetProp) const
+        T0_EXCLUDES(productLock);
+    QMap<QString, QString> GetT0ProductMap() const T0_EXCLUDES(productLock);
+    QStringList GetTradingAccountListByProductAndAssetProp(const QString &productAccount,
+                                                           const QString &assetProp) const T0_EXCLUDES(productLock);
+
+    // ManualT0LogicPrivate_Traders.cpp
+    QMap<QString, QString> GetAllT0TraderId() const T0_EXCLUDES(traderLock);
+    QString GetTraderNameByTraderId(const QString &traderId) const T0_EXCLUDES(traderLock);
+    QStringList GetAllT0TradingAccountListByCurUser() const T0_EXCLUDES(accountPriorityLock);
+
+    // ManualT0LogicPrivate_Resources.cpp
+    RecordList GetAllResourceList() const T0_EXCLUDES(resourceLock, securityPoolLock, traderLock);
+    VariantRecord GetResourceDetailById(const QString &resourceId) const T0_EXCLUDES(resourceLock);
+    RecordList GetResourceByProductAccount(const QStringList &productAccounts, const QString &assetProp,
+                                           const QString &symbol, const QString &exchange,
+                                           const QStringList &traderIds) const
+        T0_EXCLUDES(productLock, resourceLock, securityPoolLock, traderLock);
+
+    // ManualT0LogicPrivate_Pools.cpp
+    RecordList GetAllSecurityPoolList() const T0_EXCLUDES(securityPoolLock, traderLock);
+    VariantRecord GetSecurityPoolDetailById(const QString &poolId) const T0_EXCLUDES(securityPoolLock);
+    RecordList GetSecurityPoolDetailByIdList(const QStringList &poolIdList) const T0_EXCLUDES(securityPoolLock);
+    RecordList GetSecurityPoolDetailByResourceId(const QString &resourceId, int poolType) const
+        T0_EXCLUDES(securityPoolLock, traderLock);
+    RecordList GetSecurityPoolDetailListByTradingList(const QStringList &accountList, const QStringList &traderIdList,
+                                                      const QString &symbol, const QString &exchange,
+                                                      bool withPublic) const T0_EXCLUDES(securityPoolLock, traderLock);
+    RecordList GetSecurityPoolDetailListByTrading(const QString &tradingAccount, const QString &traderId,
+                                                  const QString &symbol, const QString &exchange) const
+        T0_EXCLUDES(securityPoolLock, traderLock);
+    VariantRecord GetSecurityPoolDetailByTrading(const QString &tradingAccount, const QString &traderId,
+                                                 const QString &symbol, const QString &exchange) const
+        T0_EXCLUDES(securityPoolLock, traderLock);
+    RecordList GetSecurityPoolDetail(const QString &productAccount, const QString &assetProp, const QString &traderId,
+                                     const QString &symbol, const QString &exchange, bool withPublic) const
+        T0_EXCLUDES(productLock, securityPoolLock, traderLock);
+    RecordList GetSecurityPoolDetail(const QStringList &productAccountList, const QStringList &assetPropList,
+                                     const QStringList &traderIdList, const QString &symbol, const QString &exchange,
+                                     bool withPublic) const T0_EXCLUDES(productLock, securityPoolLock, traderLock);
+
+    // ManualT0LogicPrivate_Realtime.cpp
+    QString GetRealtimePoolKey(const VariantRecord &record) const;
+    VariantRecord GetRealtimePoolDetail(const QString &tradingAccount, const QString &traderId, const QString &symbol,
+                                        const QString &exchange) const T0_EXCLUDES(realtimePoolLock);
+    RecordList GetRealtimePoolDetailList(const QStringList &tradingAccounts, const QStringList &traderIds,
+                                         const QString &symbol, const QString &exchange) const
+        T0_EXCLUDES(realtimePoolLock);
+    RecordList GetRealtimeSumListMergeBySymbolExchange(const QStringList &tradingAccounts, const QString &traderId,
+                                                       const QString &symbol, const QString &exchange) const
+        T0_EXCLUDES(realtimePoolLock);
+
+    // ManualT0LogicPrivate_Profit.cpp
+    bool CalcProfitLossByRealtimeMap(const VariantRecord &record, double lastPrice, double &floatProfit,
+                                     double &realizeProfit, double &totalProfit) const;
+    RecordList GetProfitLossDataList(const QStringList &tradingAccounts, const QString &traderId, const QString &symbol,
+                                     const QString &exchange) const T0_EXCLUDES(realtimePoolLock);
+
+    // ManualT0LogicPrivate_Settings.cpp
+    QStringList GetSupportExchangeList() const;
+    QStringList GetT0Symbols() const;
+    QList<SymbolListType> GetTradableSymbolListType() const;
+    long long GetTradableQtyByAccountAndSymbol(const QString &tradingAccount, const QString &symbol,
+                                               const QString &exchange, const QStringList &sides) const;
+    VariantRecord GetSymbolTradeSettings(const QString &symbol, bool *found) const T0_EXCLUDES(symbolTradeSettingsLock);
+    bool SetSymbolTradeSettings(const QString &symbol, const VariantRecord &settings)
+        T0_EXCLUDES(symbolTradeSettingsLock);
+    void DeleteSymbolTradeSettings(const QString &symbol) T0_EXCLUDES(symbolTradeSettingsLock);
+    QStringList GetCurrentTradeAccount() const T0_EXCLUDES(currentTradeAccountLock);
+    void SetCurrentTradeAccount(const QStringList &accounts)
+        T0_EXCLUDES(currentTradeAccountLock, realtimePoolLock, currentInputSymbolLock);
+    QStringList GetCurrentTradableSymbolList() const T0_EXCLUDES(currentInputSymbolLock);
+    QStringList GetCurrentInputSymbolList() const T0_EXCLUDES(currentInputSymbolLock);
+
+signals:
+    void signalQueryT0Products(QVariantMap queryMap);
+    void signalAlterT0Products(QList<QVariantMap> prdList);
+    void signalQueryT0Traders();
+    void signalQueryResources(QVariantMap queryMap);
+    void signalQuerySecurityPool(QVariantMap queryMap);
+    void signalQueryPoolRealTimeData(QVariantMap queryMap);
+    void signalQueryT0AccountPriority(QVariantMap queryMap);
+
+public slots:
+    // The presenter's answers. code: Orvane_Values::RequestExeStatus::success, fail, or
+    // Master_Values::RequestExeStatus::timeout. Each runs on the hub's thread, asserted;
+    // slotRecvSecurityPoolChangedPush only emits and may run anywhere.
+    void slotQueryT0ProductsResponse(QString code, QList<QVariantMap> prdList) T0_EXCLUDES(productLock);
+    void slotQueryT0TradersResponse(QString code, QList<QVariantMap> traderIdList, bool isManager)
+        T0_EXCLUDES(traderLock);
+    void slotQueryResourceResponse(QString code, QVariantMap queryMap, QList<QVariantMap> resourceList,
+                                   bool cover = true) T0_EXCLUDES(resourceLock);
+    void slotQuerySecurityPoolResponse(QString code, QVariantMap queryMap, QList<QVariantMap> poolList)
+        T0_EXCLUDES(securityPoolLock);
+    void slotQueryPoolRealTimeResponse(QString code, QVariantMap queryMap, QList<QVariantMap> realTimeList)
+        T0_EXCLUDES(realtimePoolLock);
+    void slotRecvSecurityPoolChangedPush(QString tradingAccount);
+    void slotRecvPoolRealtimeChangedPush(QVariantMap realtimeMap) T0_EXCLUDES(realtimePoolLock);
+    void slotQueryT0AccountPriorityResponse(QString code, QVariantMap queryMap, QList<QVariantMap> accountMapList)
+        T0_EXCLUDES(accountPriorityLock);
+
+private:
+    friend class HubProbe; // tests: compares indexes with their caches
+
+    // ---- ManualT0LogicPrivate.cpp: wiring ----------------------------------------------------------------
+
+    /// First statement of every slot of the hub's thread. False: the hub is stopping, the slot returns.
+    bool enterSlot() const;
+    void sendEvent(const QString &eventName, const QVariant &payload) const;
+    void sendDataInited(int type) const;
+
+    /// Runs again once, HubTiming::retry from now, on the hub's thread; a retry already waiting starts anew, so
+    /// that refreshes during an outage do not multiply the requests.
+    void retryLater(QTimer *&timer, void (ManualT0LogicPrivate::*again)());
+    void deleteTimers();
+
+    const HubTiming timing;
+    std::atomic<bool> stopping{false};
+    ZrPresenterClass *const presenter = nullptr; ///< sender of the events; the host accepts a null one
+    QString loginUserId;                         ///< written in the constructor only
+
+    // ---- ManualT0LogicPrivate_Init.cpp -------------------------------------------------------------------
+
+    bool isConnected() const; ///< whether a presenter listens: before that a load would wait for ever
+    RefreshThrottle refreshThrottle;
+
+    // ---- ManualT0LogicPrivate_Products.cpp ---------------------------------------------------------------
+
+    void buildCandidates();
+    void queryT0Products();
+    void applyT0ProductList(const RecordList &productList) T0_EXCLUDES(productLock);
+    QStringList candidateAccounts(const QString &productAccount, const QString &assetProp) const;
+
+    mutable FamilyLock productLock;
+    QStringList tradingAccountList T0_GUARDED_BY(productLock);
+    QMap<QString, QStringList> productAccountMap T0_GUARDED_BY(productLock);
+    /// Product account to asset property to trading accounts. No lock: written in the constructor only.
+    QMap<QString, QMap<QString, QStringList>> candidateProductAccountMap;
+    int productQueryRetries T0_GUARDED_BY(productLock) = 0;
+
+    // ---- ManualT0LogicPrivate_Traders.cpp ----------------------------------------------------------------
+
+    void queryT0AccountPriority();
+    void refreshPoolRealTime();
+    void queryPoolRealTime(const QStringList &traderIds);
+    void subscribePoolRealTime(const QStringList &traderIds);
+    QString traderName(const QString &traderId) const T0_REQUIRES_SHARED(traderLock);
+    void fillTraderNames(RecordList &pools) const T0_REQUIRES_SHARED(traderLock);
+
+    std::atomic<bool> isManager{false};
+    std::atomic<bool> pushSubscribed{false};
+    mutable FamilyLock traderLock T0_ACQUIRED_AFTER(securityPoolLock);
+    QMap<QString, QString> traderMap T0_GUARDED_BY(traderLock);
+    int traderQueryRetries T0_GUARDED_BY(traderLock) = 0;
+    mutable FamilyLock accountPriorityLock;
+    QStringList curUserTradingAccountList T0_GUARDED_BY(accountPriorityLock);
+    QTimer *accountPriorityRetryTimer = nullptr; ///< hub's thread only
+
+    // ---- ManualT0LogicPrivate_Resources.cpp --------------------------------------------------------------
+
+    void loadResources() T0_EXCLUDES(productLock, resourceLock);
+    void queryResources(const QString &tradingAccount);
+    void takeFirstResources(const QString &tradingAccount, const RecordList &rows) T0_EXCLUDES(resourceLock);
+    void failFirstResources(const QString &tradingAccount) T0_EXCLUDES(resourceLock);
+    void takeLaterResources(const QString &tradingAccount, const RecordList &rows, bool cover)
+        T0_EXCLUDES(resourceLock);
+    void storeResource(const VariantRecord &resource) T0_REQUIRES(resourceLock);
+    void removeResource(const QString &resourceId) T0_REQUIRES(resourceLock);
+    bool hasPoolOf(const QString &resourceId, const QStringList &traderIds) const T0_REQUIRES_SHARED(securityPoolLock);
+    void packSecurityPoolInfoIntoResource(VariantRecord &resource) const
+        T0_REQUIRES_SHARED(resourceLock, securityPoolLock, traderLock);
+
+    mutable FamilyLock resourceLock;
+    QHash<QString, VariantRecord> resourceCache T0_GUARDED_BY(resourceLock);
+    IdIndex<QString> resourceAccountIndex T0_GUARDED_BY(resourceLock);
+    IdIndex<QString> resourceSymbolIndex T0_GUARDED_BY(resourceLock);
+    IdIndex<QString> resourceExchangeIndex T0_GUARDED_BY(resourceLock);
+    QMap<QString, int> pendingResourceAccounts T0_GUARDED_BY(resourceLock); ///< account to failures so far
+
+    // ---- ManualT0LogicPrivate_PoolAnswers.cpp, ManualT0LogicPrivate_Pools.cpp ----------------------------
+
+    void loadSecurityPools() T0_EXCLUDES(productLock, securityPoolLock);
+    void takeFirstPools(const QString &tradingAccount, const RecordList &rows) T0_EXCLUDES(securityPoolLock);
+    void failFirstPools(const QString &tradingAccount) T0_EXCLUDES(securityPoolLock);
+    void takeLaterPools(const QString &tradingAccount, const RecordList &rows) T0_EXCLUDES(securityPoolLock);
+    void clearSecurityPools() T0_REQUIRES(securityPoolLock);
+    void storePool(const VariantRecord &pool) T0_REQUIRES(securityPoolLock);
+    VariantRecord takePool(const QString &poolId) T0_REQUIRES(securityPoolLock);
+    void indexPool(const VariantRecord &pool) T0_REQUIRES(securityPoolLock);
+    void unindexPool(const VariantRecord &pool) T0_REQUIRES(securityPoolLock);
+    void resetSecurityPoolIndex() T0_REQUIRES(securityPoolLock);
+    QVector<QString> poolIds(const QStringList &accounts, const QStringList &traderIds, const QString &symbol,
+                             const QString &exchange, bool withoutPublic) const T0_REQUIRES_SHARED(securityPoolLock);
+
+    mutable FamilyLock securityPoolLock T0_ACQUIRED_AFTER(resourceLock);
+    QHash<QString, VariantRecord> securityPoolMap T0_GUARDED_BY(securityPoolLock);
+    IdIndex<QString> poolIdsByTradingAccount T0_GUARDED_BY(securityPoolLock);
+    IdIndex<QString> poolIdsBySymbol T0_GUARDED_BY(securityPoolLock);
+    IdIndex<QString> poolIdsByExchange T0_GUARDED_BY(securityPoolLock);
+    IdIndex<QString> poolIdsByTrader T0_GUARDED_BY(securityPoolLock);
+    IdIndex<QString> poolIdsByResource T0_GUARDED_BY(securityPoolLock);
+    IdIndex<KeyPair> poolIdsByAccountAndSymbol T0_GUARDED_BY(securityPoolLock);
+    /// Which field poolIdsByTrader is keyed by: userID from the start of a load, T0TraderId from the first
+    /// later answer on (deliberate: the first answers of a load are taken as the user's).
+    bool poolTradersAreUsers T0_GUARDED_BY(securityPoolLock) = true;
+    QMap<QString, int> pendingSecurityPoolAccounts T0_GUARDED_BY(securityPoolLock); ///< account to failures so far
+
+    // ---- ManualT0LogicPrivate_RealtimeAnswers.cpp, ManualT0LogicPrivate_Realtime.cpp ---------------------
+
+    void takeFirstRealtime(const RecordList &rows) T0_EXCLUDES(realtimePoolLock);
+    void takeLaterRealtime(const RecordList &rows)
+        T0_EXCLUDES(currentTradeAccountLock, currentInputSymbolLock, realtimePoolLock);
+    bool mergeRealtimeRecord(VariantRecord &record, const QString &symbol, int factor) T0_REQUIRES(realtimePoolLock);
+    void rebuildRealtimeIndexes() T0_REQUIRES(realtimePoolLock);
+    void indexRealtime(const QString &key, const VariantRecord &record) T0_REQUIRES(realtimePoolLock);
+    void announceNewSymbols();
+    QVector<QString> realtimeKeys(const QStringList &tradingAccounts, const QStringList &traderIds,
+                                  const QString &symbol, const QString &exchange) const
+        T0_REQUIRES_SHARED(realtimePoolLock);
+
+    mutable FamilyLock realtimePoolLock;
+    QHash<QString, VariantRecord> realtimePoolCache T0_GUARDED_BY(realtimePoolLock);
+    IdIndex<QString> realtimeAccountIndex T0_GUARDED_BY(realtimePoolLock);
+    IdIndex<QString> realtimeTraderIndex T0_GUARDED_BY(realtimePoolLock);
+    IdIndex<QString> realtimeSymbolIndex T0_GUARDED_BY(realtimePoolLock);
+    IdIndex<QString> realtimeExchangeIndex T0_GUARDED_BY(realtimePoolLock);
+    IdIndex<KeyPair> realtimeAccountAndSymbolIndex T0_GUARDED_BY(realtimePoolLock);
+    QTimer *realtimeRefreshTimer = nullptr;           ///< hub's thread only
+    QTimer *realtimeRetryTimer = nullptr;             ///< hub's thread only
+    MasterDelayBuffer *realtimeDelayBuffer = nullptr; ///< hub's thread only
+
+    // ---- ManualT0LogicPrivate_Settings.cpp ---------------------------------------------------------------
+
+    void loadSymbolLists();
+    void loadSymbolTradeSettings();
+    void saveSymbolTradeSettings() const T0_REQUIRES(symbolTradeSettingsLock);
+    void refreshCurrentTradableSymbols() T0_EXCLUDES(currentTradeAccountLock, realtimePoolLock, currentInputSymbolLock);
+
+    QStringList t0SymbolList;                  ///< no lock: written in the constructor only
+    QList<SymbolListType> tradableSymbolTypes; ///< no lock: written in the constructor only
+    mutable FamilyLock currentTradeAccountLock;
+    QStringList currentTradeAccount T0_GUARDED_BY(currentTradeAccountLock);
+    QMutex refreshSymbolsMutex; ///< around a whole recomputation, so that an older one cannot end last
+    mutable FamilyLock currentInputSymbolLock;
+    QMap<QString, QString> currentInputSymbols T0_GUARDED_BY(currentInputSymbolLock); ///< symbol to search text
+    mutable FamilyLock symbolTradeSettingsLock;
+    QMap<QString, VariantRecord> symbolTradeSettings T0_GUARDED_BY(symbolTradeSettingsLock);
+};

@@ -1,0 +1,200 @@
+#include "DisplayUnits.h"
+#include "HostLog.h"
+#include "ManualT0Logic.h"
+#include "ManualT0LogicPrivate.h"
+#include "MasterFields.h"
+#include "OrvaneFields.h"
+#include "PoolTypes.h"
+#include "Quantity.h"
+
+#include <QtCore/QElapsedTimer>
+
+using namespace Master_Fields::ManualT0;
+
+namespace {
+
+/// What a public pool and its private partner have in common.
+QString partnerKey(const VariantRecord &pool)
+{
+    return text(pool, Orvane_Fields::UserAccount::tradingAccount) + QLatin1Char('_') +
+           text(pool, Orvane_Fields::Security::symbol) + QLatin1Char('_') +
+           text(pool, Orvane_Fields::UserAccount::securityExchange);
+}
+
+/// A public pool without a partner: its quantity stands beside an empty private one.
+VariantRecord withoutPartner(VariantRecord publicPool)
+{
+    publicPool.insert(PublicPoolQty, publicPool.value(PoolTotalQty));
+    publicPool.insert(PoolTotalQty, 0);
+    return publicPool;
+}
+
+} // namespace
+
+RecordList ManualT0LogicPrivate::GetAllSecurityPoolList() const
+{
+    ReadLock lock(securityPoolLock);
+    RecordList pools = securityPoolMap.values();
+    lock.unlock();
+    ReadLock namesLock(traderLock);
+    fillTraderNames(pools);
+    return pools;
+}
+
+VariantRecord ManualT0LogicPrivate::GetSecurityPoolDetailById(const QString &poolId) const
+{
+    ReadLock lock(securityPoolLock);
+    return securityPoolMap.value(poolId);
+}
+
+RecordList ManualT0LogicPrivate::GetSecurityPoolDetailByIdList(const QStringList &poolIdList) const
+{
+    RecordList pools;
+    ReadLock lock(securityPoolLock);
+    for (const QString &id : poolIdList) {
+        const auto pool = securityPoolMap.constFind(id);
+        if (pool != securityPoolMap.cend())
+            pools.append(*pool);
+    }
+    return pools;
+}
+
+RecordList ManualT0LogicPrivate::GetSecurityPoolDetailByResourceId(const QString &resourceId, int poolType) const
+{
+    RecordList pools;
+    ReadLock lock(securityPoolLock);
+    IdQuery query;
+    query.equals(poolIdsByResource, resourceId);
+    const QVector<QString> ids = query.ids();
+    for (const QString &id : ids) {
+        const VariantRecord pool = securityPoolMap.value(id);
+        if (poolType == PoolTypes::All || Quantity::toIntQty(pool.value(PoolType)) == poolType)
+            pools.append(pool);
+    }
+    lock.unlock();
+    ReadLock namesLock(traderLock);
+    fillTraderNames(pools);
+    return pools;
+}
+
+RecordList ManualT0LogicPrivate::GetSecurityPoolDetailListByTradingList(const QStringList &accountList,
+                                                                        const QStringList &traderIdList,
+                                                                        const QString &symbol, const QString &exchange,
+                                                                        bool withPublic) const
+{
+    if (accountList.isEmpty())
+        return {};
+    QElapsedTimer elapsed;
+    elapsed.start();
+
+    RecordList pools;
+    QMap<QString, VariantRecord> publicByKey;
+    ReadLock lock(securityPoolLock);
+    QVector<QString> ids = poolIds(accountList, traderIdList, symbol, exchange, withPublic);
+    if (withPublic) {
+        const QStringList publicIds =
+            sorted(poolIds(accountList, {ManualT0Logic::PublicTrader}, symbol, exchange, false));
+        for (const QString &id : publicIds) {
+            const VariantRecord pool = securityPoolMap.value(id);
+            publicByKey.insert(partnerKey(pool), pool);
+        }
+        std::sort(ids.begin(), ids.end()); // the first of several partners is the same one every time
+    }
+    pools.reserve(ids.size());
+    for (const QString &id : qAsConst(ids)) {
+        pools.append(securityPoolMap.value(id));
+        if (publicByKey.isEmpty())
+            continue;
+        const auto partner = publicByKey.find(partnerKey(pools.last()));
+        if (partner == publicByKey.end())
+            continue;
+        pools.last().insert(PublicPoolQty, partner->value(PoolTotalQty));
+        publicByKey.erase(partner);
+    }
+    lock.unlock();
+
+    ReadLock namesLock(traderLock);
+    fillTraderNames(pools);
+    namesLock.unlock();
+    for (const VariantRecord &publicPool : qAsConst(publicByKey))
+        pools.append(withoutPartner(publicPool));
+    HOST_DEBUG("ManualT0LogicPrivate", "ManualT0LogicPrivate::GetSecurityPoolDetailListByTradingList"
+                                           << "get security pools" << elapsed.elapsed());
+    return pools;
+}
+
+RecordList ManualT0LogicPrivate::GetSecurityPoolDetailListByTrading(const QString &tradingAccount,
+                                                                    const QString &traderId, const QString &symbol,
+                                                                    const QString &exchange) const
+{
+    return GetSecurityPoolDetailListByTradingList({tradingAccount}, {traderId}, symbol, exchange, false);
+}
+
+VariantRecord ManualT0LogicPrivate::GetSecurityPoolDetailByTrading(const QString &tradingAccount,
+                                                                   const QString &traderId, const QString &symbol,
+                                                                   const QString &exchange) const
+{
+    ReadLock lock(securityPoolLock);
+    const QVector<QString> ids = poolIds({tradingAccount}, {traderId}, symbol, exchange, false);
+    const auto first = std::min_element(ids.cbegin(), ids.cend());
+    if (first == ids.cend())
+        return {};
+    VariantRecord pool = securityPoolMap.value(*first);
+    lock.unlock();
+    ReadLock namesLock(traderLock);
+    pool.insert(T0TraderName, traderName(text(pool, T0TraderId)));
+    return pool;
+}
+
+RecordList ManualT0LogicPrivate::GetSecurityPoolDetail(const QString &productAccount, const QString &assetProp,
+                                                       const QString &traderId, const QString &symbol,
+                                                       const QString &exchange, bool withPublic) const
+{
+    if (productAccount.isEmpty() || assetProp.isEmpty())
+        return {};
+    const QStringList traders = traderId.isEmpty() ? QStringList() : QStringList(traderId);
+    return GetSecurityPoolDetail(QStringList(productAccount), QStringList(assetProp), traders, symbol, exchange,
+                                 withPublic);
+}
+
+RecordList ManualT0LogicPrivate::GetSecurityPoolDetail(const QStringList &productAccountList,
+                                                       const QStringList &assetPropList,
+                                                       const QStringList &traderIdList, const QString &symbol,
+                                                       const QString &exchange, bool withPublic) const
+{
+    QStringList accounts;
+    ReadLock lock(productLock);
+    const QStringList products =
+        productAccountList.isEmpty() ? QStringList(productAccountMap.keys()) : productAccountList;
+    for (const QString &product : products) {
+        const QStringList properties = assetPropList.isEmpty() ? productAccountMap.value(product) : assetPropList;
+        for (const QString &property : properties)
+            accounts += candidateAccounts(product, property);
+    }
+    lock.unlock();
+    return GetSecurityPoolDetailListByTradingList(accounts, traderIdList, symbol, exchange, withPublic);
+}
+
+QVector<QString> ManualT0LogicPrivate::poolIds(const QStringList &accounts, const QStringList &traderIds,
+                                               const QString &symbol, const QString &exchange, bool withoutPublic) const
+{
+    IdQuery query;
+    if (symbol.isEmpty()) {
+        query.anyOf(poolIdsByTradingAccount, accounts);
+    } else {
+        QVector<KeyPair> pairs;
+        for (const QString &account : accounts)
+            pairs.append({account, symbol});
+        query.anyOf(poolIdsByAccountAndSymbol, pairs);
+    }
+    if (!exchange.isEmpty())
+        query.equals(poolIdsByExchange, exchange);
+    if (!traderIds.isEmpty()) {
+        QStringList named = traderIds;
+        named.removeAll(QString());
+        query.anyOf(poolIdsByTrader, named);
+    } else if (withoutPublic) {
+        query.noneOf(poolIdsByTrader.find(ManualT0Logic::PublicTrader));
+    }
+    return query.ids();
+}

@@ -1,0 +1,190 @@
+#include "DisplayUnits.h"
+#include "InitKeys.h"
+#include "ManualT0LogicPrivate.h"
+#include "MasterDelayBuffer.h"
+#include "MasterFields.h"
+#include "OrvaneFields.h"
+#include "OrvaneValues.h"
+#include "RealtimeFields.h"
+#include "VantaKeys.h"
+
+#include <QtCore/QTimer>
+
+using namespace Master_Fields::ManualT0;
+
+namespace {
+
+/// What the host says of a record, asked before any lock is taken.
+struct Instrument {
+    QString symbol;
+    int factor;
+
+    explicit Instrument(const VariantRecord &record)
+        : symbol(symbolOf(record))
+        , factor(displayFactor(symbol))
+    {}
+};
+
+/// Whether a usage record brings the user a symbol that the chosen accounts could not trade before.
+class NewSymbolTest
+{
+public:
+    NewSymbolTest(const QString &user, const QStringList &accounts, const QStringList &tradableSymbols)
+        : m_user(user)
+        , m_accounts(accounts)
+        , m_tradableSymbols(tradableSymbols)
+    {}
+
+    bool operator()(const VariantRecord &record) const
+    {
+        return text(record, T0TraderId) == m_user &&
+               m_accounts.contains(text(record, Orvane_Fields::UserAccount::tradingAccount)) &&
+               !m_tradableSymbols.contains(text(record, Orvane_Fields::Security::symbol));
+    }
+
+private:
+    const QString m_user;
+    const QStringList m_accounts;
+    const QStringList m_tradableSymbols;
+};
+
+} // namespace
+
+void ManualT0LogicPrivate::slotQueryPoolRealTimeResponse(QString code, QVariantMap queryMap,
+                                                         QList<QVariantMap> realTimeList)
+{
+    Q_UNUSED(queryMap)
+    if (!enterSlot())
+        return;
+    const bool success = code == Orvane_Values::RequestExeStatus::success;
+    if (!isInitialLoad(ManualT0Logic::RealtimeUsage)) {
+        if (success)
+            takeLaterRealtime(realTimeList);
+    } else if (success) {
+        takeFirstRealtime(realTimeList);
+    } else {
+        retryLater(realtimeRetryTimer, &ManualT0LogicPrivate::refreshPoolRealTime);
+    }
+}
+
+void ManualT0LogicPrivate::takeFirstRealtime(const RecordList &rows)
+{
+    QHash<QString, VariantRecord> fresh;
+    fresh.reserve(rows.size());
+    for (VariantRecord record : rows) {
+        const Instrument instrument(record);
+        RealtimeFields::derive(record, instrument.symbol, instrument.factor);
+        fresh.insert(RealtimeFields::key(record, instrument.symbol), record);
+    }
+
+    WriteLock lock(realtimePoolLock);
+    realtimePoolCache.swap(fresh);
+    initStates().FinishInit(initKey(ManualT0Logic::RealtimeUsage), true, true);
+    rebuildRealtimeIndexes();
+    lock.unlock();
+
+    if (!realtimeRefreshTimer) {
+        realtimeRefreshTimer = new QTimer(this);
+        connect(realtimeRefreshTimer, &QTimer::timeout, this, &ManualT0LogicPrivate::refreshPoolRealTime);
+        realtimeRefreshTimer->start(timing.realtimeRefresh);
+    }
+    sendDataInited(ManualT0Logic::RealtimeUsage);
+}
+
+void ManualT0LogicPrivate::takeLaterRealtime(const RecordList &rows)
+{
+    QVector<Instrument> instruments;
+    instruments.reserve(rows.size());
+    for (const VariantRecord &record : rows)
+        instruments.append(Instrument(record));
+    const NewSymbolTest bringsNewSymbol(loginUserId, GetCurrentTradeAccount(), GetCurrentTradableSymbolList());
+
+    bool newSymbol = false;
+    QVariantList changed;
+    WriteLock lock(realtimePoolLock);
+    for (int i = 0; i < rows.size(); ++i) {
+        VariantRecord record = rows.at(i);
+        if (!mergeRealtimeRecord(record, instruments.at(i).symbol, instruments.at(i).factor))
+            continue;
+        changed.append(record);
+        newSymbol = newSymbol || bringsNewSymbol(record);
+    }
+    // deliberate: sent under the lock, so that no newer push slips in between the change and its announcement;
+    // the host queues events, listeners read once the lock is free
+    sendEvent(Vanta_Keys::EventMsgName::ManualT0PoolRealTimeUpdated, changed);
+    lock.unlock();
+    if (newSymbol)
+        announceNewSymbols();
+}
+
+void ManualT0LogicPrivate::slotRecvPoolRealtimeChangedPush(QVariantMap realtimeMap)
+{
+    if (!enterSlot())
+        return;
+    const Instrument instrument(realtimeMap);
+    WriteLock lock(realtimePoolLock);
+    if (!mergeRealtimeRecord(realtimeMap, instrument.symbol, instrument.factor))
+        return;
+    lock.unlock();
+    sendEvent(Vanta_Keys::EventMsgName::ManualT0PoolRealTimeUpdated, QVariantList{realtimeMap});
+
+    const NewSymbolTest bringsNewSymbol(loginUserId, GetCurrentTradeAccount(), GetCurrentTradableSymbolList());
+    if (!bringsNewSymbol(realtimeMap))
+        return;
+    // Gathered: a burst of new symbols costs one recomputation.
+    if (!realtimeDelayBuffer) {
+        realtimeDelayBuffer = new MasterDelayBuffer(this, timing.symbolDelay);
+        connect(realtimeDelayBuffer, &MasterDelayBuffer::bufferTimeOut, this, [this] {
+            realtimeDelayBuffer->GetBufferItems();
+            announceNewSymbols();
+        });
+    }
+    realtimeDelayBuffer->AppendItem(QVariant());
+}
+
+bool ManualT0LogicPrivate::mergeRealtimeRecord(VariantRecord &record, const QString &symbol, int factor)
+{
+    using Master_Fields::System::ModifyTime;
+    const QString key = RealtimeFields::key(record, symbol);
+    const auto held = realtimePoolCache.find(key);
+    const bool isNew = held == realtimePoolCache.end();
+    // deliberate: an equal time is no news
+    if (!isNew && !(text(*held, ModifyTime) < text(record, ModifyTime)))
+        return false;
+    RealtimeFields::derive(record, symbol, factor);
+    if (isNew) {
+        realtimePoolCache.insert(key, record);
+        indexRealtime(key, record);
+    } else {
+        *held = record;
+    }
+    return true;
+}
+
+void ManualT0LogicPrivate::rebuildRealtimeIndexes()
+{
+    realtimeAccountIndex.clear();
+    realtimeTraderIndex.clear();
+    realtimeSymbolIndex.clear();
+    realtimeExchangeIndex.clear();
+    realtimeAccountAndSymbolIndex.clear();
+    for (auto record = realtimePoolCache.cbegin(); record != realtimePoolCache.cend(); ++record)
+        indexRealtime(record.key(), *record);
+}
+
+void ManualT0LogicPrivate::indexRealtime(const QString &key, const VariantRecord &record)
+{
+    const QString account = text(record, Orvane_Fields::UserAccount::tradingAccount);
+    const QString symbol = text(record, Orvane_Fields::Security::symbol);
+    realtimeAccountIndex.insert(account, key);
+    realtimeTraderIndex.insert(text(record, T0TraderId), key);
+    realtimeSymbolIndex.insert(symbol, key);
+    realtimeExchangeIndex.insert(text(record, Orvane_Fields::UserAccount::securityExchange), key);
+    realtimeAccountAndSymbolIndex.insert({account, symbol}, key);
+}
+
+void ManualT0LogicPrivate::announceNewSymbols()
+{
+    refreshCurrentTradableSymbols();
+    sendEvent(Vanta_Keys::EventMsgName::ManualT0CurInputSymbolChanged, QVariant());
+}

@@ -1,8 +1,12 @@
 #include "SocketServer.h"
 
 #include <QtCore/QDebug>
+#include <QtCore/QDir>
+#include <QtCore/QFile>
 #include <QtCore/QtEndian>
 #include <QtNetwork/QLocalSocket>
+
+#include <sys/stat.h>
 
 namespace {
 
@@ -88,6 +92,14 @@ bool somebodyAnswers(const QString &name)
     return probe.waitForConnected(1000);
 }
 
+/// Listening replaces whatever has the name, so only a dead gateway's socket may have it.
+bool isOtherFile(const QString &name)
+{
+    const QString path = QDir::isAbsolutePath(name) ? name : QDir(QDir::tempPath()).filePath(name);
+    struct stat status;
+    return ::lstat(QFile::encodeName(path).constData(), &status) == 0 && !S_ISSOCK(status.st_mode);
+}
+
 } // namespace
 
 SocketServer::SocketServer(std::shared_ptr<PaperGateway> gateway, QObject *parent)
@@ -105,14 +117,12 @@ SocketServer::~SocketServer()
 
 QString SocketServer::listen(const QString &name)
 {
-    if (m_server.listen(name))
-        return {};
-    if (m_server.serverError() == QAbstractSocket::AddressInUseError && !somebodyAnswers(name)) {
-        QLocalServer::removeServer(name);
-        if (m_server.listen(name))
-            return {};
-    }
-    return QStringLiteral("%1: %2").arg(name, m_server.errorString());
+    if (isOtherFile(name))
+        return QStringLiteral("%1: is a file, not the socket of a gateway").arg(name);
+    if (somebodyAnswers(name))
+        return QStringLiteral("%1: another gateway serves it").arg(name);
+    QLocalServer::removeServer(name);
+    return m_server.listen(name) ? QString() : QStringLiteral("%1: %2").arg(name, m_server.errorString());
 }
 
 int SocketServer::clientCount() const

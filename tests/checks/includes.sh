@@ -17,12 +17,19 @@ library_modules='QtCore QtGui QtWidgets'
 constants='(Fields|Values|MsgType|Keys|Constants|VariantRecord|HostExport)\.h$'
 facade='^(ManualT0Logic|SymbolListType|OrderQueuePanel|ManualT0DoubleSpinbox|ManualT0TraderCombo)\.h$'
 
+# The folders that hold a file of a name, each between blanks.
+declare -A folders_of
+while IFS= read -r path; do
+    path=${path#./}
+    folders_of[${path##*/}]+=" ${path%/*} "
+done < <(find . -name .git -prune -o -path ./build -prune -o -type f \( -name '*.h' -o -name '*.cpp' \) -print)
+
 # is_in NAME FOLDER…: a file of that name lies in one of the folders or below
 is_in() {
     local name=$1 folder
     shift
     for folder in "$@"; do
-        [ -d "$folder" ] && [ -n "$(find "$folder" -type f -name "$name" -print -quit)" ] && return 0
+        [[ ${folders_of[$name]:-} == *" $folder"[\ /]* ]] && return 0
     done
     return 1
 }
@@ -65,7 +72,7 @@ check() {
         [ -d "$folder" ] || continue
         while IFS= read -r line; do
             file=${line%%:*} number=${line#*:} number=${number%%:*}
-            name=$(sed -E 's/.*# *include *[<"]([^>"]*)[>"].*/\1/' <<<"$line")
+            [[ $line =~ [\<\"]([^\>\"]*)[\>\"] ]] && name=${BASH_REMATCH[1]}
             case $line in
             *'<'*) may_bracket "$area" "$name" && continue ;;
             *.moc\"* | *\"moc_*) continue ;;

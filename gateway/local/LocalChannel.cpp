@@ -1,0 +1,96 @@
+#include "LocalChannel.h"
+
+#include <QtCore/QMutex>
+#include <QtCore/QQueue>
+#include <QtCore/QThread>
+#include <QtCore/QWaitCondition>
+
+namespace {
+
+/// Runs functions one by one on a thread of its own, in their order. finish() lets the one in work end and
+/// forgets the rest.
+class DeliveryThread : public QThread
+{
+public:
+    void add(std::function<void()> work)
+    {
+        QMutexLocker lock(&m_mutex);
+        if (m_finished)
+            return;
+        m_queue.enqueue(std::move(work));
+        m_changed.wakeOne();
+    }
+
+    void finish()
+    {
+        QMutexLocker lock(&m_mutex);
+        m_finished = true;
+        m_queue.clear();
+        m_changed.wakeOne();
+    }
+
+protected:
+    void run() override
+    {
+        while (const auto work = next())
+            work();
+    }
+
+private:
+    /// Waits for work; empty at the end.
+    std::function<void()> next()
+    {
+        QMutexLocker lock(&m_mutex);
+        while (m_queue.isEmpty() && !m_finished)
+            m_changed.wait(&m_mutex);
+        return m_finished ? std::function<void()>() : m_queue.dequeue();
+    }
+
+    QMutex m_mutex;
+    QWaitCondition m_changed;
+    QQueue<std::function<void()>> m_queue;
+    bool m_finished = false;
+};
+
+} // namespace
+
+class LocalChannel::Private
+{
+public:
+    std::shared_ptr<PaperGateway> gateway;
+    PaperGateway::ClientId client = 0;
+    DeliveryThread delivery;
+};
+
+LocalChannel::LocalChannel(std::shared_ptr<PaperGateway> gateway)
+    : d(new Private)
+{
+    d->gateway = std::move(gateway);
+    d->delivery.setObjectName(QStringLiteral("LocalChannel"));
+    d->delivery.start();
+    setConnection(Connection::Connected);
+    d->client = d->gateway->connectClient(
+        {[this](const QByteArray &bytes) { d->delivery.add([this, bytes] { received(bytes); }); },
+         [this] { d->delivery.add([this] { setConnection(Connection::Disconnected); }); }});
+}
+
+LocalChannel::~LocalChannel()
+{
+    close();
+    d->delivery.wait();
+}
+
+void LocalChannel::close()
+{
+    StreamChannel::close();
+    d->gateway->disconnectClient(d->client);
+    d->delivery.finish();
+    if (QThread::currentThread() != &d->delivery)
+        d->delivery.wait();
+}
+
+bool LocalChannel::transmit(const QByteArray &envelope)
+{
+    d->gateway->receive(d->client, envelope);
+    return true;
+}

@@ -92,7 +92,8 @@ private:
         QJsonParseError error;
         const QJsonDocument document = QJsonDocument::fromJson('[' + text.toUtf8() + ']', &error);
         if (error.error != QJsonParseError::NoError) {
-            const int characters = QString::fromUtf8(text.toUtf8().left(error.offset - 1)).size();
+            // The offset counts bytes, with the bracket in front, and stands behind what is wrong.
+            const int characters = QString::fromUtf8(text.toUtf8().left(qMax(0, error.offset - 2))).size();
             return fail(begin + qBound(0, characters, text.size()),
                         QStringLiteral("bad JSON, %1").arg(error.errorString()));
         }

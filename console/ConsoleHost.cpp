@@ -74,6 +74,12 @@ QString ConsoleHost::openSession()
     return {};
 }
 
+void ConsoleHost::hangUp()
+{
+    if (m_session)
+        m_session->channel().close();
+}
+
 QString ConsoleHost::openLibrary()
 {
     if (m_isLibraryOpen)

@@ -24,6 +24,9 @@ public:
     /// Closes the session. The library must have stopped: the application object does that when exec() ends.
     ~ConsoleHost();
 
+    /// Ends the connection to the server, so that nobody has to wait for an answer before he can stop.
+    void hangUp();
+
     /// Begins a session for a user, in place of an open one. Refused once the library is in use: it has asked
     /// for its user and will not ask again.
     QString login(const QString &user);

@@ -140,7 +140,7 @@ const Operation *findOperation(const CommandLine &command, QString &errorText)
 QString nearestName(const QString &name, const QStringList &candidates)
 {
     QString nearest;
-    int least = qMax(2, name.size() / 2);
+    int least = qMax(2, name.size() / 2) + 1; // further apart is another name
     for (const QString &candidate : candidates) {
         const int apart = distance(name.toLower(), candidate.toLower());
         if (apart < least) {

@@ -112,8 +112,8 @@ Outcome Picture::take()
                                    {QStringLiteral("state"), state},
                                    {QStringLiteral("count"), rows.size()},
                                    {QStringLiteral("rows"), present(rows)}});
-        tables.append(QStringLiteral("%1 %2: %3, %4 rows")
-                          .arg(QString::number(number), name, state, QString::number(rows.size())));
+        tables.append(
+            QStringLiteral("%1 %2: %3, %4").arg(QString::number(number), name, state, TextTable::countOf(rows)));
         if (!rows.isEmpty())
             tables.append(TextTable::ofRows(rows, family.columns));
         tables.append(QString());

@@ -46,10 +46,12 @@ bool Script::isOver() const
 
 void Script::readSome()
 {
+    // One command may run this thread's events: the next lines must wait until it is done.
+    m_readable.setEnabled(false);
     QByteArray bytes(chunk, Qt::Uninitialized);
     const auto count = ::read(m_descriptor, bytes.data(), size_t(bytes.size()));
     if (count < 0 && (errno == EINTR || errno == EAGAIN))
-        return;
+        return m_readable.setEnabled(true);
     if (count < 0)
         printBad(QString::fromLocal8Bit(std::strerror(errno)));
     const bool atEnd = count <= 0;
@@ -61,16 +63,16 @@ void Script::readSome()
         begin = end + 1;
     }
     m_rest.remove(0, begin);
-    if (!atEnd && !isOver())
-        return;
-    m_readable.setEnabled(false);
-    QCoreApplication::quit();
+    if (atEnd || isOver())
+        QCoreApplication::quit();
+    else
+        m_readable.setEnabled(true);
 }
 
 void Script::runLine(const QByteArray &line)
 {
     ++m_line;
-    QString text = QString::fromUtf8(line).trimmed();
+    QString text = QString::fromUtf8(line);
     if (m_line == 1 && text.startsWith(QChar::ByteOrderMark))
         text.remove(0, 1);
     CommandLine command;

@@ -127,13 +127,21 @@ QStringList TextTable::columnsOf(const RecordList &rows)
     return columns + others;
 }
 
+QString TextTable::countOf(const RecordList &rows)
+{
+    return rows.size() == 1 ? QStringLiteral("1 row") : QStringLiteral("%1 rows").arg(rows.size());
+}
+
 QString TextTable::ofValue(const QVariant &value)
 {
     switch (value.userType()) {
     case QMetaType::QVariantMap:
-        return ofRows(fieldsAsRows(value.toMap()), {QStringLiteral("field"), QStringLiteral("value")});
+        return value.toMap().isEmpty()
+                   ? QStringLiteral("nothing")
+                   : ofRows(fieldsAsRows(value.toMap()), {QStringLiteral("field"), QStringLiteral("value")});
     case QMetaType::QStringList:
-        return value.toStringList().join(QLatin1Char('\n'));
+        return value.toStringList().isEmpty() ? QStringLiteral("nothing")
+                                              : value.toStringList().join(QLatin1Char('\n'));
     case QMetaType::QVariantList:
         break;
     default:
@@ -145,7 +153,7 @@ QString TextTable::ofValue(const QVariant &value)
     RecordList rows;
     for (const QVariant &row : values)
         rows.append(row.toMap());
-    const QString count = QStringLiteral("%1 rows").arg(rows.size());
+    const QString count = countOf(rows);
     return rows.isEmpty() ? count : ofRows(rows, columnsOf(rows)) + QLatin1Char('\n') + count;
 }
 

@@ -14,7 +14,9 @@ QString ofRows(const RecordList &rows, const QStringList &columns);
 /// The fields that occur in any of the rows: what identifies a row first, the rest ascending.
 QStringList columnsOf(const RecordList &rows);
 
-/// A table for a list of records and for a record, a line an item for any other list, else the value.
+QString countOf(const RecordList &rows); ///< "1 row", "5 rows"
+
+/// A table for a list of records and for a record, a line an item for a list of texts, else the value.
 QString ofValue(const QVariant &value);
 
 /// Columns that a text takes on a terminal.

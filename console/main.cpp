@@ -132,8 +132,10 @@ int runScript(QCoreApplication &application, const Options &options)
     // Commands run inside exec(): when it returns, aboutToQuit has been sent and has stopped the library's
     // threads, so that the host below closes its session under nobody. The library's later stops, by the
     // application object's end and by static destructors, find nothing left to do. A library that was asked
-    // but never started has a thread that waits for work and calls nothing.
+    // but never started has a thread that waits for work and calls nothing. Hanging up is connected before
+    // the library connects its stop, and so comes first: no query is waited for.
     ConsoleHost host(options.host);
+    QObject::connect(&application, &QCoreApplication::aboutToQuit, &application, [&host] { host.hangUp(); });
     Commands commands(host);
     Script script(commands, options.script.isEmpty() ? STDIN_FILENO : file.handle(),
                   options.script.isEmpty() ? QStringLiteral("<stdin>") : options.script, options.format);

@@ -2,16 +2,23 @@
 
 #include <QtCore/QMutex>
 #include <QtCore/QQueue>
-#include <QtCore/QThread>
 #include <QtCore/QWaitCondition>
+
+#include <thread>
 
 namespace {
 
 /// Runs functions one by one on a thread of its own, in their order. finish() lets the one in work end and
 /// forgets the rest.
-class DeliveryThread : public QThread
+class DeliveryThread
 {
 public:
+    DeliveryThread()
+        : m_thread([this] { run(); })
+    {}
+    ~DeliveryThread() { join(); }
+    Q_DISABLE_COPY(DeliveryThread)
+
     void add(std::function<void()> work)
     {
         QMutexLocker lock(&m_mutex);
@@ -29,14 +36,30 @@ public:
         m_changed.wakeOne();
     }
 
-protected:
-    void run() override
+    /// Waits for the end, which finish() has asked for; does nothing on this object's own thread.
+    void join()
     {
+        {
+            QMutexLocker lock(&m_mutex);
+            if (m_runner == std::this_thread::get_id())
+                return;
+        }
+        QMutexLocker lock(&m_joining);
+        if (m_thread.joinable())
+            m_thread.join();
+    }
+
+private:
+    void run()
+    {
+        {
+            QMutexLocker lock(&m_mutex);
+            m_runner = std::this_thread::get_id();
+        }
         while (const auto work = next())
             work();
     }
 
-private:
     /// Waits for work; empty at the end.
     std::function<void()> next()
     {
@@ -50,6 +73,9 @@ private:
     QWaitCondition m_changed;
     QQueue<std::function<void()>> m_queue;
     bool m_finished = false;
+    std::thread::id m_runner;
+    QMutex m_joining;     ///< several threads may join at once
+    std::thread m_thread; ///< the last member: it uses the others as soon as it exists
 };
 
 } // namespace
@@ -66,8 +92,6 @@ LocalChannel::LocalChannel(std::shared_ptr<PaperGateway> gateway)
     : d(new Private)
 {
     d->gateway = std::move(gateway);
-    d->delivery.setObjectName(QStringLiteral("LocalChannel"));
-    d->delivery.start();
     setConnection(Connection::Connected);
     d->client = d->gateway->connectClient(
         {[this](const QByteArray &bytes) { d->delivery.add([this, bytes] { received(bytes); }); },
@@ -77,7 +101,6 @@ LocalChannel::LocalChannel(std::shared_ptr<PaperGateway> gateway)
 LocalChannel::~LocalChannel()
 {
     close();
-    d->delivery.wait();
 }
 
 void LocalChannel::close()
@@ -85,8 +108,7 @@ void LocalChannel::close()
     StreamChannel::close();
     d->gateway->disconnectClient(d->client);
     d->delivery.finish();
-    if (QThread::currentThread() != &d->delivery)
-        d->delivery.wait();
+    d->delivery.join();
 }
 
 bool LocalChannel::transmit(const QByteArray &envelope)

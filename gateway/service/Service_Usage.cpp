@@ -14,7 +14,6 @@ namespace T0_ = Master_Fields::ManualT0;
 /// What is known of one security in one account before its limits are computed.
 struct Group {
     qint64 publicQty = 0;
-    bool hasPublicPool = false;
     QMap<QString, StoredUsage> byTrader;
 
     StoredUsage &usageOf(const QString &trader, const Holding &holding)
@@ -84,16 +83,18 @@ bool saveGroup(Store &store, const Group &group, const Ledger::Terms &terms)
 
 bool Service::bringUsageUpToDate()
 {
+    m_store->clearError();
     if (!m_store->begin())
         return false;
     Groups groups = groupsOf(*m_store);
     applyPools(groups, m_store->allPools(), m_books);
     for (auto group = groups.cbegin(); group != groups.cend(); ++group)
-        if (!saveGroup(*m_store, *group, termsOf(m_books, group.key(), group->publicQty))) {
-            m_store->rollback();
-            return false;
-        }
-    return m_store->commit();
+        if (!saveGroup(*m_store, *group, termsOf(m_books, group.key(), group->publicQty)))
+            break;
+    if (m_store->errorText().isEmpty())
+        return m_store->commit();
+    m_store->rollback();
+    return false;
 }
 
 MessageBody Service::queryUsage(const Request &request)
@@ -157,6 +158,7 @@ MessageBody Service::pushUsage(const Request &request)
         return Answers::refused(GatewayTexts::noTrader());
     VariantRecord row = request.row;
     if (row.value(Master_Fields::System::ModifyTime).toString().isEmpty()) {
+        // What the store runs into becomes the answer of every handler.
         if (!m_store->begin())
             return {};
         row.insert(Master_Fields::System::ModifyTime, m_store->nextModifyTime());

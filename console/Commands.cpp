@@ -14,6 +14,8 @@
 #include <QtCore/QTextStream>
 #include <QtCore/QThread>
 
+#include <climits>
+
 namespace {
 
 constexpr int defaultWaitMs = 10000;

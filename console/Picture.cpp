@@ -6,6 +6,8 @@
 #include "RowOrder.h"
 #include "TextTable.h"
 
+#include <algorithm>
+
 using namespace Master_Fields::ManualT0;
 using Orvane_Fields::Security::symbol;
 using Orvane_Fields::UserAccount::productAccount;

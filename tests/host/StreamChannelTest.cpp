@@ -143,6 +143,7 @@ void StreamChannelTest::answersReachTheirOwnWaiters()
 
 void StreamChannelTest::lateAndForeignAnswersAreDropped()
 {
+    Replies replies;
     TestChannel channel;
     const Envelope request = anyRequest();
     QCOMPARE(int(channel.request(request, 1).outcome), int(Outcome::TimedOut));
@@ -150,7 +151,6 @@ void StreamChannelTest::lateAndForeignAnswersAreDropped()
     channel.answer(anyRequest());
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("dropped 4 bytes"));
     channel.received("junk");
-    Replies replies;
     QVERIFY(channel.send(request, 60000, replies.handler())); // the id is free again
     channel.answer(request);
     channel.answer(request);
@@ -159,8 +159,8 @@ void StreamChannelTest::lateAndForeignAnswersAreDropped()
 
 void StreamChannelTest::asynchronousRequestTimesOutOnce()
 {
+    Replies replies; // outlives the channel, which may end a wait when it goes
     TestChannel channel;
-    Replies replies;
     const Envelope request = anyRequest();
     QVERIFY(channel.send(request, 60000, replies.handler()));
     QVERIFY(channel.send(anyRequest(), 1, replies.handler())); // the earlier deadline comes second
@@ -171,9 +171,9 @@ void StreamChannelTest::asynchronousRequestTimesOutOnce()
 
 void StreamChannelTest::whatDoesNotLeaveIsNotSent()
 {
+    Replies replies;
     TestChannel channel;
     channel.accepts = false;
-    Replies replies;
     QCOMPARE(int(channel.request(anyRequest(), 60000).outcome), int(Outcome::NotSent));
     QVERIFY(!channel.send(anyRequest(), 60000, replies.handler()));
 
@@ -188,8 +188,8 @@ void StreamChannelTest::whatDoesNotLeaveIsNotSent()
 
 void StreamChannelTest::lostConnectionTimesOutWhatWasSent()
 {
+    Replies replies; // outlives the channel, which may end a wait when it goes
     TestChannel channel;
-    Replies replies;
     const QDateTime since = channel.connectionSince();
     QVERIFY(channel.send(anyRequest(), 60000, replies.handler()));
     std::thread caller([&] { QCOMPARE(int(channel.request(anyRequest(), 60000).outcome), int(Outcome::TimedOut)); });

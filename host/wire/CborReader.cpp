@@ -205,6 +205,8 @@ bool CborReader::value(QVariant &value, int depth)
     quint64 number = 0;
     if (!head(major, number))
         return false;
+    if (++m_values > CborWriter::maxValues)
+        return fail("too many values");
     const char *data = nullptr;
     switch (major) {
     case 0:

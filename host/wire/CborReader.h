@@ -26,7 +26,11 @@ public:
 
     /// The encoded form of the next item when it is a text; empty when it is none. Nothing is consumed.
     QByteArray peekText() const;
-    void skip(int size) { m_at += size; }
+    void skip(int size) ///< past that text, which counts as a value read
+    {
+        m_at += size;
+        ++m_values;
+    }
 
     bool end(); ///< false and an error unless all bytes were read
 
@@ -43,6 +47,7 @@ private:
     int m_size;
     int m_at = 0;
     int m_itemStart = 0;
+    int m_values = 0;
     int m_shortForm = 0; ///< low five bits of the last head: the length of its number
     QString m_errorText;
 };

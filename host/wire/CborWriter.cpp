@@ -63,6 +63,8 @@ void CborWriter::bytes(const QByteArray &bytes)
 
 bool CborWriter::value(const QVariant &value, int depth)
 {
+    if (++m_values > maxValues)
+        return false;
     switch (int(value.userType())) {
     case QMetaType::UnknownType:
         m_out.append(char(0xf6));

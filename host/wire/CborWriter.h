@@ -8,6 +8,7 @@ class CborWriter
 {
 public:
     static constexpr int maxDepth = 8;
+    static constexpr int maxValues = 4000000; ///< a value of one byte takes some sixty once it is read
 
     void array(quint64 items) { head(4, items); }
     void map(quint64 pairs) { head(5, pairs); }
@@ -16,8 +17,9 @@ public:
     void bytes(const QByteArray &bytes);
     void undefined() { m_out.append(char(0xf7)); }
 
-    /// Any variant, as MessageBody says. False: nested deeper than maxDepth.
+    /// Any variant, as MessageBody says. False: nested deeper than maxDepth or beyond maxValues.
     bool value(const QVariant &value, int depth = 0);
+    bool dictionary(const QVariantMap &map, int depth);
 
     void reserve(int size) { m_out.reserve(size); }
     int size() const { return m_out.size(); }
@@ -27,7 +29,7 @@ private:
     void head(int major, quint64 number);
     void real(double number);
     bool list(const QVariant &value, int depth);
-    bool dictionary(const QVariantMap &map, int depth);
 
     QByteArray m_out;
+    int m_values = 0;
 };

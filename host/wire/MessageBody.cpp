@@ -135,7 +135,7 @@ QByteArray MessageBody::encode() const
 
     CborWriter writer;
     writer.array(3);
-    if (!writer.value(values))
+    if (!writer.dictionary(values, 0))
         return {};
     writer.array(quint64(names.size()));
     for (const QString &name : names)

@@ -23,7 +23,8 @@ struct T0_WIRE_EXPORT MessageBody {
     QByteArray encode() const;
 
     /// Decodes hostile bytes: every declared length is checked against what is left before anything is
-    /// allocated for it; depth (8), size (64 MiB), fields (1,000) and rows (1,000,000) are limited.
+    /// allocated for it; depth (8), size (64 MiB), fields (1,000), rows (1,000,000) and values altogether
+    /// (4,000,000) are limited.
     /// False: errorText says what is wrong and at which byte, body is unchanged. Callable from any thread.
     static bool decode(const QByteArray &bytes, MessageBody &body, QString &errorText);
 };

@@ -258,6 +258,23 @@ void MessageBodyTest::whatExceedsTheLimitsIsNotEncoded()
         deep = QVariantList{deep};
     QCOMPARE(decoded(MessageBody{{{"d", deep}}, {}}.encode()).values.size(), 1);
     QVERIFY(MessageBody({{{"d", QVariantList{deep}}}, {}}).encode().isEmpty());
+
+    // Small on the wire, large in memory: the list and its items count, the names do not.
+    QVariantList many;
+    many.reserve(4000000);
+    for (int i = 1; i < 4000000; ++i)
+        many.append(0);
+    const QByteArray largest = MessageBody{{{"l", many}}, {}}.encode();
+    QCOMPARE(decoded(largest).values.value("l").toList().size(), 3999999);
+    many.append(0);
+    QVERIFY(MessageBody({{{"l", many}}, {}}).encode().isEmpty());
+    QByteArray oneMore = largest;
+    oneMore.replace(5, 4, QByteArray::fromHex("003d0900")); // the list's length: 4,000,000
+    oneMore.insert(9, '\0');
+    MessageBody body;
+    QString errorText;
+    QVERIFY(!MessageBody::decode(oneMore, body, errorText));
+    QVERIFY2(errorText.startsWith("too many values"), qUtf8Printable(errorText));
 }
 
 void MessageBodyTest::envelopeRoundTrip()

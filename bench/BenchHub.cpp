@@ -6,8 +6,6 @@
 
 #include <QtCore/QElapsedTimer>
 
-#include <random>
-
 using Orvane_Values::RequestExeStatus::success;
 
 namespace {
@@ -64,13 +62,12 @@ void BenchHub::answerPools(const QString &account, const RecordList &rows)
     m_hub.slotQuerySecurityPoolResponse(success, {{Orvane_Fields::UserAccount::tradingAccount, account}}, rows);
 }
 
-QVector<Records::Keys> BenchHub::randomKeys(int count) const
+QVector<Records::Keys> BenchHub::randomKeys(int count)
 {
-    std::mt19937 random(unsigned(size()));
     QVector<Records::Keys> result;
     result.reserve(count);
     for (int i = 0; i < count; ++i)
-        result.append(m_keys.at(int(random() % unsigned(size()))));
+        result.append(m_keys.at(int(m_random() % unsigned(size()))));
     return result;
 }
 

@@ -3,6 +3,8 @@
 #include "ManualT0LogicPrivate.h"
 #include "Records.h"
 
+#include <random>
+
 /// A hub that holds as many usage records as pools, filled through its own slots. Needs an open host session
 /// whose instruments are Records::instruments(); the session must outlive it.
 class BenchHub
@@ -13,8 +15,8 @@ public:
     int size() const { return m_keys.size(); }
     const ManualT0LogicPrivate &hub() const { return m_hub; }
 
-    /// Keys of random records that are held, the same for the same count.
-    QVector<Records::Keys> randomKeys(int count) const;
+    /// Keys of random records that are held; every call draws others.
+    QVector<Records::Keys> randomKeys(int count);
 
     /// Usage records newer than everything before, for random keys.
     QVector<VariantRecord> newPushes(int count);
@@ -34,6 +36,7 @@ private:
 
     const QVector<Records::Keys> m_keys;
     ManualT0LogicPrivate m_hub;
+    std::mt19937 m_random;
     qint64 m_time = 0; ///< of the newest usage record
     int m_answers = 0;
 };

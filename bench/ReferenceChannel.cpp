@@ -7,46 +7,58 @@
 ReferenceChannel::ReferenceChannel(const QString &user, const RecordList &instruments)
     : m_user(user)
     , m_instruments(instruments)
-    , m_since(QDateTime::currentDateTimeUtc())
-{}
-
-MessageChannel::Reply ReferenceChannel::request(const Envelope &envelope, int)
+    , m_thread(&ReferenceChannel::answerAll, this)
 {
-    MessageBody body;
-    body.values.insert(Orvane_Fields::System::requestExeStatus, Orvane_Values::RequestExeStatus::success);
-    body.rows = rowsFor(envelope.type);
-    return {Outcome::Answered, envelope.answer(body), {}};
+    setConnection(Connection::Connected);
 }
 
-bool ReferenceChannel::send(const Envelope &, int, ReplyHandler)
+ReferenceChannel::~ReferenceChannel()
 {
-    return false; // no presenter runs here, so nothing is sent asynchronously
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_stopping = true;
+    }
+    m_changed.notify_all();
+    m_thread.join();
+    close();
 }
 
-bool ReferenceChannel::subscribe(const QString &, const VariantRecord &, const QString &, int)
+bool ReferenceChannel::transmit(const QByteArray &envelope)
 {
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_queue.push_back(envelope);
+    }
+    m_changed.notify_all();
     return true;
 }
 
-void ReferenceChannel::setPushHandler(PushHandler) {}
-
-MessageChannel::Connection ReferenceChannel::connection() const
+void ReferenceChannel::answerAll()
 {
-    return Connection::Connected;
+    std::unique_lock<std::mutex> lock(m_mutex);
+    for (;;) {
+        m_changed.wait(lock, [this] { return m_stopping || !m_queue.empty(); });
+        if (m_stopping)
+            return;
+        const QByteArray request = m_queue.front();
+        m_queue.pop_front();
+        lock.unlock();
+        received(answerTo(request));
+        lock.lock();
+    }
 }
 
-QDateTime ReferenceChannel::connectionSince() const
+QByteArray ReferenceChannel::answerTo(const QByteArray &bytes) const
 {
-    return m_since;
-}
-
-void ReferenceChannel::close() {}
-
-RecordList ReferenceChannel::rowsFor(const QString &msgType) const
-{
-    if (msgType == Stand_MsgType::LoginRequest)
-        return {{{Orvane_Fields::UserAccount::userID, m_user}}};
-    if (msgType == Stand_MsgType::QueryInstrumentsRequest)
-        return m_instruments;
-    return {};
+    Envelope request;
+    QString errorText;
+    if (!Envelope::decode(bytes, request, errorText))
+        qFatal("the host sent no envelope: %s", qPrintable(errorText));
+    MessageBody body;
+    body.values.insert(Orvane_Fields::System::requestExeStatus, Orvane_Values::RequestExeStatus::success);
+    if (request.type == Stand_MsgType::LoginRequest)
+        body.rows = {{{Orvane_Fields::UserAccount::userID, m_user}}};
+    else if (request.type == Stand_MsgType::QueryInstrumentsRequest)
+        body.rows = m_instruments;
+    return request.answer(body).encode();
 }

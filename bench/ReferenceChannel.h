@@ -1,28 +1,33 @@
 #pragma once
 
-#include "MessageChannel.h"
+#include "StreamChannel.h"
 
-/// The server of the benchmark: answers the host's login and reference data from memory, at once; every
-/// other request with no rows. It never pushes.
-class ReferenceChannel : public MessageChannel
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <thread>
+
+/// The server of the benchmark: answers the host's login and reference data, every other request with no rows.
+/// It never pushes.
+class ReferenceChannel : public StreamChannel
 {
 public:
     /// instruments: rows of Stand_MsgType::QueryInstrumentsRequest.
     ReferenceChannel(const QString &user, const RecordList &instruments);
+    ~ReferenceChannel() override;
 
-    Reply request(const Envelope &envelope, int timeoutMs) override;
-    bool send(const Envelope &envelope, int timeoutMs, ReplyHandler handler) override;
-    bool subscribe(const QString &pushType, const VariantRecord &filter, const QString &serviceName,
-                   int timeoutMs) override;
-    void setPushHandler(PushHandler handler) override;
-    Connection connection() const override;
-    QDateTime connectionSince() const override;
-    void close() override;
+protected:
+    bool transmit(const QByteArray &envelope) override;
 
 private:
-    RecordList rowsFor(const QString &msgType) const;
+    void answerAll();
+    QByteArray answerTo(const QByteArray &envelope) const;
 
     const QString m_user;
     const RecordList m_instruments;
-    const QDateTime m_since;
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::deque<QByteArray> m_queue;
+    bool m_stopping = false;
+    std::thread m_thread;
 };

@@ -20,8 +20,8 @@ template <typename Work> void runOnThreadOf(QObject *object, Work work)
 
 } // namespace
 
-BenchHub::BenchHub(int records)
-    : m_keys(Records::keys(records))
+BenchHub::BenchHub(int records, int ofFirstAccount)
+    : m_keys(Records::keys(records, ofFirstAccount))
 {
     runOnThreadOf(&m_hub, [this] {
         fillUsage();

@@ -6,11 +6,11 @@
 #include <random>
 
 /// A hub that holds as many usage records as pools, filled through its own slots. Needs an open host session
-/// whose instruments are Records::instruments(); the session must outlive it.
+/// of Records::reference(), which must outlive it.
 class BenchHub
 {
 public:
-    explicit BenchHub(int records);
+    BenchHub(int records, int ofFirstAccount);
 
     int size() const { return m_keys.size(); }
     const ManualT0LogicPrivate &hub() const { return m_hub; }

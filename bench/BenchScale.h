@@ -4,6 +4,7 @@
 struct BenchScale {
     int small = 1000;        ///< records of the small hub
     int large = 100000;      ///< records of the large one
+    int answeredPools = 500; ///< pools of the account whose answers are measured, in both hubs
     int repetitions = 7;     ///< of every measurement, both sizes in turn
     int lookups = 20000;     ///< in one measurement
     int pushes = 5000;       ///< in one measurement
@@ -16,6 +17,7 @@ struct BenchScale {
         BenchScale scale;
         scale.small = 200;
         scale.large = 2000;
+        scale.answeredPools = 100;
         scale.repetitions = 3;
         scale.lookups = 500;
         scale.pushes = 200;

@@ -73,12 +73,17 @@ QString line(const QString &name, const QString &unit, const QString &small, con
            ratio.rightJustified(9) + bar.rightJustified(9) + QStringLiteral("  ") + verdict + QLatin1Char('\n');
 }
 
+QString verdict(const Figure &figure)
+{
+    return figure.reached() ? QStringLiteral("reached") : QStringLiteral("MISSED");
+}
+
 } // namespace
 
 QVector<Figure> Figures::times(const BenchScale &scale)
 {
-    BenchHub small(scale.small);
-    BenchHub large(scale.large);
+    BenchHub small(scale.small, scale.answeredPools);
+    BenchHub large(scale.large, scale.answeredPools);
     const auto figure = [&](const QString &name, double bar, const Measurement &measure) {
         return interleaved(name, bar, scale.repetitions, small, large, measure);
     };
@@ -105,13 +110,13 @@ QVector<Figure> Figures::instructions(const BenchScale &scale, const QMap<QStrin
             figure(QStringLiteral("pool by its trading keys"), QStringLiteral("pool"))};
 }
 
-QString Figures::table(const BenchScale &scale, const QVector<Figure> &figures)
+QString Figures::table(const BenchScale &scale, const QVector<Figure> &figures, bool judged)
 {
     QString text = line(QStringLiteral("figure"), QStringLiteral("unit"), count(scale.small), count(scale.large),
                         QStringLiteral("ratio"), QStringLiteral("at most"), QString());
     for (const Figure &figure : figures)
         text += line(figure.name, figure.unit, number(figure.small), number(figure.large), number(figure.ratio()),
-                     number(figure.bar), figure.reached() ? QStringLiteral("reached") : QStringLiteral("MISSED"));
+                     number(figure.bar), judged ? verdict(figure) : QString());
     return text;
 }
 

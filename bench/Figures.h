@@ -21,14 +21,14 @@ struct Figure {
 namespace Figures {
 
 /// Fills both hubs and measures every operation: times are medians of repetitions in which the sizes alternate.
-/// Needs an open host session with Records::instruments().
+/// Needs an open host session of Records::reference().
 QVector<Figure> times(const BenchScale &scale);
 
 /// The two lookups, from Instructions::count().
 QVector<Figure> instructions(const BenchScale &scale, const QMap<QString, double> &counts);
 
-/// An aligned table, a heading and a line a figure.
-QString table(const BenchScale &scale, const QVector<Figure> &figures);
+/// An aligned table, a heading and a line a figure. judged: with the verdict on each.
+QString table(const BenchScale &scale, const QVector<Figure> &figures, bool judged);
 
 /// Everything the table says, as one JSON object.
 QByteArray json(const BenchScale &scale, const QVector<Figure> &figures);

@@ -79,7 +79,7 @@ QString Instructions::countedPart(const QString &lookup, int records)
 
 void Instructions::runCounted(int records, int calls)
 {
-    BenchHub hub(records);
+    BenchHub hub(records, 0);
     const QVector<Records::Keys> keys = hub.randomKeys(calls);
     countLookup(hub, keys, &Lookups::usageRecords, countedPart(QStringLiteral("usage"), records));
     countLookup(hub, keys, &Lookups::pools, countedPart(QStringLiteral("pool"), records));

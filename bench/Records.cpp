@@ -4,7 +4,6 @@
 #include "MasterValues.h"
 #include "OrvaneFields.h"
 #include "OrvaneValues.h"
-#include "StandFields.h"
 
 #include <QtCore/QSet>
 
@@ -59,11 +58,10 @@ void fillUp(VariantRecord &record, int fields)
 
 } // namespace
 
-QVector<Records::Keys> Records::keys(int count)
+QVector<Records::Keys> Records::keys(int count, int ofFirst)
 {
     std::mt19937 random(20240102);
     const auto below = [&random](int limit) { return int(random() % unsigned(limit)); };
-    const int ofFirst = qMin(PoolsOfFirstAccount, count / 2);
     QVector<Keys> result;
     QSet<int> taken;
     while (result.size() < count) {
@@ -85,19 +83,12 @@ QString Records::firstAccount()
     return accounts().first();
 }
 
-RecordList Records::instruments()
+ScriptedReference Records::reference()
 {
-    RecordList rows;
-    for (int i = 0; i < Symbols; ++i) {
-        rows.append({{Orvane_Fields::Security::securityID, securityIds().at(i)},
-                     {Orvane_Fields::UserAccount::securityExchange, Orvane_Values::Exchange::sh},
-                     {Orvane_Fields::Security::symbol, symbols().at(i)},
-                     {Orvane_Fields::Security::chineseName, QStringLiteral("证券%1").arg(i)},
-                     {Stand_Fields::Security::type, Orvane_Values::MdcSecurityType::StockType},
-                     {Stand_Fields::Security::marketSuffix, Orvane_Values::SymbolPost::sh},
-                     {Stand_Fields::Security::dispFactor, 1}});
-    }
-    return rows;
+    ScriptedReference reference;
+    for (int i = 0; i < Symbols; ++i)
+        reference.instruments.append({symbols().at(i), securityIds().at(i), Orvane_Values::Exchange::sh});
+    return reference;
 }
 
 VariantRecord Records::usage(const Keys &keys, qint64 quantity, qint64 time)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ScriptedChannel.h"
 #include "VariantRecord.h"
 
 #include <QtCore/QStringList>
@@ -11,9 +12,6 @@ namespace Records {
 /// Fields of a usage record and of a pool as the hub holds them.
 constexpr int FieldCount = 34;
 
-/// Pools of the first account, whatever the number of all.
-constexpr int PoolsOfFirstAccount = 500;
-
 /// What a record is looked up by.
 struct Keys {
     QString account;
@@ -24,15 +22,14 @@ struct Keys {
     QString poolId;
 };
 
-/// Different keys, the same for the same count. The first account has PoolsOfFirstAccount of them, at most half
-/// of all; the others share the rest at random.
-QVector<Keys> keys(int count);
+/// Different keys, the same for the same arguments. The first account has ofFirst of them, the others share the
+/// rest at random.
+QVector<Keys> keys(int count, int ofFirst);
 
-/// The account with PoolsOfFirstAccount pools.
 QString firstAccount();
 
-/// One row an instrument, as the host's reference data wants them.
-RecordList instruments();
+/// A login that knows the symbols.
+ScriptedReference reference();
 
 /// A usage record before the hub derives its fields. time: its modification time, a rising number.
 VariantRecord usage(const Keys &keys, qint64 quantity, qint64 time);

@@ -1,8 +1,6 @@
 #include "Figures.h"
-#include "HostSession.h"
 #include "Instructions.h"
 #include "Records.h"
-#include "ReferenceChannel.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QCoreApplication>
@@ -41,15 +39,7 @@ int complain(const QString &text)
     return NotMeasured;
 }
 
-std::unique_ptr<HostSession> openSession(QString &errorText)
-{
-    HostConfig config;
-    config.user = QStringLiteral("trader0000");
-    config.channel = std::make_unique<ReferenceChannel>(config.user, Records::instruments());
-    return HostSession::open(std::move(config), errorText);
-}
-
-void printTable(const BenchScale &scale, const QVector<Figure> &figures, bool counted)
+void printTable(const BenchScale &scale, const QVector<Figure> &figures, bool counted, bool judged)
 {
     QTextStream out(stdout);
     out << QStringLiteral(
@@ -57,7 +47,7 @@ void printTable(const BenchScale &scale, const QVector<Figure> &figures, bool co
                .arg(QString::number(Records::FieldCount), QString::number(scale.repetitions));
     if (counted)
         out << "instructions of one lookup, counted by valgrind --tool=callgrind in a run of its own\n";
-    out << '\n' << Figures::table(scale, figures);
+    out << '\n' << Figures::table(scale, figures, judged);
 }
 
 int writeJson(const QString &fileName, const QByteArray &json)
@@ -78,7 +68,7 @@ int run(const BenchScale &scale, bool counted, const QString &jsonFile, bool jud
             return complain(errorText);
         figures += Figures::instructions(scale, counts);
     }
-    printTable(scale, figures, counted);
+    printTable(scale, figures, counted, judged);
     if (!jsonFile.isEmpty() && writeJson(jsonFile, Figures::json(scale, figures)) != Reached)
         return NotMeasured;
     const bool allReached = std::all_of(figures.cbegin(), figures.cend(), [](const Figure &f) { return f.reached(); });
@@ -107,15 +97,13 @@ int main(int argc, char **argv)
     if (scale.repetitions < (quick ? 1 : 5))
         return complain(QStringLiteral("--repetitions must be a number of at least 5"));
 
-    QString errorText;
-    const std::unique_ptr<HostSession> session = openSession(errorText);
-    if (!session)
-        return complain(errorText);
+    ScriptedChannel *channel = nullptr;
+    const std::unique_ptr<HostSession> session = Records::reference().open(channel);
     if (parser.isSet(options.count)) {
         const int records = parser.value(options.count).toInt();
         const int calls = parser.value(options.calls).toInt();
-        if (records < 2 || calls < 1)
-            return complain(QStringLiteral("--count and --calls must be numbers above 1 and 0"));
+        if (records < 1 || calls < 1)
+            return complain(QStringLiteral("--count and --calls must be numbers above 0"));
         Instructions::runCounted(records, calls);
         return Reached;
     }

@@ -5,58 +5,65 @@
 #include "MasterMsgType.h"
 #include "VantaKeys.h"
 
+#include <QtCore/QDeadlineTimer>
+
 #include <cstdio>
 
 namespace {
 
-constexpr int SettleMs = 10000;
-constexpr int RequestTimeoutMs = 60000; ///< so long that a program which waits for an answer is seen to hang
-
-std::unique_ptr<HostSession> openSession(std::unique_ptr<ProbeServer> server)
-{
-    HostConfig config;
-    config.channel = std::move(server);
-    config.user = ProbeServer::user;
-    config.requestTimeoutMs = RequestTimeoutMs;
-    QString errorText;
-    auto session = HostSession::open(std::move(config), errorText);
-    if (!session)
-        qFatal("no session: %s", qPrintable(errorText));
-    return session;
-}
+constexpr int PatienceMs = 10000;
 
 } // namespace
 
 Probe::Probe(int &argc, char **argv)
     : m_application(std::make_unique<QCoreApplication>(argc, argv))
 {
-    auto server = std::make_unique<ProbeServer>();
-    m_server = server.get();
-    m_session = openSession(std::move(server));
+    m_session = ProbeServer::open(m_server);
     EventBus::listenToAll(m_application.get(), [this](const QString &name, const QVariant &) { ++m_events[name]; });
 }
 
 Probe::~Probe()
 {
     m_application.reset();
+    closeSession();
+}
+
+void Probe::closeSession()
+{
     m_stopPushes = true;
     if (m_pusher.joinable())
         m_pusher.join();
+    m_session.reset();
+}
+
+bool Probe::waitForRequests(const QString &type, int count) const
+{
+    const QDeadlineTimer deadline(PatienceMs);
+    while (m_server->count(type) < count) {
+        if (deadline.hasExpired())
+            return false;
+        std::this_thread::yield();
+    }
+    return true;
 }
 
 void Probe::settle()
 {
-    if (!m_session->settle(SettleMs))
+    if (!m_session->settle(PatienceMs))
         qFatal("the process did not come to rest");
+}
+
+void Probe::push()
+{
+    m_server->push(Master_MsgType::ManualT0RealTimePoolUsagePush, ProbeServer::usage(++m_pushes));
 }
 
 void Probe::startPushes()
 {
     m_pusher = std::thread([this] {
         while (!m_stopPushes) {
-            m_server->push();
-            ++m_pushes;
-            std::this_thread::yield();
+            push();
+            std::this_thread::sleep_for(std::chrono::microseconds(100)); // a busy server, not a flood
         }
     });
 }
@@ -72,14 +79,14 @@ void reportLoads(Probe &probe)
     for (int type = ManualT0Logic::Products; type <= ManualT0Logic::AccountPriority; ++type)
         loaded += ManualT0Logic::GetInitStateByType(type) == MasterInitStateMgr::Inited;
     report("loaded", loaded);
-    report("productQueries", probe.server().requests(Master_MsgType::QueryManualT0ProductsRequest));
+    report("productQueries", probe.server().count(Master_MsgType::QueryManualT0ProductsRequest));
 }
 
 void reportUpdatesOfOnePush(Probe &probe)
 {
     const QString &updated = Vanta_Keys::EventMsgName::ManualT0PoolRealTimeUpdated;
     const int before = probe.events(updated);
-    probe.server().push();
+    probe.push();
     probe.settle();
     report("updatesOfOnePush", probe.events(updated) - before);
 }

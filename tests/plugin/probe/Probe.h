@@ -1,11 +1,9 @@
 #pragma once
 
-#include "HostSession.h"
 #include "ProbeServer.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QMap>
-#include <QtCore/QVector>
 
 #include <atomic>
 
@@ -17,20 +15,27 @@ public:
     Probe(int &argc, char **argv);
     ~Probe();
 
-    ProbeServer &server() { return *m_server; }
+    ScriptedChannel &server() { return *m_server; }
+
+    /// Until the server has seen so many requests of the type (empty: of all); false after ten seconds.
+    bool waitForRequests(const QString &type, int count) const;
 
     /// Lets everything that was caused arrive; ends the process with a message when that takes ten seconds.
     void settle();
 
-    /// Pushes as fast as they go, from a thread of their own, until the application object is gone.
+    void push(); ///< one usage record, newer than the ones before
+
+    /// Pushes on and on, from a thread of its own, until the session is closed.
     void startPushes();
     int pushes() const { return m_pushes; }
+
+    void closeSession();
 
     /// Events of a name since the start, heard on the main thread.
     int events(const QString &name) const { return m_events.value(name); }
 
 private:
-    ProbeServer *m_server = nullptr; ///< belongs to the session
+    ScriptedChannel *m_server = nullptr; ///< belongs to the session
     std::unique_ptr<HostSession> m_session;
     std::atomic<bool> m_stopPushes{false};
     std::atomic<int> m_pushes{0};

@@ -70,10 +70,10 @@ int again(int &argc, char **argv, unsigned)
     Probe probe(argc, argv);
     ManualT0Logic::InitData();
     probe.settle();
-    const int before = probe.server().requests();
+    const int before = probe.server().requests().size();
     ManualT0Logic::InitData();
     probe.settle();
-    report("requestsOfSecond", probe.server().requests() - before);
+    report("requestsOfSecond", probe.server().requests().size() - before);
     return settleAndReport(probe);
 }
 

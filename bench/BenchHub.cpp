@@ -1,10 +1,9 @@
 #include "BenchHub.h"
 
+#include "CpuTimer.h"
 #include "InitKeys.h"
 #include "OrvaneFields.h"
 #include "OrvaneValues.h"
-
-#include <QtCore/QElapsedTimer>
 
 using Orvane_Values::RequestExeStatus::success;
 
@@ -100,11 +99,10 @@ qint64 BenchHub::mergePushes(QVector<VariantRecord> pushes)
 {
     qint64 nanoseconds = 0;
     runOnThreadOf(&m_hub, [&] {
-        QElapsedTimer timer;
-        timer.start();
+        const CpuTimer timer;
         for (VariantRecord &push : pushes)
             m_hub.slotRecvPoolRealtimeChangedPush(std::move(push));
-        nanoseconds = timer.nsecsElapsed();
+        nanoseconds = timer.nanoseconds();
     });
     return nanoseconds;
 }
@@ -113,11 +111,10 @@ qint64 BenchHub::takePoolAnswers(QVector<RecordList> answers)
 {
     qint64 nanoseconds = 0;
     runOnThreadOf(&m_hub, [&] {
-        QElapsedTimer timer;
-        timer.start();
+        const CpuTimer timer;
         for (RecordList &rows : answers)
             answerPools(Records::firstAccount(), std::move(rows));
-        nanoseconds = timer.nsecsElapsed();
+        nanoseconds = timer.nanoseconds();
     });
     return nanoseconds;
 }

@@ -24,8 +24,7 @@ public:
     /// Answers for the first account; in each another tenth of the quantities has changed.
     QVector<RecordList> newPoolAnswers(int count);
 
-    /// Merges them on the hub's thread and returns the time that took, in nanoseconds; the waiting for the
-    /// thread is not part of it.
+    /// Merges them on the hub's thread and returns the processor time that took, in nanoseconds.
     qint64 mergePushes(QVector<VariantRecord> pushes);
     qint64 takePoolAnswers(QVector<RecordList> answers);
 

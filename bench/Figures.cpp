@@ -1,10 +1,10 @@
 #include "Figures.h"
 
+#include "CpuTimer.h"
 #include "Instructions.h"
 #include "Lookups.h"
 
 #include <QtCore/QDateTime>
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
@@ -49,10 +49,9 @@ Measurement lookupTime(Lookups::Lookup lookup, int calls)
 {
     return [lookup, calls](BenchHub &hub) {
         const QVector<Records::Keys> keys = hub.randomKeys(calls);
-        QElapsedTimer timer;
-        timer.start();
+        const CpuTimer timer;
         lookup(hub, keys);
-        return double(timer.nsecsElapsed()) / calls;
+        return double(timer.nanoseconds()) / calls;
     };
 }
 

@@ -43,7 +43,7 @@ void printTable(const BenchScale &scale, const QVector<Figure> &figures, bool co
 {
     QTextStream out(stdout);
     out << QStringLiteral(
-               "records of %1 fields, random keys; times are medians of %2 repetitions, both sizes in turn\n")
+               "records of %1 fields, random keys; processor time, medians of %2 repetitions, both sizes in turn\n")
                .arg(QString::number(Records::FieldCount), QString::number(scale.repetitions));
     if (counted)
         out << "instructions of one lookup, counted by valgrind --tool=callgrind in a run of its own\n";

@@ -64,13 +64,18 @@ void showOtherThanMissing(QtMsgType, const QMessageLogContext &, const QString &
         std::fprintf(stderr, "%s\n", qPrintable(text));
 }
 
+/// At rest: until its threads have come up, a process without an application object races with Qt's own statics.
 int withoutApplication(int &, char **, unsigned seed)
 {
     qInstallMessageHandler(&showOtherThanMissing);
     if (seed % 2)
         ManualT0Logic::GetAllResourceList();
-    if (seed % 4 < 3)
-        ManualT0Logic::InitData();
+    ManualT0Logic::InitData();
+    const auto isLoading = [](int type) {
+        return ManualT0Logic::GetInitStateByType(type) == MasterInitStateMgr::Initing;
+    };
+    while (isLoading(ManualT0Logic::Products) || isLoading(ManualT0Logic::Traders))
+        std::this_thread::yield();
     return 0;
 }
 

@@ -1,8 +1,7 @@
 #include "ZrObject.h"
 
 #include "core/LivingObjects.h"
-
-#include <QtCore/QThread>
+#include "framework/LoopThread.h"
 
 ZrObject::ZrObject(bool ownThread, QObject *parent)
     : QObject(parent)
@@ -10,9 +9,10 @@ ZrObject::ZrObject(bool ownThread, QObject *parent)
     if (!ownThread)
         return;
     Q_ASSERT_X(!parent, "ZrObject", "an object with a parent cannot move to a thread of its own");
-    m_thread = new QThread;
-    moveToThread(m_thread);
-    m_thread->start();
+    auto *thread = new LoopThread;
+    m_thread = thread;
+    moveToThread(thread);
+    thread->startLoop();
     LivingObjects::add(this);
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QtCore/QThread>
+#include "framework/LoopThread.h"
 
 /// The own thread of a presenter; a type of its own, so that it can be told from other threads.
-class PresenterThread : public QThread
+class PresenterThread : public LoopThread
 {
     Q_OBJECT
 };

@@ -4,11 +4,11 @@
 #include "OrvaneFields.h"
 #include "OrvaneValues.h"
 #include "StandMsgType.h"
+#include "framework/LoopThread.h"
 
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QMutex>
 #include <QtCore/QMutexLocker>
-#include <QtCore/QThread>
 #include <QtCore/QTimer>
 #include <QtCore/QVector>
 #include <QtCore/QWaitCondition>
@@ -36,7 +36,7 @@ bool isSuccess(const Envelope &answer)
 class SocketChannel::Private
 {
 public:
-    QThread thread;
+    LoopThread thread;
     std::unique_ptr<Worker> worker;
 
     QMutex mutex;
@@ -216,7 +216,7 @@ SocketChannel::SocketChannel(const QString &serverName)
     QObject::connect(
         &s->thread, &QThread::finished, worker, [worker] { worker->stop(); }, Qt::DirectConnection);
     s->thread.setObjectName(QStringLiteral("SocketChannel"));
-    s->thread.start();
+    s->thread.startLoop();
 }
 
 SocketChannel::~SocketChannel()

@@ -37,7 +37,7 @@ ZrPresenterClass::ZrPresenterClass(const QString &, ZrPluginBaseObject *, int th
     PresenterLines::add(this, m_link->line);
     if (thread) {
         moveToThread(thread);
-        thread->start();
+        thread->startLoop();
     }
     LivingObjects::add(this);
 }

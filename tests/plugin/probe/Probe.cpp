@@ -6,12 +6,29 @@
 #include "VantaKeys.h"
 
 #include <QtCore/QDeadlineTimer>
+#include <QtCore/QDir>
 
 #include <cstdio>
 
 namespace {
 
 constexpr int PatienceMs = 10000;
+
+/// Threads of this process that are not plain ones, by the names the system shows, cut at 15 characters.
+QStringList qtThreads()
+{
+    QStringList names;
+    const QDir tasks(QStringLiteral("/proc/self/task"));
+    const QStringList ids = tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString &id : ids) {
+        QFile comm(tasks.filePath(id + QStringLiteral("/comm")));
+        const QString name = comm.open(QIODevice::ReadOnly) ? QString::fromLatin1(comm.readAll()).trimmed() : QString();
+        if (name == QLatin1String("ManualT0LogicTh") || name == QLatin1String("PresenterThread") ||
+            name == QLatin1String("QThread"))
+            names.append(name);
+    }
+    return names;
+}
 
 } // namespace
 
@@ -25,6 +42,13 @@ Probe::Probe(int &argc, char **argv)
 Probe::~Probe()
 {
     m_application.reset();
+    // Qt calls a thread finished a moment before the system does.
+    const QDeadlineTimer deadline(PatienceMs);
+    QStringList running = qtThreads();
+    while (!running.isEmpty() && !deadline.hasExpired())
+        running = qtThreads();
+    if (!running.isEmpty())
+        qCritical("the application object is gone, but %s still runs", qPrintable(running.join(QLatin1Char(' '))));
     closeSession();
 }
 

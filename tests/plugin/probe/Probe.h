@@ -13,7 +13,7 @@ class Probe
 {
 public:
     Probe(int &argc, char **argv);
-    ~Probe();
+    ~Probe(); ///< complains when a thread of the library outlives the application object
 
     ScriptedChannel &server() { return *m_server; }
 

@@ -9,10 +9,9 @@ ZrObject::ZrObject(bool ownThread, QObject *parent)
     if (!ownThread)
         return;
     Q_ASSERT_X(!parent, "ZrObject", "an object with a parent cannot move to a thread of its own");
-    auto *thread = new LoopThread;
-    m_thread = thread;
-    moveToThread(thread);
-    thread->startLoop();
+    m_thread = new LoopThread;
+    moveToThread(m_thread);
+    m_thread->startLoop();
     LivingObjects::add(this);
 }
 
@@ -34,6 +33,5 @@ void ZrObject::quitThread()
         return;
     Q_ASSERT_X(QThread::currentThread() != m_thread, "ZrObject::quitThread", "called on the own thread");
     LivingObjects::remove(this);
-    m_thread->quit();
-    m_thread->wait();
+    m_thread->endLoop();
 }

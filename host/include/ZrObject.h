@@ -4,7 +4,7 @@
 
 #include <QtCore/QObject>
 
-class QThread;
+class LoopThread;
 
 /// An object that may have a thread of its own.
 class T0_HOST_EXPORT ZrObject : public QObject
@@ -29,5 +29,5 @@ public:
     void quitThread();
 
 private:
-    QThread *m_thread = nullptr;
+    LoopThread *m_thread = nullptr;
 };

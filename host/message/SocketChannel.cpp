@@ -212,9 +212,7 @@ SocketChannel::SocketChannel(const QString &serverName)
     Worker *worker = s->worker.get();
     worker->moveToThread(&s->thread);
     QObject::connect(&s->thread, &QThread::started, worker, [worker] { worker->start(); });
-    // the socket and its timer die on their own thread
-    QObject::connect(
-        &s->thread, &QThread::finished, worker, [worker] { worker->stop(); }, Qt::DirectConnection);
+    s->thread.setAtEnd([worker] { worker->stop(); }); // socket and timer die on their own thread
     s->thread.setObjectName(QStringLiteral("SocketChannel"));
     s->thread.startLoop();
 }
@@ -222,7 +220,7 @@ SocketChannel::SocketChannel(const QString &serverName)
 SocketChannel::~SocketChannel()
 {
     SocketChannel::close();
-    s->thread.wait();
+    s->thread.endLoop();
 }
 
 bool SocketChannel::waitForConnected(int timeoutMs)
@@ -260,9 +258,10 @@ void SocketChannel::close()
         QMutexLocker lock(&s->mutex);
         s->connected.wakeAll();
     }
-    s->thread.quit();
     if (QThread::currentThread() != &s->thread)
-        s->thread.wait();
+        s->thread.endLoop();
+    else
+        s->thread.quit();
 }
 
 bool SocketChannel::transmit(const QByteArray &envelope)

@@ -56,7 +56,7 @@ ZrPresenterClass::~ZrPresenterClass()
         connect(thread, &QThread::finished, thread, &QObject::deleteLater);
     thread->quit();
     if (QThread::currentThread() != thread) {
-        thread->wait();
+        thread->endLoop();
         delete thread;
     }
 }
@@ -105,8 +105,7 @@ void ZrPresenterClass::release(ZrPresenterClass *presenter)
     Q_ASSERT_X(QThread::currentThread() != thread, "ZrPresenterClass::release", "called on the presenter's thread");
     line->release();
     presenter->deleteLater();
-    thread->quit();
-    thread->wait();
+    thread->endLoop();
     // Without an application object nothing was delivered at the thread's end; nobody else can enter it now.
     delete line->presenter();
     delete thread;

@@ -196,7 +196,8 @@ public:
                                                               const QString &exchange);
 
     /// Profit and loss of one usage record at a price. False, the outputs untouched, when the record is empty
-    /// or lastPrice is not above 1e-10. A gain on the carried-over leg counts as 0 when it belongs to the organisation.
+    /// or lastPrice is not above 1e-10. A realised gain on the carried-over leg counts as 0 when it belongs to
+    /// the organisation; its float profit counts.
     static bool CalcProfitLossByRealtimeMap(const VariantRecord &record, double lastPrice, double &floatProfit,
                                             double &realizeProfit, double &totalProfit);
 

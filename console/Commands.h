@@ -1,0 +1,41 @@
+#pragma once
+
+#include "ConsoleHost.h"
+#include "Operations.h"
+
+/// What a line may ask for: the operations of the facade and the console's own commands.
+class Commands
+{
+public:
+    explicit Commands(ConsoleHost &host);
+
+    Outcome run(const CommandLine &command);
+    bool isQuit() const; ///< quit was run
+
+    static QStringList names();     ///< of the console's own commands
+    static QStringList help();      ///< one line a command
+    static QStringList faultable(); ///< message types that a fault may be put on
+
+private:
+    struct Own;
+    static const QVector<Own> &ownCommands();
+
+    Outcome runOperation(const CommandLine &command);
+    Outcome sendToServer(const QString &msgType, const VariantRecord &row);
+
+    Outcome init(const QVector<Argument> &arguments);
+    Outcome login(const QVector<Argument> &arguments);
+    Outcome wait(const QVector<Argument> &arguments);
+    Outcome picture(const QVector<Argument> &arguments);
+    Outcome events(const QVector<Argument> &arguments);
+    Outcome quote(const QVector<Argument> &arguments);
+    Outcome push(const QVector<Argument> &arguments);
+    Outcome fault(const QVector<Argument> &arguments);
+    Outcome sleep(const QVector<Argument> &arguments);
+    Outcome settle(const QVector<Argument> &arguments);
+    Outcome echo(const QVector<Argument> &arguments);
+    Outcome quit(const QVector<Argument> &arguments);
+
+    ConsoleHost &m_host;
+    bool m_isQuit = false;
+};

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "Operations.h"
+
+/// All families as the facade shows them, with state and count. The library must be open.
+namespace Picture {
+
+constexpr int familyCount = 6;
+
+QString familyName(int family);
+
+/// result: a record with the list "families" (family, name, state, count, rows); text: the tables.
+Outcome take();
+
+} // namespace Picture

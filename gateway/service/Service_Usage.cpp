@@ -1,0 +1,170 @@
+#include "Service.h"
+
+#include "Answers.h"
+#include "GatewayTexts.h"
+#include "MasterFields.h"
+#include "MasterMsgType.h"
+#include "OrvaneFields.h"
+#include "StandFields.h"
+
+namespace {
+
+namespace T0_ = Master_Fields::ManualT0;
+
+/// What is known of one security in one account before its limits are computed.
+struct Group {
+    qint64 publicQty = 0;
+    QMap<QString, StoredUsage> byTrader;
+
+    StoredUsage &usageOf(const QString &trader, const Holding &holding)
+    {
+        StoredUsage &usage = byTrader[trader];
+        usage.trader = trader;
+        usage.holding = holding;
+        return usage;
+    }
+};
+
+using Groups = QMap<Holding, Group>;
+
+Groups groupsOf(Store &store)
+{
+    Groups groups;
+    const QVector<StoredUsage> records = store.allUsage();
+    for (const StoredUsage &usage : records)
+        groups[usage.holding].byTrader.insert(usage.trader, usage);
+    return groups;
+}
+
+/// Private quantities follow from the pools alone.
+void applyPools(Groups &groups, const QVector<StoredPool> &pools, const Books &books)
+{
+    for (const StoredPool &pool : pools) {
+        Group &group = groups[pool.holding];
+        if (pool.trader != Books::publicTrader()) {
+            group.usageOf(pool.trader, pool.holding).use.privateQty += pool.quantity;
+            continue;
+        }
+        group.publicQty += pool.quantity;
+        const QStringList traders = books.tradersOf(pool.holding.account);
+        for (const QString &trader : traders)
+            group.usageOf(trader, pool.holding);
+    }
+}
+
+Ledger::Terms termsOf(const Books &books, const Holding &holding, qint64 publicQty)
+{
+    const Instrument *instrument = books.instrument(holding.securityID, holding.exchange);
+    const Account *account = books.account(holding.account);
+    return {publicQty, instrument && instrument->t0, account && account->enabled};
+}
+
+/// Computes the limits of a group and saves the records that are new or different.
+bool saveGroup(Store &store, const Group &group, const Ledger::Terms &terms)
+{
+    QVector<Ledger::TraderUse> uses;
+    for (const StoredUsage &usage : group.byTrader)
+        uses.append(usage.use);
+    const QVector<Ledger::Limits> limits = Ledger::limits(terms, uses);
+    int at = 0;
+    for (StoredUsage usage : group.byTrader) {
+        const Ledger::Limits &fresh = limits.at(at++);
+        if (!usage.modifyTime.isEmpty() && usage.limits == fresh)
+            continue;
+        usage.limits = fresh;
+        usage.modifyTime = store.nextModifyTime();
+        if (!store.saveUsage(usage))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+bool Service::bringUsageUpToDate()
+{
+    m_store->clearError();
+    if (!m_store->begin())
+        return false;
+    Groups groups = groupsOf(*m_store);
+    applyPools(groups, m_store->allPools(), m_books);
+    for (auto group = groups.cbegin(); group != groups.cend(); ++group)
+        if (!saveGroup(*m_store, *group, termsOf(m_books, group.key(), group->publicQty)))
+            break;
+    if (m_store->errorText().isEmpty())
+        return m_store->commit();
+    m_store->rollback();
+    return false;
+}
+
+MessageBody Service::queryUsage(const Request &request)
+{
+    const Answers::PageSize size = Answers::pageSize(request.values);
+    if (!size.refusal.isEmpty())
+        return Answers::refused(size.refusal);
+    bool valid = true;
+    const QVariant asked = request.values.value(Stand_Fields::Paging::pageIndex, 0);
+    const int page = asked.toInt(&valid);
+    if (!valid || page < 0 || page > 1'000'000'000 / size.rows)
+        return Answers::refused(GatewayTexts::badPosition());
+
+    QStringList traders = request.text(T0_::T0TraderId).split(QLatin1Char(','), Qt::SkipEmptyParts);
+    if (!request.user().isManager())
+        traders = traders.contains(request.user().userID) ? QStringList{request.user().userID} : QStringList();
+    const QVector<StoredUsage> records = m_store->usage(traders, page * size.rows, size.rows + 1);
+    RecordList rows;
+    for (int i = 0; i < records.size() && i < size.rows; ++i)
+        rows.append(usageRow(records.at(i)));
+    MessageBody answer = Answers::success(rows);
+    answer.values.insert(Stand_Fields::Paging::hasMore, records.size() > size.rows);
+    return answer;
+}
+
+VariantRecord Service::usageRow(const StoredUsage &usage) const
+{
+    const Holding &holding = usage.holding;
+    const Ledger::TraderUse &use = usage.use;
+    const Account account = m_books.account(holding.account) ? *m_books.account(holding.account) : Account();
+    const double factor = dispFactor(holding);
+    const auto units = [factor](qint64 quantity) { return double(quantity) / factor; };
+    return {{T0_::T0TraderId, usage.trader},
+            {Orvane_Fields::UserAccount::tradingAccount, holding.account},
+            {Orvane_Fields::Security::securityID, holding.securityID},
+            {Orvane_Fields::UserAccount::securityExchange, holding.exchange},
+            {Master_Fields::System::ModifyTime, usage.modifyTime},
+            {T0_::RtPoolTotalQty, units(usage.limits.poolTotal)},
+            {T0_::DailyBuyLimit, units(usage.limits.dailyBuy)},
+            {T0_::DailySellLimit, units(usage.limits.dailySell)},
+            {T0_::DailyBoughtQty, units(use.dailyBought)},
+            {T0_::DailySoldQty, units(use.dailySold)},
+            {T0_::DailyBoughtAmount, use.dailyBoughtAmount},
+            {T0_::DailySoldAmount, use.dailySoldAmount},
+            {T0_::DailyBuyTradeFee, account.buyFee},
+            {T0_::DailySellTradeFee, account.sellFee},
+            {T0_::PreUnclosedBuyLimit, units(usage.limits.closeBuy)},
+            {T0_::PreUnclosedSellLimit, units(usage.limits.closeSell)},
+            {T0_::PreUnclosedBoughtQty, units(use.leg.bought)},
+            {T0_::PreUnclosedSoldQty, units(use.leg.sold)},
+            {T0_::PreUnclosedBoughtAmount, use.leg.boughtAmount},
+            {T0_::PreUnclosedSoldAmount, use.leg.soldAmount},
+            {T0_::PreUnclosedSide, legSideText(use.leg.side)},
+            {T0_::TransDayProfitOwner, account.profitOwner}};
+}
+
+MessageBody Service::pushUsage(const Request &request)
+{
+    const QString trader = request.text(T0_::T0TraderId);
+    if (trader.isEmpty())
+        return Answers::refused(GatewayTexts::noTrader());
+    VariantRecord row = request.row;
+    if (row.value(Master_Fields::System::ModifyTime).toString().isEmpty()) {
+        // What the store runs into becomes the answer of every handler.
+        if (!m_store->begin())
+            return {};
+        row.insert(Master_Fields::System::ModifyTime, m_store->nextModifyTime());
+        if (!m_store->commit())
+            return {};
+    }
+    m_pushes.append({Envelope::push(Master_MsgType::ManualT0RealTimePoolUsagePush, {{}, {row}}), trader});
+    return Answers::success();
+}

@@ -1,0 +1,194 @@
+#include "StorePrivate.h"
+
+#include "MasterValues.h"
+
+#include <QtCore/QCryptographicHash>
+#include <QtCore/QVariant>
+
+namespace {
+
+constexpr int schemaVersion = 1;
+constexpr int applicationId = 0x54304757; // marks the file as a gateway's
+
+/// The state hangs on the accounts and on how their securities are counted; prices, users and new
+/// securities may change from day to day.
+QString fingerprint(const Books &books)
+{
+    QStringList accounts;
+    for (const Account &account : books.accounts)
+        accounts.append(account.productAccount + QLatin1Char('/') + account.tradingAccount);
+    accounts.sort();
+    const QByteArray text = accounts.join(QLatin1Char('\n')).toUtf8();
+    return QString::fromLatin1(QCryptographicHash::hash(text, QCryptographicHash::Sha256).toHex());
+}
+
+QStringList schema()
+{
+    return {
+        QStringLiteral("CREATE TABLE clock (market_time TEXT NOT NULL, counter INTEGER NOT NULL, "
+                       "books TEXT NOT NULL)"),
+        QStringLiteral("CREATE TABLE resources (id INTEGER PRIMARY KEY AUTOINCREMENT, account TEXT NOT NULL, "
+                       "security TEXT NOT NULL, exchange TEXT NOT NULL, quantity INTEGER NOT NULL "
+                       "CHECK (quantity >= 0), UNIQUE (account, security, exchange))"),
+        QStringLiteral("CREATE INDEX resources_by_account ON resources (account, id)"),
+        // The account is repeated so that one account's pools are found in the order of their ids.
+        QStringLiteral("CREATE TABLE pools (id INTEGER PRIMARY KEY AUTOINCREMENT, resource INTEGER NOT NULL "
+                       "REFERENCES resources (id) ON DELETE CASCADE, account TEXT NOT NULL, trader TEXT NOT NULL, "
+                       "quantity INTEGER NOT NULL CHECK (quantity >= 0), max_exposure INTEGER NOT NULL, "
+                       "max_pend_exposure INTEGER NOT NULL, UNIQUE (resource, trader))"),
+        QStringLiteral("CREATE INDEX pools_by_account ON pools (account, id)"),
+        QStringLiteral("CREATE TABLE usage (trader TEXT NOT NULL, account TEXT NOT NULL, security TEXT NOT NULL, "
+                       "exchange TEXT NOT NULL, modify_time TEXT NOT NULL, "
+                       "bought INTEGER NOT NULL, sold INTEGER NOT NULL, bought_amount REAL NOT NULL, "
+                       "sold_amount REAL NOT NULL, pre_side TEXT NOT NULL, pre_bought INTEGER NOT NULL, "
+                       "pre_sold INTEGER NOT NULL, pre_bought_amount REAL NOT NULL, pre_sold_amount REAL NOT NULL, "
+                       "pool_total INTEGER NOT NULL, buy_limit INTEGER NOT NULL, sell_limit INTEGER NOT NULL, "
+                       "close_buy_limit INTEGER NOT NULL, close_sell_limit INTEGER NOT NULL, "
+                       "PRIMARY KEY (trader, account, security, exchange)) WITHOUT ROWID"),
+        QStringLiteral("PRAGMA user_version = %1").arg(schemaVersion),
+        QStringLiteral("PRAGMA application_id = %1").arg(applicationId),
+    };
+}
+
+} // namespace
+
+std::unique_ptr<Store> Store::open(const QString &file, const Books &books, QString &errorText)
+{
+    std::unique_ptr<Store> store(new Store);
+    if (store->prepare(file) && store->begin()) {
+        QSqlQuery *tables = store->d->execute(QStringLiteral("SELECT COUNT(*) FROM sqlite_master"), {});
+        const bool fresh = tables && tables->next() && tables->value(0).toInt() == 0;
+        if (tables)
+            tables->finish();
+        const bool good = fresh ? store->createSchema() && store->import(books)
+                                : store->checkSchema() && store->readClock() && store->checkBooks(books);
+        if (good && store->commit())
+            return store;
+        store->rollback();
+    }
+    errorText =
+        QStringLiteral("%1: %2").arg(file.isEmpty() ? QStringLiteral("state in memory") : file, store->errorText());
+    return nullptr;
+}
+
+bool Store::prepare(const QString &file)
+{
+    d->database.setDatabaseName(file.isEmpty() ? QStringLiteral(":memory:") : file);
+    d->database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=1000"));
+    if (!d->database.open()) {
+        d->error = QStringLiteral("the state file cannot be opened");
+        return false;
+    }
+    // Exclusive: two gateways on one file would give the same times and ids twice.
+    return d->run(QStringLiteral("PRAGMA foreign_keys = ON")) &&
+           d->run(QStringLiteral("PRAGMA locking_mode = EXCLUSIVE")) &&
+           d->run(QStringLiteral("PRAGMA journal_mode = WAL")) && d->run(QStringLiteral("PRAGMA synchronous = NORMAL"));
+}
+
+bool Store::createSchema()
+{
+    const QStringList statements = schema();
+    for (const QString &statement : statements)
+        if (!d->run(statement))
+            return false;
+    return true;
+}
+
+bool Store::checkSchema()
+{
+    const auto pragma = [this](const QString &name) {
+        QSqlQuery query(d->database);
+        return query.exec(QStringLiteral("PRAGMA ") + name) && query.next() ? query.value(0).toInt() : -1;
+    };
+    if (pragma(QStringLiteral("application_id")) != applicationId) {
+        d->error = QStringLiteral("is a database, but not the state of a gateway");
+        return false;
+    }
+    const int version = pragma(QStringLiteral("user_version"));
+    if (version == schemaVersion)
+        return true;
+    d->error = QStringLiteral("was written by a newer gateway: its version is %1, this gateway reads %2")
+                   .arg(QString::number(version), QString::number(schemaVersion));
+    return false;
+}
+
+bool Store::import(const Books &books)
+{
+    // Market time begins on a fixed Monday, so that a first start is the same on every day.
+    d->marketTime = QStringLiteral("2026-01-05 09:15:00.000");
+    if (!d->execute(QStringLiteral("INSERT INTO clock VALUES (?, 0, ?)"), {d->marketTime, fingerprint(books)}))
+        return false;
+    QHash<Holding, qint64> resources;
+    for (const OpeningResource &resource : books.resources) {
+        const Holding &holding = resource.holding;
+        QSqlQuery *query = d->execute(
+            QStringLiteral("INSERT INTO resources (account, security, exchange, quantity) VALUES (?, ?, ?, ?)"),
+            {holding.account, holding.securityID, holding.exchange, resource.quantity});
+        if (!query)
+            return false;
+        resources.insert(holding, query->lastInsertId().toLongLong());
+    }
+    return importPools(books, resources) && importCarried(books);
+}
+
+bool Store::importPools(const Books &books, const QHash<Holding, qint64> &resources)
+{
+    const QString sql = QStringLiteral("INSERT INTO pools (resource, account, trader, quantity, max_exposure, "
+                                       "max_pend_exposure) VALUES (?, ?, ?, ?, ?, ?)");
+    for (const OpeningPool &pool : books.pools)
+        if (!d->execute(sql, {resources.value(pool.holding), pool.holding.account, pool.trader, pool.quantity,
+                              pool.maxExposure, pool.maxPendExposure}))
+            return false;
+    return true;
+}
+
+bool Store::importCarried(const Books &books)
+{
+    for (const CarriedLeg &carried : books.carried) {
+        StoredUsage usage;
+        usage.trader = carried.trader;
+        usage.holding = carried.holding;
+        Ledger::Leg &leg = usage.use.leg;
+        if (carried.side == Master_Values::OpenPositionSide::BuyOpen)
+            leg = {Ledger::Side::BuyOpen, carried.quantity, 0, carried.amount, 0};
+        else
+            leg = {Ledger::Side::SellOpen, 0, carried.quantity, 0, carried.amount};
+        if (!saveUsage(usage))
+            return false;
+    }
+    return true;
+}
+
+bool Store::readClock()
+{
+    QSqlQuery query(d->database);
+    if (!query.exec(QStringLiteral("SELECT market_time, counter FROM clock")) || !query.next())
+        return d->failed(query);
+    d->marketTime = query.value(0).toString();
+    d->counter = d->committed = query.value(1).toLongLong();
+    return true;
+}
+
+bool Store::checkBooks(const Books &books)
+{
+    QSqlQuery query(d->database);
+    if (!query.exec(QStringLiteral("SELECT books FROM clock")) || !query.next())
+        return d->failed(query);
+    if (query.value(0).toString() != fingerprint(books)) {
+        d->error = QStringLiteral("belongs to other books: it was begun with other accounts");
+        return false;
+    }
+    if (!query.exec(QStringLiteral("SELECT account, security, exchange, quantity FROM resources UNION ALL "
+                                   "SELECT account, security, exchange, 0 FROM usage")))
+        return d->failed(query);
+    while (query.next()) {
+        const Instrument *instrument = books.instrument(query.value(1).toString(), query.value(2).toString());
+        if (instrument && query.value(3).toLongLong() % instrument->dispFactor == 0)
+            continue;
+        d->error = QStringLiteral("belongs to other books: its security %1 on %2 is not in the books, or is counted "
+                                  "in other units")
+                       .arg(query.value(1).toString(), query.value(2).toString());
+        return false;
+    }
+    return true;
+}

@@ -1,0 +1,299 @@
+#include "Tests.h"
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtCore/QProcess>
+#include <QtCore/QRegularExpression>
+#include <QtCore/QTemporaryDir>
+#include <QtTest/QtTest>
+
+namespace {
+
+constexpr int longEnoughMs = 60000;
+
+const char initAndWait[] = "init\nwait inited 0,1,2,3,4,5 30000\n";
+
+struct Run {
+    int exitCode = -1; ///< -1: did not end by itself
+    QByteArray output;
+    QString errors;
+
+    QVector<QJsonObject> lines() const
+    {
+        QVector<QJsonObject> objects;
+        for (const QByteArray &line : output.split('\n'))
+            if (!line.isEmpty())
+                objects.append(QJsonDocument::fromJson(line).object()); // empty when it is no JSON
+        return objects;
+    }
+};
+
+void start(QProcess &program, QStringList arguments)
+{
+    if (!arguments.contains(QStringLiteral("--connect")))
+        arguments = QStringList{QStringLiteral("--books"), QStringLiteral(T0_SAMPLE_BOOKS)} + arguments;
+    program.start(QStringLiteral(T0_CONSOLE_PROGRAM), arguments);
+}
+
+Run finish(QProcess &program)
+{
+    const bool ended = program.waitForFinished(longEnoughMs) && program.exitStatus() == QProcess::NormalExit;
+    return {ended ? program.exitCode() : -1, program.readAllStandardOutput(),
+            QString::fromUtf8(program.readAllStandardError())};
+}
+
+Run runConsole(const QByteArray &input, const QStringList &arguments = {QStringLiteral("--json")})
+{
+    QProcess program;
+    start(program, arguments);
+    program.write(input);
+    program.closeWriteChannel();
+    return finish(program);
+}
+
+/// Reads the program's lines until one holds a text; false when it ended before.
+bool readUntil(QProcess &program, const QByteArray &text, QByteArray &line)
+{
+    do {
+        while (!program.canReadLine())
+            if (!program.waitForReadyRead(longEnoughMs))
+                return false;
+        line = program.readLine();
+    } while (!line.contains(text));
+    return true;
+}
+
+QJsonArray resultOf(const Run &run, const char *operation)
+{
+    for (const QJsonObject &line : run.lines())
+        if (line.value("op") == QLatin1String(operation))
+            return line.value("result").toArray();
+    return {};
+}
+
+/// The families whose loading was announced, ascending.
+QList<int> announced(const QJsonArray &events)
+{
+    QList<int> families;
+    for (const QJsonValue &event : events)
+        if (event.toObject().value("event") == QLatin1String("ManualT0DataInited"))
+            families.append(event.toObject().value("payload").toInt());
+    std::sort(families.begin(), families.end());
+    return families;
+}
+
+} // namespace
+
+class ProgramTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void transcriptOfTheSampleBooks();
+    void everyCommandIsOneJsonLine();
+    void aRetriedFamilyStillLoads();
+    void aFamilyThatFailsIsAnnounced();
+    void badCommandsNameLineAndReason();
+    void strictStopsAtTheFirstBadCommand();
+    void loginOnlyBeforeTheLibraryAsks();
+    void pushReachesTheSubscribedTrader();
+    void waitNamesWhatIsMissing();
+    void settingsAreKept();
+    void badStarts_data();
+    void badStarts();
+    void signalEndsItCleanly();
+    void consolesOnOneGateway();
+};
+T0_REGISTER_TEST(ProgramTest)
+
+void ProgramTest::transcriptOfTheSampleBooks()
+{
+    QProcess program;
+    program.setWorkingDirectory(QStringLiteral(T0_SCRIPTS));
+    start(program, {QStringLiteral("sample.t0")});
+    const Run run = finish(program);
+    QFile file(QStringLiteral(T0_SCRIPTS "/sample.expected"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QList<QByteArray> expected = file.readAll().split('\n');
+    const QList<QByteArray> actual = run.output.split('\n');
+    for (int i = 0; i < qMin(expected.size(), actual.size()); ++i)
+        QVERIFY2(actual.at(i) == expected.at(i), "line " + QByteArray::number(i + 1) + ": " + actual.at(i));
+    QCOMPARE(actual.size(), expected.size());
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.errors.count(QRegularExpression(QStringLiteral("^[0-5] \\(\\w+\\): \\d+ ms$"),
+                                                 QRegularExpression::MultilineOption)),
+             6);
+}
+
+void ProgramTest::everyCommandIsOneJsonLine()
+{
+    const Run run = runConsole(QByteArray("\n# a comment\n") + initAndWait +
+                               "GetAllResourceList\nGetRealtimePoolDetailList [\"A000101\"] [] \"\" \"\"\n"
+                               "CalcProfitLossByRealtimeMap {\"a\":1} 0 &1 & &2.5\nevents\necho 1");
+    QCOMPARE(run.exitCode, 0);
+    const QVector<QJsonObject> lines = run.lines();
+    QCOMPARE(lines.size(), 7);
+    for (int i = 0; i < lines.size(); ++i)
+        QCOMPARE(lines.at(i).value("line").toInt(), i + 3);
+    QVERIFY(resultOf(run, "GetAllResourceList").size() > 10);
+    QVERIFY(!resultOf(run, "GetRealtimePoolDetailList").isEmpty());
+    QCOMPARE(lines.at(4).value("result"), QJsonValue(false));
+    QCOMPARE(lines.at(4).value("out"), QJsonValue(QJsonArray{1, 0, 2.5}));
+    QCOMPARE(announced(resultOf(run, "events")), (QList<int>{0, 1, 2, 3, 4, 5}));
+    QCOMPARE(lines.at(6).value("result"), QJsonValue("1"));
+}
+
+void ProgramTest::aRetriedFamilyStillLoads()
+{
+    const Run run = runConsole(QByteArray("fault QueryManualT0ResourceRequest fail 1\n") + initAndWait + "picture\n");
+    QCOMPARE(run.exitCode, 0);
+    const QJsonArray families = run.lines().constLast().value("result").toObject().value("families").toArray();
+    QCOMPARE(families.size(), 6);
+    for (const QJsonValue &family : families)
+        QCOMPARE(family.toObject().value("state"), QJsonValue("finished"));
+    QVERIFY(families.at(2).toObject().value("count").toInt() > 10);
+}
+
+void ProgramTest::aFamilyThatFailsIsAnnounced()
+{
+    const Run run = runConsole(QByteArray("fault QueryManualT0ResourceRequest fail 99\n") + initAndWait +
+                               "GetInitStateByType 2\nGetInitStateByType 3\nsettle\nevents\n");
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.lines().at(3).value("result"), QJsonValue("failed"));
+    QCOMPARE(run.lines().at(4).value("result"), QJsonValue("finished"));
+    QVERIFY(announced(resultOf(run, "events")).contains(2));
+}
+
+void ProgramTest::badCommandsNameLineAndReason()
+{
+    const Run run = runConsole("echo good\n\nGetAllResourceLis\nGetT0Symbols 1\nsleep soon\nquote 1.XX 5\n"
+                               "fault QueryManualT0ResourceRequest brake\nechoo [1\nwait inited 0\necho still here\n");
+    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.errors, QStringLiteral("<stdin>:3: unknown command GetAllResourceLis, did you mean "
+                                        "GetAllResourceList?\n"
+                                        "<stdin>:4: GetT0Symbols takes no arguments, not 1\n"
+                                        "<stdin>:5: argument 1: an integer is expected, not soon\n"
+                                        "<stdin>:6: fail: 证券不存在：1.XX\n"
+                                        "<stdin>:7: unknown fault brake\n"
+                                        "<stdin>:8: column 7: bad JSON, it is not closed\n"
+                                        "<stdin>:9: nothing is being loaded: init comes first\n"));
+    const QVector<QJsonObject> lines = run.lines();
+    QCOMPARE(lines.size(), 9);
+    QCOMPARE(lines.at(3).value("line").toInt(), 5);
+    QCOMPARE(lines.at(3).value("error"), QJsonValue("argument 1: an integer is expected, not soon"));
+    QCOMPARE(lines.constLast().value("result"), QJsonValue("still here"));
+}
+
+void ProgramTest::strictStopsAtTheFirstBadCommand()
+{
+    const Run run = runConsole("echo one\nfoo\necho two\n", {QStringLiteral("--strict")});
+    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.output, QByteArray("one\n"));
+}
+
+void ProgramTest::loginOnlyBeforeTheLibraryAsks()
+{
+    const Run run = runConsole("login nobody\nquote 600001.SH 12\nlogin trader1\nlogin trader2\ninit\n"
+                               "wait inited 0,1,2,3,4,5\nlogin trader3\nGetAllT0TradingAccountListByCurUser\n");
+    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.errors.count(QStringLiteral("<stdin>:1: nobody is not logged in")), 1);
+    QCOMPARE(run.errors.count(QStringLiteral("<stdin>:7: login is possible only before init")), 1);
+    QCOMPARE(resultOf(run, "GetAllT0TradingAccountListByCurUser"),
+             (QJsonArray{"A000302", "A000201", "A000101"})); // trader2's, by priority
+}
+
+void ProgramTest::pushReachesTheSubscribedTrader()
+{
+    const Run run = runConsole(QByteArray(initAndWait) +
+                               "settle\nevents\n"
+                               "push {\"T0TraderId\":\"trader1\",\"tradingAccount\":\"A000101\",\"securityID\":"
+                               "\"600001\",\"securityExchange\":\"SH\",\"DailyBuyLimit\":777}\n"
+                               "settle\nGetRealtimePoolDetail A000101 trader1 600001.SH SH\n");
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.lines().constLast().value("result").toObject().value("DailyBuyLimit"), QJsonValue(777));
+}
+
+void ProgramTest::waitNamesWhatIsMissing()
+{
+    const Run run = runConsole("fault QueryManualT0TraderAccountPriorityRequest delay 20000\n"
+                               "init\nwait inited 1 20000\nwait inited 1,5 1\n",
+                               {QStringLiteral("--timeout"), QStringLiteral("30000")});
+    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.errors, QStringLiteral("<stdin>:4: not loaded within 1 ms: 5 (AccountPriority)\n"));
+}
+
+void ProgramTest::settingsAreKept()
+{
+    const QTemporaryDir dir;
+    const QStringList arguments{QStringLiteral("--json"), QStringLiteral("--settings"), dir.path()};
+    runConsole("SetSymbolTradeSettings 600001.SH {\"qty\":100}\n", arguments);
+    const Run run = runConsole("GetSymbolTradeSettings 600001.SH &\n", arguments);
+    QCOMPARE(run.lines().at(0).value("result"), QJsonValue(QJsonObject{{"qty", 100}}));
+    QCOMPARE(run.lines().at(0).value("out"), QJsonValue(QJsonArray{true}));
+}
+
+void ProgramTest::badStarts_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("unknown option") << QStringList{"--jsn"} << 2 << "Unknown option 'jsn'";
+    QTest::newRow("no number") << QStringList{"--timeout", "soon"} << 2 << "--timeout must be a number";
+    QTest::newRow("two scripts") << QStringList{"a", "b"} << 2 << "one file of commands";
+    QTest::newRow("no such script") << QStringList{"missing.t0"} << 1 << "missing.t0: ";
+    QTest::newRow("no books there") << QStringList{"--books", T0_SCRIPTS} << 1 << "instruments.csv";
+}
+
+void ProgramTest::badStarts()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, error);
+    const Run run = runConsole("echo 1\n", arguments);
+    QTEST(run.exitCode, "exitCode");
+    QVERIFY2(run.errors.contains(error), qPrintable(run.errors));
+    QCOMPARE(run.output, QByteArray());
+}
+
+void ProgramTest::signalEndsItCleanly()
+{
+    QProcess program;
+    start(program, {});
+    program.write(QByteArray(initAndWait) + "echo ready\nsleep 600000\n");
+    QByteArray line;
+    QVERIFY(readUntil(program, "ready", line));
+    program.terminate();
+    QCOMPARE(finish(program).exitCode, 0);
+}
+
+void ProgramTest::consolesOnOneGateway()
+{
+    const QString name = QStringLiteral("t0-console-test-%1").arg(QCoreApplication::applicationPid());
+    QProcess gateway;
+    gateway.start(QStringLiteral(T0_GATEWAY_PROGRAM),
+                  {QStringLiteral("--serve"), name, QStringLiteral("--books"), QStringLiteral(T0_SAMPLE_BOOKS)});
+    QByteArray line;
+    QVERIFY(readUntil(gateway, "serving", line));
+
+    QProcess trader;
+    start(trader, {"--json", "--connect", name, "--user", "trader1"});
+    trader.write(QByteArray(initAndWait) + "settle\nevents\n");
+    QVERIFY(readUntil(trader, "\"events\"", line));
+    const Run manager = runConsole("quote 600001.SH 13.5\npush {\"T0TraderId\":\"trader1\",\"tradingAccount\":"
+                                   "\"A000101\",\"securityID\":\"600001\",\"securityExchange\":\"SH\","
+                                   "\"DailyBuyLimit\":778}\n",
+                                   {"--json", "--connect", name, "--user", "manager1"});
+    QCOMPARE(manager.exitCode, 0);
+    trader.write("settle\nevents\n");
+    QVERIFY(readUntil(trader, "\"events\"", line));
+    QVERIFY2(line.contains("ManualT0PoolRealTimeUpdated") && line.contains("\"DailyBuyLimit\":778"), line);
+
+    trader.closeWriteChannel();
+    QCOMPARE(finish(trader).exitCode, 0);
+    gateway.terminate();
+    QCOMPARE(finish(gateway).exitCode, 0);
+    QCOMPARE(runConsole("init\n", {"--connect", name, "--user", "trader1", "--timeout", "200"}).errors,
+             QStringLiteral("<stdin>:1: no gateway answers at %1\n").arg(name));
+}
+
+#include "ProgramTest.moc"

@@ -1,0 +1,291 @@
+#include "MasterFields.h"
+#include "MasterMsgType.h"
+#include "OrvaneFields.h"
+#include "StandFields.h"
+#include "StandMsgType.h"
+#include "TestBooks.h"
+#include "TestClient.h"
+#include "Tests.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QThread>
+#include <QtTest/QtTest>
+
+namespace {
+
+namespace T0_ = Master_Fields::ManualT0;
+
+QString usagePush()
+{
+    return Master_MsgType::ManualT0RealTimePoolUsagePush;
+}
+
+VariantRecord usageOf(const QString &trader, int number = 0)
+{
+    return {{T0_::T0TraderId, trader}, {T0_::DailyBoughtQty, number}};
+}
+
+QString timeOf(const VariantRecord &row)
+{
+    return row.value(Master_Fields::System::ModifyTime).toString();
+}
+
+/// A client without a channel: the bytes as the gateway hands them over.
+class RawClient
+{
+public:
+    explicit RawClient(std::shared_ptr<PaperGateway> gateway)
+        : m_gateway(std::move(gateway))
+    {
+        m_id = m_gateway->connectClient({[this](const QByteArray &bytes) {
+                                             Envelope envelope;
+                                             QString error;
+                                             QMutexLocker lock(&m_mutex);
+                                             if (Envelope::decode(bytes, envelope, error))
+                                                 m_got.append(envelope);
+                                         },
+                                         [this] { m_dropped = true; }});
+    }
+    ~RawClient() { m_gateway->disconnectClient(m_id); }
+
+    void send(const QByteArray &bytes) { m_gateway->receive(m_id, bytes); }
+    bool isDropped() const { return m_dropped; }
+
+    QVector<Envelope> got() const
+    {
+        QMutexLocker lock(&m_mutex);
+        return m_got;
+    }
+
+private:
+    const std::shared_ptr<PaperGateway> m_gateway;
+    PaperGateway::ClientId m_id = 0;
+    mutable QMutex m_mutex;
+    QVector<Envelope> m_got;
+    std::atomic<bool> m_dropped{false};
+};
+
+Envelope requestOf(const QString &type, const VariantRecord &row)
+{
+    return Envelope::request(type, QStringLiteral("m"), 60000, {{}, {row}});
+}
+
+} // namespace
+
+class DeliveryTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void lateRequestsAreNotExecuted();
+    void pushesFollowTheAnswersBeforeThem();
+    void pushesGoToWhoSubscribed();
+    void pushedRecordsGetRisingTimes();
+    void quotesReachEverySubscriber();
+    void channelsShareOneGateway();
+    void garbageDropsItsSenderOnly();
+    void unreadableBodiesAreRefused();
+    void closingEndsEverything();
+    void closesFromItsOwnHandler();
+};
+
+void DeliveryTest::lateRequestsAreNotExecuted()
+{
+    const auto gateway = openGateway(TestBooks::withRows(1));
+    TestClient other(gateway, "m");
+    RawClient client(gateway);
+    client.send(requestOf(Stand_MsgType::LoginRequest, {{Orvane_Fields::UserAccount::userID, "m"}}).encode());
+    Envelope late = requestOf(Stand_MsgType::SetQuoteRequest,
+                              {{Orvane_Fields::Security::symbol, "600000.SH"}, {Stand_Fields::Quote::lastPrice, 99}});
+    late.validUntil = QDateTime::currentMSecsSinceEpoch() - 1;
+    client.send(late.encode());
+    QTRY_COMPARE(client.got().size(), 2);
+    MessageBody body;
+    QString error;
+    QVERIFY(MessageBody::decode(client.got().at(1).body, body, error));
+    QCOMPARE(client.got().at(1).id, late.id);
+    QCOMPARE(refusal(body), QStringLiteral("请求已过期"));
+    const VariantRecord quote = other.all(Stand_MsgType::QueryQuotesRequest).value(0);
+    QCOMPARE(quote.value(Stand_Fields::Quote::lastPrice).toDouble(), 10.0);
+}
+
+void DeliveryTest::pushesFollowTheAnswersBeforeThem()
+{
+    const auto gateway = openGateway(TestBooks::withRows(300));
+    RawClient client(gateway);
+    MessageBody subscription{{{Stand_Fields::Subscription::pushType, usagePush()}},
+                             {{{Orvane_Fields::UserAccount::userID, "t1"}}}};
+    QStringList expected;
+    const auto send = [&](const Envelope &envelope) {
+        client.send(envelope.encode());
+        expected.append(envelope.id);
+    };
+    send(requestOf(Stand_MsgType::LoginRequest, {{Orvane_Fields::UserAccount::userID, "m"}}));
+    send(Envelope::request(Stand_MsgType::SubscribeRequest, QString(), 60000, subscription));
+    for (int i = 0; i < 20; ++i) {
+        send(requestOf(Master_MsgType::QueryManualT0RealTimePoolUsageRequest, usageOf("t1")));
+        send(requestOf(Stand_MsgType::PushUsageRequest, usageOf("t1")));
+        expected.append("push");
+        send(requestOf(Stand_MsgType::EchoRequest, {}));
+    }
+    QTRY_COMPARE(client.got().size(), expected.size());
+    QStringList found;
+    const QVector<Envelope> got = client.got();
+    for (const Envelope &envelope : got)
+        found.append(envelope.kind == Envelope::Kind::Push ? QStringLiteral("push") : envelope.id);
+    QCOMPARE(found, expected);
+}
+
+void DeliveryTest::pushesGoToWhoSubscribed()
+{
+    const auto gateway = openGateway(TestBooks::withRows(1));
+    TestClient manager(gateway, "m");
+    TestClient trader(gateway, "t1");
+    TestClient silent(gateway, "t2");
+    for (const char *user : {"t1", "t2", "t2"})
+        QVERIFY(manager.subscribe(usagePush(), user));
+    QVERIFY(trader.subscribe(usagePush(), "t1"));
+    for (int i = 0; i < 4; ++i)
+        QVERIFY(succeeded(silent.ask(Stand_MsgType::PushUsageRequest, usageOf(i % 2 ? "t2" : "t1", i))));
+    QCOMPARE(refusal(silent.ask(Stand_MsgType::PushUsageRequest)), QStringLiteral("缺少交易员"));
+    const auto numbers = [](TestClient &client) {
+        client.ask(Stand_MsgType::EchoRequest);
+        QVector<int> found;
+        for (const VariantRecord &row : client.pushed())
+            found.append(row.value(T0_::DailyBoughtQty).toInt());
+        return found;
+    };
+    QCOMPARE(numbers(manager), (QVector<int>{0, 1, 2, 3}));
+    QCOMPARE(numbers(trader), (QVector<int>{0, 2}));
+    QCOMPARE(numbers(silent), QVector<int>());
+}
+
+void DeliveryTest::pushedRecordsGetRisingTimes()
+{
+    TestClient client(openGateway(TestBooks::withRows(2)), "m");
+    QString last;
+    for (const VariantRecord &row : client.all(Master_MsgType::QueryManualT0RealTimePoolUsageRequest, usageOf("t1")))
+        last = qMax(last, timeOf(row));
+    QVERIFY(client.subscribe(usagePush(), "t1"));
+    VariantRecord own = usageOf("t1");
+    own.insert(Master_Fields::System::ModifyTime, "own");
+    for (const VariantRecord &row : {usageOf("t1", 1), own, usageOf("t1", 2)})
+        client.ask(Stand_MsgType::PushUsageRequest, row);
+    client.ask(Stand_MsgType::EchoRequest);
+    const RecordList pushed = client.pushed();
+    QCOMPARE(pushed.size(), 3);
+    QVERIFY(timeOf(pushed[0]) > last);
+    QCOMPARE(pushed[1], own);
+    QVERIFY(timeOf(pushed[2]) > timeOf(pushed[0]));
+}
+
+void DeliveryTest::quotesReachEverySubscriber()
+{
+    const auto gateway = openGateway(TestBooks::withRows(2));
+    TestClient one(gateway, "m");
+    TestClient two(gateway, "t1");
+    TestClient none(gateway, "t2");
+    QVERIFY(one.subscribe(Stand_MsgType::QuotePush, QString()));
+    QVERIFY(two.subscribe(Stand_MsgType::QuotePush, QString()));
+    const VariantRecord quote{{Orvane_Fields::Security::symbol, "600001.SH"}, {Stand_Fields::Quote::lastPrice, 10.5}};
+    QVERIFY(succeeded(none.ask(Stand_MsgType::SetQuoteRequest, quote)));
+    for (TestClient *client : {&one, &two, &none})
+        client->ask(Stand_MsgType::EchoRequest);
+    QCOMPARE(one.pushed(), RecordList{quote});
+    QCOMPARE(two.pushedTypes(), QStringList{Stand_MsgType::QuotePush});
+    QCOMPARE(none.pushed(), RecordList());
+    QCOMPARE(none.all(Stand_MsgType::QueryQuotesRequest).value(1), quote);
+
+    const auto refused = [&](const QVariant &symbol, const QVariant &price) {
+        return refusal(none.ask(Stand_MsgType::SetQuoteRequest,
+                                {{Orvane_Fields::Security::symbol, symbol}, {Stand_Fields::Quote::lastPrice, price}}));
+    };
+    QCOMPARE(refused("699999.SH", 1), QStringLiteral("证券不存在：699999.SH"));
+    QCOMPARE(refused("600001.SH", -1), QStringLiteral("价格应为不小于0的数"));
+    QCOMPARE(refused("600001.SH", "nan"), QStringLiteral("价格应为不小于0的数"));
+}
+
+void DeliveryTest::channelsShareOneGateway()
+{
+    // Every push that one of the clients causes reaches both, in the same order.
+    const auto gateway = openGateway(TestBooks::withRows(1));
+    TestClient left(gateway, "m");
+    TestClient right(gateway, "m");
+    for (TestClient *client : {&left, &right})
+        QVERIFY(client->subscribe(usagePush(), "t1"));
+    const auto work = [](TestClient &client, int first) {
+        for (int i = 0; i < 50; ++i)
+            client.ask(Stand_MsgType::PushUsageRequest, usageOf("t1", first + i));
+    };
+    std::unique_ptr<QThread> other(QThread::create([&] { work(left, 0); }));
+    other->start();
+    work(right, 100);
+    other->wait();
+    left.ask(Stand_MsgType::EchoRequest);
+    right.ask(Stand_MsgType::EchoRequest);
+    QCOMPARE(left.pushed().size(), 100);
+    QCOMPARE(left.pushed(), right.pushed());
+}
+
+void DeliveryTest::garbageDropsItsSenderOnly()
+{
+    const auto gateway = openGateway(TestBooks::withRows(1));
+    TestClient good(gateway, "m");
+    RawClient bad(gateway);
+    RawClient answering(gateway);
+    bad.send(QByteArray("\x9f\xff\x00garbage", 10));
+    answering.send(requestOf(Stand_MsgType::EchoRequest, {}).answer({}).encode());
+    QTRY_VERIFY(bad.isDropped() && answering.isDropped());
+    bad.send(requestOf(Stand_MsgType::EchoRequest, {}).encode());
+    QVERIFY(succeeded(good.ask(Stand_MsgType::EchoRequest)));
+    QCOMPARE(bad.got().size(), 0);
+}
+
+void DeliveryTest::unreadableBodiesAreRefused()
+{
+    RawClient client(openGateway(TestBooks::withRows(1)));
+    Envelope envelope = requestOf(Stand_MsgType::EchoRequest, {});
+    envelope.body = QByteArray("no body");
+    client.send(envelope.encode());
+    QTRY_COMPARE(client.got().size(), 1);
+    MessageBody body;
+    QString error;
+    QVERIFY(MessageBody::decode(client.got().at(0).body, body, error));
+    QVERIFY(refusal(body).startsWith(QStringLiteral("请求内容无法解析：")));
+    QVERIFY(!client.isDropped());
+}
+
+void DeliveryTest::closingEndsEverything()
+{
+    auto gateway = openGateway(TestBooks::withRows(1));
+    const std::weak_ptr<PaperGateway> watch = gateway;
+    for (int i = 0; i < 20; ++i) {
+        TestClient client(gateway, "m");
+        client.subscribe(usagePush(), "t1");
+        client.channel.send(requestOf(Stand_MsgType::EchoRequest, {}), 60000, [](const MessageChannel::Reply &) {});
+        client.channel.send(requestOf(Stand_MsgType::PushUsageRequest, usageOf("t1")), 60000,
+                            [](const MessageChannel::Reply &) {});
+        client.channel.close();
+        client.channel.close();
+        QCOMPARE(client.channel.connection(), MessageChannel::Connection::Closed);
+        QCOMPARE(client.channel.request(requestOf(Stand_MsgType::EchoRequest, {}), 60000).outcome,
+                 MessageChannel::Outcome::NotSent);
+    }
+    gateway.reset();
+    QVERIFY(watch.expired());
+}
+
+void DeliveryTest::closesFromItsOwnHandler()
+{
+    LocalChannel channel(openGateway(TestBooks::withRows(1)));
+    QSemaphore closed;
+    QVERIFY(channel.send(requestOf(Stand_MsgType::EchoRequest, {}), 60000, [&](const MessageChannel::Reply &) {
+        channel.close();
+        closed.release();
+    }));
+    QVERIFY(closed.tryAcquire(1, 60000));
+    QCOMPARE(channel.connection(), MessageChannel::Connection::Closed);
+}
+
+T0_REGISTER_TEST(DeliveryTest)
+#include "DeliveryTest.moc"

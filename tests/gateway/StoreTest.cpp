@@ -1,0 +1,173 @@
+#include "Store.h"
+#include "SampleBooks.h"
+#include "TestBooks.h"
+#include "Tests.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
+#include <QtSql/QSqlDatabase>
+#include <QtSql/QSqlQuery>
+#include <QtTest/QtTest>
+
+namespace {
+
+void runSql(const QString &file, const QString &sql)
+{
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("test"));
+        database.setDatabaseName(file);
+        QVERIFY(database.open());
+        QVERIFY(QSqlQuery(database).exec(sql));
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("test"));
+}
+
+QString refusalOf(const QString &file, const Books &books)
+{
+    QString errorText;
+    return Store::open(file, books, errorText) ? QString() : errorText;
+}
+
+} // namespace
+
+class StoreTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void beginsWithTheBooksAndKeepsItsOwn();
+    void modifyTimesRiseAcrossRestarts();
+    void anUndoneTransactionLeavesNothing();
+    void refusesOtherBooks();
+    void refusesWhatIsNotItsOwn();
+    void refusesASecondGateway();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_dir;
+    QString m_file;
+};
+
+void StoreTest::init()
+{
+    m_dir = std::make_unique<QTemporaryDir>();
+    m_file = m_dir->filePath(QStringLiteral("state"));
+}
+
+void StoreTest::beginsWithTheBooksAndKeepsItsOwn()
+{
+    Books books = TestBooks::withRows(3);
+    books.carried = {{"t2", books.resources.at(1).holding, "SellOpen", 200, 1998}};
+    books.buildIndexes();
+    QString errorText;
+    StoredUsage usage;
+    {
+        const auto store = Store::open(m_file, books, errorText);
+        QVERIFY2(store, qPrintable(errorText));
+        QCOMPARE(store->resources("A1", QString(), 10).size(), 3);
+        usage = store->allUsage().value(0);
+        QCOMPARE(usage.trader, QStringLiteral("t2"));
+        QCOMPARE(usage.use.leg.sold, 200);
+        QCOMPARE(usage.use.leg.soldAmount, 1998.0);
+        usage.use.dailyBought = 700;
+        usage.use.dailyBoughtAmount = 6930.5;
+        usage.limits = {1, 2, 3, 4, 5};
+        QVERIFY(store->begin());
+        usage.modifyTime = store->nextModifyTime();
+        QVERIFY(store->saveUsage(usage));
+        QVERIFY(store->commit());
+    }
+    // Tomorrow's books have another opening state and another security: the state is the older one.
+    books.resources.clear();
+    books.pools.clear();
+    books.instruments.append(SampleBooks::make(1).instruments.at(0));
+    books.buildIndexes();
+    const auto store = Store::open(m_file, books, errorText);
+    QVERIFY2(store, qPrintable(errorText));
+    QCOMPARE(store->resources("A1", QString(), 10).size(), 3);
+    QCOMPARE(store->pools("A1", QString(), 10).size(), 3);
+    const StoredUsage kept = store->allUsage().value(0);
+    QCOMPARE(kept.modifyTime, usage.modifyTime);
+    QCOMPARE(kept.use.dailyBought, 700);
+    QCOMPARE(kept.use.dailyBoughtAmount, 6930.5);
+    QVERIFY(kept.use.leg.side == Ledger::Side::SellOpen);
+    QVERIFY(kept.limits == usage.limits);
+}
+
+void StoreTest::modifyTimesRiseAcrossRestarts()
+{
+    QString errorText;
+    QString last;
+    for (int start = 0; start < 3; ++start) {
+        const auto store = Store::open(m_file, TestBooks::withRows(1), errorText);
+        QVERIFY2(store, qPrintable(errorText));
+        for (int i = 0; i < 20; ++i) {
+            QVERIFY(store->begin());
+            const QString time = store->nextModifyTime();
+            i % 3 == 0 ? store->rollback() : (void)store->commit();
+            QVERIFY2(time > last, qPrintable(time));
+            QCOMPARE(time.size(), QStringLiteral("2026-01-05 09:15:00.000 00000000042").size());
+            last = time;
+        }
+    }
+    QVERIFY(last.startsWith(QStringLiteral("2026-01-05 09:15:00.000 ")));
+}
+
+void StoreTest::anUndoneTransactionLeavesNothing()
+{
+    QString errorText;
+    const Books books = TestBooks::withRows(1);
+    const auto store = Store::open(QString(), books, errorText);
+    StoredUsage usage;
+    usage.trader = QStringLiteral("t1");
+    usage.holding = books.resources.at(0).holding;
+    QVERIFY(store->begin());
+    QVERIFY(store->saveUsage(usage));
+    store->rollback();
+    QCOMPARE(store->allUsage().size(), 0);
+    QVERIFY(!store->begin() || !store->begin());
+    QVERIFY(!store->errorText().isEmpty());
+}
+
+void StoreTest::refusesOtherBooks()
+{
+    QString errorText;
+    QVERIFY(Store::open(m_file, SampleBooks::make(1), errorText));
+    QVERIFY(refusalOf(m_file, SampleBooks::make(2)).contains(QStringLiteral("other books")));
+    Books otherUnits = SampleBooks::make(1);
+    for (Instrument &instrument : otherUnits.instruments)
+        instrument.dispFactor = 1000000;
+    QVERIFY(refusalOf(m_file, otherUnits).contains(QStringLiteral("other books")));
+    QCOMPARE(refusalOf(m_file, SampleBooks::make(1)), QString());
+}
+
+void StoreTest::refusesWhatIsNotItsOwn()
+{
+    const Books books = TestBooks::withRows(1);
+    QString errorText;
+    Store::open(m_file, books, errorText).reset();
+    runSql(m_file, QStringLiteral("PRAGMA user_version = 2"));
+    QVERIFY(refusalOf(m_file, books).contains(QStringLiteral("newer gateway")));
+
+    const QString foreign = m_dir->filePath(QStringLiteral("foreign"));
+    runSql(foreign, QStringLiteral("CREATE TABLE t (x)"));
+    QVERIFY(refusalOf(foreign, books).contains(QStringLiteral("not the state of a gateway")));
+
+    QFile text(m_dir->filePath(QStringLiteral("text")));
+    QVERIFY(text.open(QIODevice::WriteOnly) && text.write(QByteArray(10000, 'x')) > 0);
+    text.close();
+    QVERIFY(refusalOf(text.fileName(), books).contains(text.fileName()));
+    QVERIFY(!refusalOf(m_dir->filePath(QStringLiteral("no/such/folder")), books).isEmpty());
+}
+
+void StoreTest::refusesASecondGateway()
+{
+    QString errorText;
+    const Books books = TestBooks::withRows(1);
+    const auto first = Store::open(m_file, books, errorText);
+    QVERIFY(first);
+    QVERIFY(!refusalOf(m_file, books).isEmpty());
+}
+
+T0_REGISTER_TEST(StoreTest)
+#include "StoreTest.moc"

@@ -1,6 +1,7 @@
 # What is installed: the library (one file, plug-in and linkable library in one), a link to it in the plug-in
 # folder, the public headers and a CMake package with ManualT0::Logic and ManualT0::Host.
 include(CMakePackageConfigHelpers)
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME ManualT0Logic) # programs are installed by their own folders, unnamed
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ManualT0Logic)
 set(plugin_dir ${CMAKE_INSTALL_LIBDIR}/ManualT0Logic/plugins)
@@ -44,3 +45,4 @@ write_basic_package_version_file(${CMAKE_BINARY_DIR}/install/ManualT0LogicConfig
 install(FILES ${CMAKE_BINARY_DIR}/install/ManualT0LogicConfig.cmake
               ${CMAKE_BINARY_DIR}/install/ManualT0LogicConfigVersion.cmake
         DESTINATION ${package_dir})
+unset(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME)

@@ -47,8 +47,8 @@ void TestInstalled::initTestCase()
 {
     const QString cmake = QStringLiteral(CMAKE_PROGRAM);
     const QString build = m_folder.filePath(QStringLiteral("part"));
-    outputOf(cmake,
-             {QStringLiteral("--install"), QStringLiteral(BUILD_FOLDER), QStringLiteral("--prefix"), staged({})});
+    outputOf(cmake, {QStringLiteral("--install"), QStringLiteral(BUILD_FOLDER), QStringLiteral("--prefix"), staged({}),
+                     QStringLiteral("--component"), QStringLiteral("ManualT0Logic")});
     outputOf(cmake, {QStringLiteral("-S"), QStringLiteral(PART_FOLDER), QStringLiteral("-B"), build,
                      QStringLiteral("-DCMAKE_PREFIX_PATH=") + staged({})});
     outputOf(cmake, {QStringLiteral("--build"), build});

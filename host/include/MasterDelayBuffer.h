@@ -7,6 +7,8 @@
 #include <QtCore/QTimer>
 #include <QtCore/QVariant>
 
+#include <memory>
+
 /// Collects items and announces them together. Lives on its parent's thread and is used only there.
 class T0_HOST_EXPORT MasterDelayBuffer : public QObject
 {
@@ -20,7 +22,7 @@ public:
     /// delays after the first item of a batch, so that a steady stream cannot put it off for ever.
     void AppendItem(const QVariant &item);
 
-    QVariantList GetBufferItems(); ///< takes the items out
+    QVariantList GetBufferItems(); ///< takes the items out, which ends a batch that was not announced yet
 
 signals:
     void bufferTimeOut(); ///< once a batch
@@ -30,4 +32,5 @@ private:
     QTimer m_timer;
     QElapsedTimer m_sinceFirst;
     int m_delayMs;
+    std::shared_ptr<const void> m_batch; ///< set from the first item of a batch to its announcement
 };

@@ -19,6 +19,7 @@ struct T0_WIRE_EXPORT MessageBody {
     VariantRecord values;
     RecordList rows;
 
+    /// Empty when the body breaks a limit of decode(): it could not be read again.
     QByteArray encode() const;
 
     /// Decodes hostile bytes: every declared length is checked against what is left before anything is

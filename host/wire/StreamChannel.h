@@ -26,7 +26,7 @@ public:
     void close() override;
 
 protected:
-    StreamChannel();
+    StreamChannel(); ///< Disconnected until setConnection says otherwise
 
     /// Sends one encoded envelope. False: it did not leave. Called from any thread, one call at a time.
     virtual bool transmit(const QByteArray &envelope) = 0;
@@ -39,6 +39,10 @@ protected:
     void setConnection(Connection connection);
 
 private:
+    bool transmitUnlessClosed(const Envelope &envelope);
+    void receivedAnswer(const Envelope &envelope);
+    void receivedPush(const Envelope &envelope);
+
     class Private;
     std::unique_ptr<Private> d;
 };

@@ -1,0 +1,148 @@
+#include "BusinessDataInterface.h"
+#include "CBusinessDataBase.h"
+#include "CommonQuotaHandler.h"
+#include "HostLog.h"
+#include "MarginDC.h"
+#include "MasterBusinessDataInterface.h"
+#include "OrvaneFields.h"
+#include "StandFields.h"
+#include "business/ReferenceStore.h"
+#include "message/Server.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDateTime>
+
+namespace {
+
+constexpr int subscribeTimeoutMs = 1000;
+
+bool intersect(const QStringList &a, const QStringList &b)
+{
+    return std::any_of(a.cbegin(), a.cend(), [&b](const QString &text) { return b.contains(text); });
+}
+
+bool passes(const QStringList &filter, const VariantRecord &instrument, const QString &field)
+{
+    return filter.isEmpty() || filter.contains(instrument.value(field).toString());
+}
+
+} // namespace
+
+CBusinessDataBase *CBusinessDataBase::GetInstance()
+{
+    static auto *instance = new CBusinessDataBase; // never deleted: asked for while the process ends
+    return instance;
+}
+
+QString CBusinessDataBase::GetLoginAccount()
+{
+    return ReferenceStore::data()->login.value(Orvane_Fields::UserAccount::userID).toString();
+}
+
+VariantRecord CBusinessDataBase::GetLoginAccountDetail()
+{
+    return ReferenceStore::data()->login;
+}
+
+QStringList CBusinessDataBase::GetSymbolListByTypeList(const QString &type, const QStringList &subTypes,
+                                                       const QStringList &suffixes, bool, const QStringList &)
+{
+    const auto data = ReferenceStore::data();
+    QStringList symbols;
+    for (auto it = data->instruments.cbegin(); it != data->instruments.cend(); ++it) {
+        if (it.value().value(Stand_Fields::Security::type).toString() == type &&
+            passes(subTypes, it.value(), Stand_Fields::Security::subType) &&
+            passes(suffixes, it.value(), Stand_Fields::Security::marketSuffix))
+            symbols.append(it.key());
+    }
+    return symbols;
+}
+
+RecordList BusinessDataInterface::GetPositionListByTradingAccount(const QString &tradingAccount)
+{
+    return ReferenceStore::data()->positions.value(tradingAccount);
+}
+
+CommonQuotaHandler &CommonQuotaHandler::instance()
+{
+    static auto *instance = new CommonQuotaHandler; // never deleted: asked for while the process ends
+    return *instance;
+}
+
+double CommonQuotaHandler::lastPrice(const QString &symbol, int) const
+{
+    return ReferenceStore::lastPrice(symbol);
+}
+
+void MarginDC::init(const QStringList &accounts)
+{
+    ReferenceStore::initMargin(accounts);
+}
+
+RecordList MarginDC::GetMarginSecurities(const QString &tradingAccount)
+{
+    return ReferenceStore::isMarginInited(tradingAccount)
+               ? ReferenceStore::data()->marginSecurities.value(tradingAccount)
+               : RecordList();
+}
+
+void MasterBusinessDataInterface::AddBusiMsg(Master_Values::BusiMsgLevel::Level level, const QString &text,
+                                             Master_Values::BusiMsgType::Type, const QString &, bool, const QString &)
+{
+    ReferenceStore::addBusinessMessage(
+        QStringLiteral("%1\t%2\t%3")
+            .arg(text, QString::number(level), QDateTime::currentDateTime().toString(Qt::ISODateWithMs)));
+}
+
+QList<tagUserAccountInfo> MasterBusinessDataInterface::GetFundAccountListByFundProp(int, int, bool,
+                                                                                    const QStringList &exchanges, bool)
+{
+    QList<tagUserAccountInfo> found;
+    const auto data = ReferenceStore::data();
+    for (const ReferenceData::Account &account : data->accounts) {
+        if (intersect(account.exchanges, exchanges))
+            found.append(account.info);
+    }
+    return found;
+}
+
+QString MasterBusinessDataInterface::GetAccountAssetPropByTradingAccount(const QString &tradingAccount)
+{
+    const auto data = ReferenceStore::data();
+    const int index = data->accountIndex.value(tradingAccount, -1);
+    return index < 0 ? QString() : data->accounts.at(index).info.assetProp;
+}
+
+QMap<QString, QString> MasterBusinessDataInterface::GetAllProductAccountMap()
+{
+    return ReferenceStore::data()->productNames;
+}
+
+int MasterBusinessDataInterface::GetDispFactorBySymbol(const QString &symbol)
+{
+    const auto data = ReferenceStore::data();
+    return qMax(1, data->instruments.value(symbol).value(Stand_Fields::Security::dispFactor).toInt());
+}
+
+QString MasterBusinessDataInterface::GetSymbolBySecurityIDAndExchange(const QString &securityID,
+                                                                      const QString &exchange)
+{
+    const QString symbol = ReferenceStore::data()->symbols.value({securityID, exchange});
+    if (symbol.isEmpty() && HostLog::isOn(HostLog::Level::Info) && ReferenceStore::isFirstReport(securityID, exchange))
+        HOST_INFO("MasterBusinessDataInterface", "unknown security" << securityID << exchange);
+    return symbol;
+}
+
+VariantRecord MasterBusinessDataInterface::GetSecurityDetailsBySymbol(const QString &symbol)
+{
+    return ReferenceStore::data()->instruments.value(symbol);
+}
+
+bool MasterBusinessDataInterface::SubscribePushMsgFromServer(const QString &msgType, const VariantRecord &filter,
+                                                             const QString &serviceName)
+{
+    if (QCoreApplication::closingDown())
+        return false;
+    const Server::Lease server;
+    return server && server->channel->subscribe(msgType, filter, serviceName, subscribeTimeoutMs);
+}

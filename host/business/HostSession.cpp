@@ -1,0 +1,227 @@
+#include "HostSession.h"
+
+#include "EventBus.h"
+#include "MasterInitStateMgr.h"
+#include "MasterUtils.h"
+#include "MasterValues.h"
+#include "OrvaneFields.h"
+#include "OrvaneValues.h"
+#include "StandFields.h"
+#include "StandMsgType.h"
+#include "business/ReferenceStore.h"
+#include "core/Activity.h"
+#include "core/EventBusState.h"
+#include "core/LivingObjects.h"
+#include "core/SettingsStore.h"
+#include "message/AnswerStatus.h"
+#include "message/PresenterLine.h"
+#include "message/RequestTexts.h"
+#include "message/Server.h"
+#include "message/WatchedChannel.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDeadlineTimer>
+#include <QtCore/QThread>
+
+#include <atomic>
+
+namespace {
+
+constexpr int pageSize = 1000;
+constexpr int quietPasses = 2; ///< in a row, before nothing more is expected to come
+
+std::atomic<HostSession *> &currentSession()
+{
+    static std::atomic<HostSession *> session{nullptr};
+    return session;
+}
+
+void onPush(const Envelope &envelope)
+{
+    if (envelope.type == Stand_MsgType::QuotePush) {
+        MessageBody body;
+        QString errorText;
+        if (MessageBody::decode(envelope.body, body, errorText))
+            ReferenceStore::pushQuotes(body.rows);
+    }
+    PresenterLines::push(envelope);
+}
+
+/// Logs in and loads the reference data; the text of the first failure, empty when all is there.
+class Loader
+{
+public:
+    QString load(MessageChannel &channel, const QString &user, int timeoutMs)
+    {
+        ReferenceData data;
+        data.setLogin(login(user));
+        data.setAccounts(query(Stand_MsgType::QueryAccountsRequest));
+        data.setInstruments(query(Stand_MsgType::QueryInstrumentsRequest));
+        data.setPositions(query(Stand_MsgType::QueryPositionsRequest));
+        data.setMarginSecurities(query(Stand_MsgType::QueryMarginSecuritiesRequest));
+        // Quotes are subscribed first, so that no change falls between the answer and the pushes.
+        if (m_errorText.isEmpty() && !channel.subscribe(Stand_MsgType::QuotePush, {}, {}, timeoutMs))
+            fail(Stand_MsgType::QuotePush, QStringLiteral("订阅失败"));
+        ReferenceStore::setQuotes(query(Stand_MsgType::QueryQuotesRequest));
+        if (m_errorText.isEmpty())
+            ReferenceStore::set(data);
+        return m_errorText;
+    }
+
+private:
+    void fail(const QString &what, const QString &why) { m_errorText = QStringLiteral("%1：%2").arg(what, why); }
+
+    VariantRecord login(const QString &user)
+    {
+        QString errorText;
+        const RecordList rows = MasterUtils::QueryDatasFromServer(
+            nullptr, Stand_MsgType::LoginRequest, {{Orvane_Fields::UserAccount::userID, user}}, Mode0, errorText);
+        if (errorText.isEmpty() && rows.value(0).value(Orvane_Fields::UserAccount::userID).toString() != user)
+            errorText = QStringLiteral("服务器登录应答的用户不符");
+        if (!errorText.isEmpty())
+            fail(Stand_MsgType::LoginRequest, errorText);
+        return rows.value(0);
+    }
+
+    RecordList query(const QString &msgType)
+    {
+        if (!m_errorText.isEmpty())
+            return {};
+        QString errorText;
+        RecordList rows = MasterUtils::QueryDatasFromServerByPos(nullptr, msgType, {}, errorText, pageSize, {}, 0);
+        if (!errorText.isEmpty())
+            fail(msgType, errorText);
+        return rows;
+    }
+
+    QString m_errorText;
+};
+
+} // namespace
+
+class HostSession::Private
+{
+public:
+    std::unique_ptr<WatchedChannel> channel;
+    QString user;
+    int timeoutMs = 0;
+
+    bool echo(int timeoutMs);
+};
+
+/// Everything that the gateway had to send before has arrived when the echo does. A channel that cannot
+/// answer it has nothing in order to wait for. Not counted, else settling would never be quiet.
+bool HostSession::Private::echo(int timeoutMs)
+{
+    MessageChannel &quiet = channel->inner();
+    if (quiet.connection() != MessageChannel::Connection::Connected)
+        return true;
+    const auto reply = quiet.request(Envelope::request(Stand_MsgType::EchoRequest, user, timeoutMs, {}), timeoutMs);
+    return reply.outcome != MessageChannel::Outcome::TimedOut;
+}
+
+HostSession::HostSession(std::unique_ptr<Private> d)
+    : d(std::move(d))
+{}
+
+std::unique_ptr<HostSession> HostSession::open(HostConfig config, QString &errorText)
+{
+    if (current() || !config.channel) {
+        errorText = current() ? QStringLiteral("已有打开的会话") : QStringLiteral("没有通道");
+        return nullptr;
+    }
+    auto d = std::make_unique<Private>();
+    d->channel = std::make_unique<WatchedChannel>(std::move(config.channel));
+    d->user = config.user;
+    d->timeoutMs = config.requestTimeoutMs;
+    std::unique_ptr<HostSession> session(new HostSession(std::move(d)));
+
+    MasterInitStateMgr::instance().clear();
+    ReferenceStore::clear();
+    SettingsStore::open(config.settingsDir);
+    MessageChannel &channel = session->channel();
+    Server::open({&channel, config.user, config.requestTimeoutMs});
+    channel.setPushHandler(onPush);
+    if (!config.user.isEmpty()) {
+        const QString failure = Loader().load(channel, config.user, config.requestTimeoutMs);
+        if (!failure.isEmpty()) {
+            errorText = failure;
+            return nullptr;
+        }
+    }
+    currentSession() = session.get();
+    return session;
+}
+
+HostSession::~HostSession()
+{
+    HostSession *self = this;
+    currentSession().compare_exchange_strong(self, nullptr);
+    Server::close();
+    d->channel->setPushHandler({});
+    d->channel.reset();
+    EventBusState::clear();
+    MasterInitStateMgr::instance().clear();
+    SettingsStore::close();
+    ReferenceStore::clear();
+}
+
+HostSession *HostSession::current()
+{
+    return currentSession();
+}
+
+MessageChannel &HostSession::channel()
+{
+    return *d->channel;
+}
+
+QString HostSession::request(const QString &msgType, const VariantRecord &values, const RecordList &rows,
+                             QString &errorText, VariantRecord &answerValues, RecordList &answerRows)
+{
+    const Envelope envelope = Envelope::request(msgType, d->user, d->timeoutMs, {values, rows});
+    const MessageChannel::Reply reply = d->channel->request(envelope, d->timeoutMs);
+    if (reply.outcome == MessageChannel::Outcome::TimedOut) {
+        errorText = RequestTexts::timedOut();
+        return Master_Values::RequestExeStatus::timeout;
+    }
+    MessageBody answer;
+    QString unreadable;
+    if (reply.outcome == MessageChannel::Outcome::NotSent)
+        errorText = RequestTexts::notSent();
+    else if (!MessageBody::decode(reply.envelope.body, answer, unreadable))
+        errorText = RequestTexts::unreadableAnswer(unreadable);
+    else {
+        answerValues = answer.values;
+        answerRows = answer.rows;
+        return statusOfAnswer(answer, errorText);
+    }
+    return Orvane_Values::RequestExeStatus::fail;
+}
+
+LoadProgress HostSession::loadProgress(const QString &msgType) const
+{
+    return Server::progress(msgType);
+}
+
+QStringList HostSession::takeBusinessMessages()
+{
+    return ReferenceStore::takeBusinessMessages();
+}
+
+bool HostSession::settle(int timeoutMs)
+{
+    const QDeadlineTimer deadline(timeoutMs);
+    for (int quiet = 0; quiet < quietPasses;) {
+        const quint64 before = Activity::count();
+        const int left = int(deadline.remainingTime());
+        if (left <= 0 || !d->echo(left) || !LivingObjects::passThroughAll(int(deadline.remainingTime())))
+            return false;
+        QCoreApplication::processEvents();
+        const bool unchanged = Activity::underWay() == 0 && Activity::count() == before;
+        quiet = unchanged ? quiet + 1 : 0;
+        if (!unchanged)
+            QThread::yieldCurrentThread();
+    }
+    return true;
+}

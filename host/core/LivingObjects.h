@@ -1,0 +1,16 @@
+#pragma once
+
+class QObject;
+
+/// The objects whose event loops belong to the host's work: those with threads of their own and presenters.
+namespace LivingObjects {
+
+void add(QObject *object);
+void remove(QObject *object); ///< at the latest in the destructor
+
+/// Sends an empty call through the event queue of every living object, runs the calling thread's events
+/// meanwhile, and returns true when all calls have come through or were dropped with their object; false
+/// when timeoutMs passed before.
+bool passThroughAll(int timeoutMs);
+
+} // namespace LivingObjects

@@ -1,0 +1,47 @@
+#include "MasterInitStateMgr.h"
+
+#include <QtCore/QMutexLocker>
+
+MasterInitStateMgr &MasterInitStateMgr::instance()
+{
+    static auto *manager = new MasterInitStateMgr; // never deleted: slots may ask while the process ends
+    return *manager;
+}
+
+bool MasterInitStateMgr::StartInit(const QString &key)
+{
+    QMutexLocker lock(&m_mutex);
+    if (m_states.value(key, NotInit) != NotInit)
+        return false;
+    m_states.insert(key, Initing);
+    return true;
+}
+
+bool MasterInitStateMgr::IsInited(const QString &key) const
+{
+    return GetInitState(key) == Inited;
+}
+
+bool MasterInitStateMgr::Reset(const QString &key)
+{
+    QMutexLocker lock(&m_mutex);
+    return m_states.remove(key) > 0;
+}
+
+void MasterInitStateMgr::FinishInit(const QString &key, bool success, bool)
+{
+    QMutexLocker lock(&m_mutex);
+    m_states.insert(key, success ? Inited : InitFailed);
+}
+
+MasterInitStateMgr::InitState MasterInitStateMgr::GetInitState(const QString &key) const
+{
+    QMutexLocker lock(&m_mutex);
+    return m_states.value(key, NotInit);
+}
+
+void MasterInitStateMgr::clear()
+{
+    QMutexLocker lock(&m_mutex);
+    m_states.clear();
+}

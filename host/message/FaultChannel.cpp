@@ -1,0 +1,256 @@
+#include "FaultChannel.h"
+
+#include "OrvaneFields.h"
+#include "OrvaneValues.h"
+#include "StandFields.h"
+
+#include <QtCore/QDeadlineTimer>
+#include <QtCore/QMutex>
+#include <QtCore/QMutexLocker>
+#include <QtCore/QWaitCondition>
+
+#include <algorithm>
+#include <thread>
+#include <vector>
+
+namespace {
+
+struct Rule {
+    QString msgType;
+    FaultChannel::Fault fault;
+    int argument;
+    int times; ///< left; -1: without end
+    QString tradingAccount;
+    int page = 0; ///< of the paged query under way
+};
+
+struct Later {
+    QDeadlineTimer due;
+    std::function<void()> run;
+};
+
+MessageBody bodyOf(const Envelope &envelope)
+{
+    MessageBody body;
+    QString errorText;
+    MessageBody::decode(envelope.body, body, errorText);
+    return body;
+}
+
+bool concernsAccount(const MessageBody &body, const QString &tradingAccount)
+{
+    return tradingAccount.isEmpty() || std::any_of(body.rows.cbegin(), body.rows.cend(), [&](const VariantRecord &row) {
+               return row.value(Orvane_Fields::UserAccount::tradingAccount).toString() == tradingAccount;
+           });
+}
+
+/// Follows a paged query: by its page number, or by counting positions from the empty one.
+bool reachesPage(Rule &rule, const MessageBody &body)
+{
+    if (body.values.contains(Stand_Fields::Paging::pageIndex))
+        return body.values.value(Stand_Fields::Paging::pageIndex).toInt() >= rule.argument;
+    const bool first = body.values.value(Stand_Fields::Paging::position).toString().isEmpty();
+    rule.page = first ? 0 : rule.page + 1;
+    return rule.page >= rule.argument;
+}
+
+MessageChannel::Reply refusal(const Envelope &request)
+{
+    MessageBody body;
+    body.values.insert(Orvane_Fields::System::requestExeStatus, Orvane_Values::RequestExeStatus::fail);
+    body.values.insert(Orvane_Fields::System::textDescription, QStringLiteral("注入的故障"));
+    return {MessageChannel::Outcome::Answered, request.answer(body), {}};
+}
+
+MessageChannel::Reply timedOut()
+{
+    return {MessageChannel::Outcome::TimedOut, {}, QStringLiteral("timed out")};
+}
+
+} // namespace
+
+class FaultChannel::Private
+{
+public:
+    /// The rule that strikes this message, counted down; false when none does.
+    bool strike(const Envelope &envelope, Rule &struck);
+
+    void runLater(int delayMs, std::function<void()> run);
+    void runQueue();
+
+    QMutex mutex;
+    std::vector<Rule> rules;
+    std::vector<Later> later;
+    QWaitCondition woken;
+    std::thread thread; ///< hands over what a fault delays
+    bool closed = false;
+};
+
+bool FaultChannel::Private::strike(const Envelope &envelope, Rule &struck)
+{
+    QMutexLocker lock(&mutex);
+    for (auto rule = rules.begin(); rule != rules.end(); ++rule) {
+        if (rule->msgType != envelope.type)
+            continue;
+        const MessageBody body = bodyOf(envelope);
+        if (!concernsAccount(body, rule->tradingAccount))
+            continue;
+        if (rule->fault == Fault::Truncate && !reachesPage(*rule, body))
+            continue;
+        struck = *rule;
+        if (rule->times > 0 && --rule->times == 0)
+            rules.erase(rule);
+        return true;
+    }
+    return false;
+}
+
+void FaultChannel::Private::runLater(int delayMs, std::function<void()> run)
+{
+    QMutexLocker lock(&mutex);
+    later.push_back({QDeadlineTimer(delayMs), std::move(run)});
+    if (!thread.joinable())
+        thread = std::thread([this] { runQueue(); });
+    woken.wakeAll();
+}
+
+void FaultChannel::Private::runQueue()
+{
+    const auto earlier = [](const Later &a, const Later &b) { return a.due < b.due; };
+    QMutexLocker lock(&mutex);
+    while (!closed || !later.empty()) {
+        const auto next = std::min_element(later.begin(), later.end(), earlier);
+        if (next == later.end()) {
+            woken.wait(&mutex);
+        } else if (!closed && !next->due.hasExpired()) {
+            woken.wait(&mutex, next->due);
+        } else {
+            const std::function<void()> run = std::move(next->run);
+            later.erase(next);
+            lock.unlock();
+            run();
+            lock.relock();
+        }
+    }
+}
+
+FaultChannel::FaultChannel(std::unique_ptr<MessageChannel> inner)
+    : m_inner(std::move(inner))
+    , d(std::make_unique<Private>())
+{}
+
+FaultChannel::~FaultChannel()
+{
+    FaultChannel::close();
+    m_inner.reset(); // its handlers use what is below
+    if (d->thread.joinable())
+        d->thread.join();
+}
+
+void FaultChannel::addFault(const QString &msgType, Fault fault, int argument, int times, const QString &tradingAccount)
+{
+    QMutexLocker lock(&d->mutex);
+    d->rules.push_back({msgType, fault, argument, times, tradingAccount});
+}
+
+void FaultChannel::clearFaults()
+{
+    QMutexLocker lock(&d->mutex);
+    d->rules.clear();
+}
+
+bool FaultChannel::faultOfName(const QString &name, Fault &fault)
+{
+    static const char *const names[] = {"fail", "timeout", "delay", "truncate", "duplicate"};
+    const auto found = std::find(std::begin(names), std::end(names), name.toStdString());
+    if (found == std::end(names))
+        return false;
+    fault = Fault(found - std::begin(names));
+    return true;
+}
+
+MessageChannel::Reply FaultChannel::request(const Envelope &envelope, int timeoutMs)
+{
+    Rule rule;
+    if (!d->strike(envelope, rule) || rule.fault == Fault::Duplicate)
+        return m_inner->request(envelope, timeoutMs);
+    if (rule.fault == Fault::Timeout)
+        return timedOut();
+    if (rule.fault != Fault::Delay)
+        return refusal(envelope);
+
+    const QDeadlineTimer deadline(timeoutMs);
+    const QDeadlineTimer due(rule.argument);
+    const Reply reply = m_inner->request(envelope, timeoutMs);
+    QMutexLocker lock(&d->mutex);
+    while (!d->closed && d->woken.wait(&d->mutex, qMin(due, deadline)))
+        continue;
+    return due < deadline || reply.outcome != Outcome::Answered ? reply : timedOut();
+}
+
+bool FaultChannel::send(const Envelope &envelope, int timeoutMs, ReplyHandler handler)
+{
+    Rule rule;
+    if (!d->strike(envelope, rule))
+        return m_inner->send(envelope, timeoutMs, std::move(handler));
+    switch (rule.fault) {
+    case Fault::Timeout:
+        d->runLater(0, [handler] { handler(timedOut()); });
+        return true;
+    case Fault::Fail:
+    case Fault::Truncate:
+        d->runLater(0, [handler, envelope] { handler(refusal(envelope)); });
+        return true;
+    case Fault::Duplicate:
+        return m_inner->send(envelope, timeoutMs, [handler](const Reply &reply) {
+            handler(reply);
+            handler(reply);
+        });
+    case Fault::Delay:
+        break;
+    }
+    const bool inTime = rule.argument < timeoutMs;
+    const int delayMs = qMin(rule.argument, timeoutMs);
+    return m_inner->send(envelope, timeoutMs, [this, handler, delayMs, inTime](const Reply &reply) {
+        const Reply late = inTime || reply.outcome != Outcome::Answered ? reply : timedOut();
+        d->runLater(delayMs, [handler, late] { handler(late); });
+    });
+}
+
+bool FaultChannel::subscribe(const QString &pushType, const VariantRecord &filter, const QString &serviceName,
+                             int timeoutMs)
+{
+    return m_inner->subscribe(pushType, filter, serviceName, timeoutMs);
+}
+
+void FaultChannel::setPushHandler(PushHandler handler)
+{
+    if (!handler) {
+        m_inner->setPushHandler({});
+        return;
+    }
+    m_inner->setPushHandler([this, handler = std::move(handler)](const Envelope &envelope) {
+        Rule rule;
+        handler(envelope);
+        if (d->strike(envelope, rule) && rule.fault == Fault::Duplicate)
+            handler(envelope);
+    });
+}
+
+MessageChannel::Connection FaultChannel::connection() const
+{
+    return m_inner->connection();
+}
+
+QDateTime FaultChannel::connectionSince() const
+{
+    return m_inner->connectionSince();
+}
+
+void FaultChannel::close()
+{
+    m_inner->close();
+    QMutexLocker lock(&d->mutex);
+    d->closed = true;
+    d->woken.wakeAll();
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QtCore/QString>
+
+/// What a user reads when no answer of the server says it.
+namespace RequestTexts {
+
+inline QString timedOut()
+{
+    return QStringLiteral("请求超时");
+}
+
+inline QString notSent()
+{
+    return QStringLiteral("请求未发送，与服务器的连接已断开");
+}
+
+inline QString cancelled()
+{
+    return QStringLiteral("请求已取消");
+}
+
+inline QString unreadableAnswer(const QString &why)
+{
+    return QStringLiteral("服务器应答无法解析：%1").arg(why);
+}
+
+inline QString missingStatus()
+{
+    return QStringLiteral("服务器应答缺少处理结果");
+}
+
+inline QString endlessPaging()
+{
+    return QStringLiteral("服务器分页应答没有前进，查询已中止");
+}
+
+} // namespace RequestTexts

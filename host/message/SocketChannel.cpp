@@ -1,0 +1,275 @@
+#include "SocketChannel.h"
+
+#include "HostLog.h"
+#include "OrvaneFields.h"
+#include "OrvaneValues.h"
+#include "StandMsgType.h"
+
+#include <QtCore/QDeadlineTimer>
+#include <QtCore/QMutex>
+#include <QtCore/QMutexLocker>
+#include <QtCore/QThread>
+#include <QtCore/QTimer>
+#include <QtCore/QVector>
+#include <QtCore/QWaitCondition>
+#include <QtCore/QtEndian>
+#include <QtNetwork/QLocalSocket>
+
+namespace {
+
+constexpr int lengthBytes = 4;
+constexpr quint32 maxEnvelope = 64 * 1024 * 1024;
+constexpr int retryMs = 1000;
+constexpr int loginValidMs = 5000;
+
+bool isSuccess(const Envelope &answer)
+{
+    MessageBody body;
+    QString errorText;
+    return MessageBody::decode(answer.body, body, errorText) &&
+           body.values.value(Orvane_Fields::System::requestExeStatus).toString() ==
+               Orvane_Values::RequestExeStatus::success;
+}
+
+} // namespace
+
+class SocketChannel::Private
+{
+public:
+    QThread thread;
+    std::unique_ptr<Worker> worker;
+
+    QMutex mutex;
+    QWaitCondition connected;
+    QByteArray loginBody;       ///< of the accepted login; empty before
+    QVector<Envelope> accepted; ///< subscriptions, to be repeated
+};
+
+/// The socket's side of the channel; everything here runs on the channel's thread.
+class SocketChannel::Worker : public QObject
+{
+public:
+    Worker(SocketChannel *channel, const QString &serverName)
+        : m_channel(channel)
+        , m_serverName(serverName)
+    {}
+
+    void start();
+    void stop();
+    void write(const QByteArray &envelope);
+
+private:
+    void tryToConnect();
+    void onConnected();
+    void onLost();
+    void onBytes();
+    void onEnvelope(const QByteArray &bytes);
+    void onLoginAnswer(const Envelope &answer);
+    void repeatSubscriptions();
+    void becomeConnected();
+
+    SocketChannel *const m_channel;
+    const QString m_serverName;
+    QLocalSocket *m_socket = nullptr;
+    QTimer *m_retry = nullptr;
+    QByteArray m_in;
+    QString m_loginId; ///< of the repeated login that is not answered yet
+};
+
+void SocketChannel::Worker::start()
+{
+    m_socket = new QLocalSocket(this);
+    m_retry = new QTimer(this);
+    m_retry->setInterval(retryMs);
+    connect(m_retry, &QTimer::timeout, this, &Worker::tryToConnect);
+    connect(m_socket, &QLocalSocket::connected, this, &Worker::onConnected);
+    connect(m_socket, &QLocalSocket::disconnected, this, &Worker::onLost);
+    connect(m_socket, &QLocalSocket::readyRead, this, &Worker::onBytes);
+    m_retry->start();
+    tryToConnect();
+}
+
+void SocketChannel::Worker::stop()
+{
+    if (m_socket)
+        m_socket->disconnect(this);
+    delete m_socket;
+    delete m_retry;
+    m_socket = nullptr;
+    m_retry = nullptr;
+}
+
+void SocketChannel::Worker::write(const QByteArray &envelope)
+{
+    if (!m_socket || m_socket->state() != QLocalSocket::ConnectedState)
+        return; // onLost ends the wait
+    char length[lengthBytes];
+    qToBigEndian(quint32(envelope.size()), length);
+    m_socket->write(length, lengthBytes);
+    m_socket->write(envelope);
+}
+
+void SocketChannel::Worker::tryToConnect()
+{
+    if (m_socket->state() == QLocalSocket::UnconnectedState)
+        m_socket->connectToServer(m_serverName);
+}
+
+void SocketChannel::Worker::onConnected()
+{
+    m_in.clear();
+    Envelope login = Envelope::request(Stand_MsgType::LoginRequest, {}, loginValidMs, {});
+    {
+        QMutexLocker lock(&m_channel->s->mutex);
+        login.body = m_channel->s->loginBody;
+    }
+    if (login.body.isEmpty()) {
+        becomeConnected();
+        return;
+    }
+    m_loginId = login.id;
+    write(login.encode());
+}
+
+void SocketChannel::Worker::onLost()
+{
+    m_loginId.clear();
+    m_channel->setConnection(Connection::Disconnected);
+}
+
+void SocketChannel::Worker::onBytes()
+{
+    m_in += m_socket->readAll();
+    int at = 0;
+    while (m_in.size() - at >= lengthBytes) {
+        const quint32 length = qFromBigEndian<quint32>(m_in.constData() + at);
+        if (length > maxEnvelope) {
+            qWarning("SocketChannel: an envelope of %u bytes is announced, disconnecting", length);
+            m_socket->abort();
+            return;
+        }
+        if (quint32(m_in.size() - at - lengthBytes) < length)
+            break;
+        const QByteArray envelope = m_in.mid(at + lengthBytes, int(length));
+        at += lengthBytes + int(length);
+        onEnvelope(envelope);
+        if (m_socket->state() != QLocalSocket::ConnectedState)
+            return;
+    }
+    m_in.remove(0, at);
+}
+
+void SocketChannel::Worker::onEnvelope(const QByteArray &bytes)
+{
+    if (m_loginId.isEmpty()) {
+        m_channel->received(bytes);
+        return;
+    }
+    Envelope envelope;
+    QString errorText;
+    if (Envelope::decode(bytes, envelope, errorText) && envelope.kind == Envelope::Kind::Answer &&
+        envelope.id == m_loginId)
+        onLoginAnswer(envelope);
+}
+
+void SocketChannel::Worker::onLoginAnswer(const Envelope &answer)
+{
+    if (!isSuccess(answer)) {
+        HOST_INFO("SocketChannel", "SocketChannel: the repeated login was refused");
+        m_socket->abort(); // the retry timer tries again
+        return;
+    }
+    m_loginId.clear();
+    repeatSubscriptions();
+    becomeConnected();
+}
+
+void SocketChannel::Worker::repeatSubscriptions()
+{
+    QVector<Envelope> accepted;
+    {
+        QMutexLocker lock(&m_channel->s->mutex);
+        accepted = m_channel->s->accepted;
+    }
+    for (const Envelope &subscription : qAsConst(accepted)) {
+        Envelope again = Envelope::request(subscription.type, {}, loginValidMs, {});
+        again.body = subscription.body;
+        write(again.encode());
+    }
+}
+
+void SocketChannel::Worker::becomeConnected()
+{
+    m_channel->setConnection(Connection::Connected);
+    QMutexLocker lock(&m_channel->s->mutex);
+    m_channel->s->connected.wakeAll();
+}
+
+SocketChannel::SocketChannel(const QString &serverName)
+    : s(std::make_unique<Private>())
+{
+    s->worker = std::make_unique<Worker>(this, serverName);
+    Worker *worker = s->worker.get();
+    worker->moveToThread(&s->thread);
+    QObject::connect(&s->thread, &QThread::started, worker, [worker] { worker->start(); });
+    // the socket and its timer die on their own thread
+    QObject::connect(
+        &s->thread, &QThread::finished, worker, [worker] { worker->stop(); }, Qt::DirectConnection);
+    s->thread.setObjectName(QStringLiteral("SocketChannel"));
+    s->thread.start();
+}
+
+SocketChannel::~SocketChannel()
+{
+    SocketChannel::close();
+    s->thread.wait();
+}
+
+bool SocketChannel::waitForConnected(int timeoutMs)
+{
+    const QDeadlineTimer deadline(timeoutMs);
+    QMutexLocker lock(&s->mutex);
+    while (connection() != Connection::Connected) {
+        if (connection() == Connection::Closed || !s->connected.wait(&s->mutex, deadline))
+            return false;
+    }
+    return true;
+}
+
+MessageChannel::Reply SocketChannel::request(const Envelope &envelope, int timeoutMs)
+{
+    Reply reply = StreamChannel::request(envelope, timeoutMs);
+    const bool accepted = reply.outcome == Outcome::Answered && isSuccess(reply.envelope);
+    if (!accepted)
+        return reply;
+    QMutexLocker lock(&s->mutex);
+    if (envelope.type == Stand_MsgType::LoginRequest) {
+        s->loginBody = envelope.body;
+    } else if (envelope.type == Stand_MsgType::SubscribeRequest) {
+        const auto same = [&](const Envelope &other) { return other.body == envelope.body; };
+        if (std::none_of(s->accepted.cbegin(), s->accepted.cend(), same))
+            s->accepted.append(envelope);
+    }
+    return reply;
+}
+
+void SocketChannel::close()
+{
+    StreamChannel::close();
+    {
+        QMutexLocker lock(&s->mutex);
+        s->connected.wakeAll();
+    }
+    s->thread.quit();
+    if (QThread::currentThread() != &s->thread)
+        s->thread.wait();
+}
+
+bool SocketChannel::transmit(const QByteArray &envelope)
+{
+    if (quint32(envelope.size()) > maxEnvelope)
+        return false;
+    Worker *worker = s->worker.get();
+    return QMetaObject::invokeMethod(
+        worker, [worker, envelope] { worker->write(envelope); }, Qt::QueuedConnection);
+}

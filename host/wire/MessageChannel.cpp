@@ -1,0 +1,3 @@
+#include "MessageChannel.h"
+
+MessageChannel::~MessageChannel() = default;

@@ -1,0 +1,226 @@
+#include "HCore.h"
+#include "HostSession.h"
+#include "Id.h"
+#include "MasterDelayBuffer.h"
+#include "MasterInitStateMgr.h"
+#include "ScriptedChannel.h"
+#include "Tests.h"
+#include "ZrPluginBaseObject.h"
+
+#include <QtCore/QJsonDocument>
+#include <QtCore/QTemporaryDir>
+#include <QtTest/QtTest>
+
+#include <rapidcheck.h>
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+namespace {
+
+std::unique_ptr<HostSession> sessionIn(const QString &settingsDir)
+{
+    QString errorText;
+    return HostSession::open({std::make_unique<ScriptedChannel>(), {}, settingsDir}, errorText);
+}
+
+QVariant setting(const QString &key, const QString &group = {}, const QString &file = {})
+{
+    return HCore::instance()->settings(key, group, file, QSettings::UserScope);
+}
+
+void save(const QString &key, const QVariant &value, const QString &group = {}, const QString &file = {})
+{
+    HCore::instance()->saveSetting(key, value, group, file, QSettings::UserScope);
+}
+
+} // namespace
+
+class CoreTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initStatesFollowTheirRules();
+    void oneCallerStartsAnInit();
+    void settingsSurviveTheSession();
+    void settingsOfAnyBytesComeBack();
+    void settingsInMemoryEndWithTheSession();
+    void settingsFromTwoThreads();
+    void burstIsOneBatch();
+    void steadyStreamIsNotPutOff();
+    void takenItemsAreNotAnnounced();
+    void pluginPropertiesAreVisibleAtOnce();
+};
+
+void CoreTest::initStatesFollowTheirRules()
+{
+    MasterInitStateMgr &states = MasterInitStateMgr::instance();
+    states.clear();
+    QCOMPARE(states.GetInitState("k"), MasterInitStateMgr::NotInit);
+    QVERIFY(!states.Reset("k"));
+    QVERIFY(states.StartInit("k"));
+    QVERIFY(!states.StartInit("k"));
+    QVERIFY(!states.IsInited("k"));
+    states.FinishInit("k", false, true);
+    QCOMPARE(states.GetInitState("k"), MasterInitStateMgr::InitFailed);
+    QVERIFY(!states.StartInit("k"));
+    QVERIFY(states.Reset("k"));
+    QVERIFY(states.StartInit("k"));
+    states.FinishInit("k", true, true);
+    QVERIFY(states.IsInited("k"));
+    states.FinishInit("never started", true, true);
+    QVERIFY(states.IsInited("never started"));
+    states.clear();
+    QVERIFY(!states.IsInited("k"));
+}
+
+void CoreTest::oneCallerStartsAnInit()
+{
+    MasterInitStateMgr::instance().clear();
+    std::atomic<int> started{0};
+    std::vector<std::thread> callers;
+    for (int i = 0; i < 4; ++i) {
+        callers.emplace_back([&] {
+            for (int k = 0; k < 100; ++k)
+                started += MasterInitStateMgr::instance().StartInit(QString::number(k));
+        });
+    }
+    for (std::thread &caller : callers)
+        caller.join();
+    QCOMPARE(started.load(), 100);
+    MasterInitStateMgr::instance().clear();
+}
+
+void CoreTest::settingsSurviveTheSession()
+{
+    QTemporaryDir dir;
+    const QByteArray json =
+        QJsonDocument::fromVariant(QVariantMap{{"证券", "平安银行"}, {"q", 1.5}, {"s", "a\"b\\c;=,"}}).toJson();
+    {
+        const auto session = sessionIn(dir.path());
+        save("json", json);
+        save("key with / and 空格", 7, "group", "own");
+        save("removed later", 1);
+    }
+    QVERIFY(!setting("json").isValid()); // without a session there are no settings of the last one
+    {
+        const auto session = sessionIn(dir.path());
+        QCOMPARE(setting("json").toString(), QString::fromUtf8(json));
+        QCOMPARE(setting("key with / and 空格", "group", "own").toInt(), 7);
+        QVERIFY(!setting("key with / and 空格", "group").isValid());
+        QVERIFY(!setting("absent").isValid());
+        QVERIFY(!HCore::instance()->settings("json", {}, {}, QSettings::SystemScope).isValid());
+        save("json", QByteArray("{}"));
+    }
+    const auto session = sessionIn(dir.path());
+    QCOMPARE(setting("json").toString(), QStringLiteral("{}"));
+    QCOMPARE(setting("removed later").toInt(), 1); // an earlier session's values are kept beside new ones
+}
+
+void CoreTest::settingsOfAnyBytesComeBack()
+{
+    QTemporaryDir dir;
+    std::vector<std::string> saved;
+    {
+        const auto session = sessionIn(dir.path());
+        QVERIFY(rc::check([&] {
+            const auto bytes = *rc::gen::arbitrary<std::string>();
+            save(QString::number(saved.size()), QByteArray(bytes.data(), int(bytes.size())));
+            saved.push_back(bytes);
+        }));
+    }
+    const auto session = sessionIn(dir.path());
+    for (size_t i = 0; i < saved.size(); ++i)
+        QCOMPARE(setting(QString::number(i)).toByteArray(), QByteArray(saved[i].data(), int(saved[i].size())));
+}
+
+void CoreTest::settingsInMemoryEndWithTheSession()
+{
+    {
+        const auto session = sessionIn({});
+        save("k", QByteArray("证券"));
+        QCOMPARE(setting("k").toString(), QStringLiteral("证券"));
+    }
+    const auto session = sessionIn({});
+    QVERIFY(!setting("k").isValid());
+}
+
+void CoreTest::settingsFromTwoThreads()
+{
+    QTemporaryDir dir;
+    {
+        const auto session = sessionIn(dir.path());
+        std::thread other([] {
+            for (int i = 0; i < 200; ++i)
+                save(QStringLiteral("other%1").arg(i), i);
+        });
+        for (int i = 0; i < 200; ++i) {
+            save(QStringLiteral("this%1").arg(i), i);
+            setting(QStringLiteral("other%1").arg(i));
+        }
+        other.join();
+    }
+    const auto session = sessionIn(dir.path());
+    for (int i = 0; i < 200; ++i)
+        QCOMPARE(setting(QStringLiteral("this%1").arg(i)).toInt() + setting(QStringLiteral("other%1").arg(i)).toInt(),
+                 2 * i);
+}
+
+void CoreTest::burstIsOneBatch()
+{
+    MasterDelayBuffer buffer(this, 20);
+    QSignalSpy announced(&buffer, &MasterDelayBuffer::bufferTimeOut);
+    buffer.AppendItem(1);
+    buffer.AppendItem(QVariant());
+    buffer.AppendItem(QStringLiteral("x"));
+    QTRY_COMPARE(announced.count(), 1);
+    QCOMPARE(buffer.GetBufferItems(), QVariantList({1, QVariant(), QStringLiteral("x")}));
+    QVERIFY(buffer.GetBufferItems().isEmpty());
+    buffer.AppendItem(2);
+    QTRY_COMPARE(announced.count(), 2);
+}
+
+void CoreTest::steadyStreamIsNotPutOff()
+{
+    MasterDelayBuffer buffer(this, 200);
+    QSignalSpy announced(&buffer, &MasterDelayBuffer::bufferTimeOut);
+    QTimer stream;
+    int longestPause = 0;
+    QElapsedTimer pause;
+    pause.start();
+    connect(&stream, &QTimer::timeout, [&] {
+        longestPause = qMax(longestPause, int(pause.restart()));
+        buffer.AppendItem(1);
+    });
+    stream.start(10);
+    QTRY_COMPARE_WITH_TIMEOUT(announced.count(), 1, 60000);
+    if (longestPause >= 200)
+        QSKIP("the machine paused longer than the delay: the burst may have ended by itself");
+    QVERIFY(!buffer.GetBufferItems().isEmpty());
+}
+
+void CoreTest::takenItemsAreNotAnnounced()
+{
+    MasterDelayBuffer buffer(this, 0);
+    QSignalSpy announced(&buffer, &MasterDelayBuffer::bufferTimeOut);
+    buffer.AppendItem(1);
+    QCOMPARE(buffer.GetBufferItems().size(), 1);
+    buffer.AppendItem(2);
+    QTRY_COMPARE(announced.count(), 1);
+    QCoreApplication::processEvents();
+    QCOMPARE(announced.count(), 1);
+}
+
+void CoreTest::pluginPropertiesAreVisibleAtOnce()
+{
+    ZrPluginBaseObject object(nullptr);
+    QCOMPARE(object.pluginInstanceID(), QString());
+    QVERIFY(!object.pluginWidgetPropety(PluginPropety::PLUGININSTANCE_ID).isValid());
+    object.setPluginWidgetPropety(PluginPropety::PLUGININSTANCE_ID, Id("ZRApp.Test").toSetting());
+    QCOMPARE(object.pluginInstanceID(), QStringLiteral("ZRApp.Test"));
+}
+
+T0_REGISTER_TEST(CoreTest)
+#include "CoreTest.moc"

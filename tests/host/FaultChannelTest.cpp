@@ -1,0 +1,162 @@
+#include "FaultChannel.h"
+#include "MasterUtils.h"
+#include "OrvaneFields.h"
+#include "ScriptedChannel.h"
+#include "StandFields.h"
+#include "Tests.h"
+
+#include <QtTest/QtTest>
+
+#include <atomic>
+
+namespace {
+
+using Fault = FaultChannel::Fault;
+using Outcome = MessageChannel::Outcome;
+
+} // namespace
+
+class FaultChannelTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void strikesAsOftenAsTold();
+    void strikesOnlyItsAccount();
+    void asynchronousRequestsAreStruckToo();
+    void truncatedQueryFailsFromItsPage();
+    void delayedAnswerComesWithinTheTimeOut();
+    void pushesAreDoubled();
+    void namesOfFaults();
+
+private:
+    Outcome request(const QString &account, QString *status = nullptr);
+
+    ScriptedChannel *server = nullptr;
+    FaultChannel *faults = nullptr;
+    std::unique_ptr<HostSession> session;
+};
+
+void FaultChannelTest::init()
+{
+    auto scripted = std::make_unique<ScriptedChannel>();
+    server = scripted.get();
+    ScriptedReference{}.script(*server);
+    server->always("Query", [](const MessageBody &) { return ScriptedChannel::success(); });
+    auto faulty = std::make_unique<FaultChannel>(std::move(scripted));
+    faults = faulty.get();
+    QString errorText;
+    session = HostSession::open({std::move(faulty), "u1", {}}, errorText);
+    QVERIFY2(session, qPrintable(errorText));
+}
+
+void FaultChannelTest::cleanup()
+{
+    session.reset();
+}
+
+Outcome FaultChannelTest::request(const QString &account, QString *status)
+{
+    const MessageBody body{{}, {{{Orvane_Fields::UserAccount::tradingAccount, account}}}};
+    const auto reply = faults->request(Envelope::request("Query", "u1", 60000, body), 60000);
+    MessageBody answer;
+    QString errorText;
+    MessageBody::decode(reply.envelope.body, answer, errorText);
+    if (status)
+        *status = answer.values.value(Orvane_Fields::System::requestExeStatus).toString();
+    return reply.outcome;
+}
+
+void FaultChannelTest::strikesAsOftenAsTold()
+{
+    QString status;
+    faults->addFault("Query", Fault::Fail, 0, 2);
+    for (const char *expected : {"fail", "fail", "success"}) {
+        QCOMPARE(int(request("A1", &status)), int(Outcome::Answered));
+        QCOMPARE(status, QString(expected));
+    }
+    QCOMPARE(server->count("Query"), 1);
+    faults->addFault("Query", Fault::Timeout, 0, -1);
+    for (int i = 0; i < 3; ++i)
+        QCOMPARE(int(request("A1")), int(Outcome::TimedOut));
+    faults->clearFaults();
+    QCOMPARE(int(request("A1")), int(Outcome::Answered));
+    QCOMPARE(server->count("Query"), 2);
+}
+
+void FaultChannelTest::strikesOnlyItsAccount()
+{
+    faults->addFault("Query", Fault::Timeout, 0, 1, "A2");
+    QCOMPARE(int(request("A1")), int(Outcome::Answered));
+    QCOMPARE(int(request("A2")), int(Outcome::TimedOut));
+    QCOMPARE(int(request("A2")), int(Outcome::Answered));
+}
+
+void FaultChannelTest::asynchronousRequestsAreStruckToo()
+{
+    std::atomic<int> answered{0};
+    std::atomic<int> timedOut{0};
+    const auto handler = [&](const MessageChannel::Reply &reply) {
+        ++(reply.outcome == Outcome::TimedOut ? timedOut : answered);
+    };
+    for (Fault fault : {Fault::Fail, Fault::Timeout, Fault::Delay, Fault::Duplicate}) {
+        faults->addFault("Query", fault, 1, 1);
+        QVERIFY(session->channel().send(Envelope::request("Query", "u1", 60000, {}), 60000, handler));
+        QVERIFY(session->settle(60000));
+    }
+    QCOMPARE(timedOut.load(), 1);
+    QCOMPARE(answered.load(), 4); // refused, late and twice
+}
+
+void FaultChannelTest::truncatedQueryFailsFromItsPage()
+{
+    server->always("Query", [](const MessageBody &request) {
+        const int position = request.values.value(Stand_Fields::Paging::position).toInt();
+        return ScriptedChannel::success(
+            {{{"n", position}}},
+            {{Stand_Fields::Paging::position, QString::number(position + 1)}, {Stand_Fields::Paging::hasMore, true}});
+    });
+    faults->addFault("Query", Fault::Truncate, 3, 2);
+    QString errorText;
+    QCOMPARE(MasterUtils::QueryDatasFromServerByPos(nullptr, "Query", {}, errorText, 10, {}, 0).size(), 3);
+    QCOMPARE(errorText, QStringLiteral("注入的故障"));
+    QCOMPARE(MasterUtils::QueryDatasFromServerByPage(nullptr, "Query", {}, errorText, 10, 0, 0, 0).size(), 3);
+}
+
+void FaultChannelTest::delayedAnswerComesWithinTheTimeOut()
+{
+    QElapsedTimer timer;
+    timer.start();
+    faults->addFault("Query", Fault::Delay, 30, 1);
+    QCOMPARE(int(request("A1")), int(Outcome::Answered));
+    QVERIFY(timer.elapsed() >= 30);
+    faults->addFault("Query", Fault::Delay, 60000, 1);
+    QCOMPARE(int(faults->request(Envelope::request("Query", "u1", 10, {}), 10).outcome), int(Outcome::TimedOut));
+}
+
+void FaultChannelTest::pushesAreDoubled()
+{
+    std::atomic<int> pushes{0};
+    faults->setPushHandler([&](const Envelope &) { ++pushes; });
+    faults->addFault("Push", Fault::Duplicate, 0, 1);
+    server->push("Push", {});
+    server->push("Push", {});
+    QTRY_COMPARE(pushes.load(), 3);
+    faults->setPushHandler({});
+}
+
+void FaultChannelTest::namesOfFaults()
+{
+    Fault fault = Fault::Fail;
+    QVERIFY(FaultChannel::faultOfName("duplicate", fault));
+    QCOMPARE(int(fault), int(Fault::Duplicate));
+    QVERIFY(FaultChannel::faultOfName("delay", fault));
+    QCOMPARE(int(fault), int(Fault::Delay));
+    QVERIFY(!FaultChannel::faultOfName("Delay", fault));
+}
+
+T0_REGISTER_TEST(FaultChannelTest)
+#include "FaultChannelTest.moc"

@@ -1,0 +1,332 @@
+#include "HostSession.h"
+#include "BusinessDataInterface.h"
+#include "CBusinessDataBase.h"
+#include "CommonQuotaHandler.h"
+#include "EventBus.h"
+#include "HCore.h"
+#include "MarginDC.h"
+#include "MasterBusinessDataInterface.h"
+#include "MasterDelayBuffer.h"
+#include "MasterInitStateMgr.h"
+#include "MasterUtils.h"
+#include "OrvaneFields.h"
+#include "ScriptedChannel.h"
+#include "StandFields.h"
+#include "StandMsgType.h"
+#include "Tests.h"
+#include "ZrObject.h"
+
+#include <QtTest/QtTest>
+
+#include <atomic>
+#include <thread>
+
+namespace {
+
+ScriptedReference smallHouse()
+{
+    ScriptedReference reference;
+    reference.accounts = {{"T2", "P2", "Credit", {"HHK", "SZHK"}}, {"T1", "P1"}, {"T0", "P2", "Cash", {"BJ"}}};
+    reference.instruments = {{"600000.SH", "600000", "SH", 1, 10.5},
+                             {"00700.HK", "00700", "HHK", 100, 320},
+                             {"00700.HK", "00700", "SZHK", 100},
+                             {"113001.SH", "113001", "SH", 10, 0, "BondType", "Convertiblebond"}};
+    reference.positions = {{"T1", "600000", "SH", 1000}, {"T1", "113001", "SH", 20}, {"T1", "999999", "SH", 1}};
+    reference.marginSecurities = {{"T2", "00700", "SZHK", 5, "InUse"}};
+    return reference;
+}
+
+QStringList tradingAccounts(const QStringList &exchanges)
+{
+    QStringList accounts;
+    for (const tagUserAccountInfo &info :
+         MasterBusinessDataInterface::GetFundAccountListByFundProp(3, 16, true, exchanges, true))
+        accounts.append(info.tradingAccount);
+    return accounts;
+}
+
+} // namespace
+
+class HostSessionTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void referenceDataAnswersLookUps();
+    void quotePushesAreNewerThanTheQuery();
+    void closingLeavesNothing();
+    void openedTwoHundredTimes();
+    void refusalsLeaveNothingOpen_data();
+    void refusalsLeaveNothingOpen();
+    void onlyOneIsOpen();
+    void ownRequestsTellTheirResult();
+    void closingEndsRequestsUnderWay();
+    void businessMessagesAreTakenOnce();
+    void settleWaitsForWhatWasCaused();
+    void settleGivesUpInTime();
+};
+
+void HostSessionTest::referenceDataAnswersLookUps()
+{
+    using namespace MasterBusinessDataInterface;
+    ScriptedChannel *channel = nullptr;
+    const auto session = smallHouse().open(channel);
+    QCOMPARE(CBusinessDataBase::GetLoginAccount(), QStringLiteral("u1"));
+    QCOMPARE(CBusinessDataBase::GetLoginAccountDetail().value(Orvane_Fields::UserAccount::organCode).toString(),
+             QStringLiteral("org1"));
+
+    QCOMPARE(tradingAccounts({"SH", "HHK"}), QStringList({"T1", "T2"}));
+    QCOMPARE(tradingAccounts({"SH", "SZ", "BJ", "HHK", "SZHK"}), QStringList({"T1", "T0", "T2"}));
+    QCOMPARE(GetAccountAssetPropByTradingAccount("T2"), QStringLiteral("Credit"));
+    QCOMPARE(GetAccountAssetPropByTradingAccount("unknown"), QString());
+    QCOMPARE(GetAllProductAccountMap(), (QMap<QString, QString>{{"P1", "name of P1"}, {"P2", "name of P2"}}));
+
+    // one symbol on two exchanges
+    QCOMPARE(GetSymbolBySecurityIDAndExchange("00700", "HHK"), QStringLiteral("00700.HK"));
+    QCOMPARE(GetSymbolBySecurityIDAndExchange("00700", "SZHK"), QStringLiteral("00700.HK"));
+    QCOMPARE(GetSymbolBySecurityIDAndExchange("00700", "SH"), QString());
+    QCOMPARE(GetDispFactorBySymbol("00700.HK"), 100);
+    QCOMPARE(GetDispFactorBySymbol("unknown"), 1);
+    QCOMPARE(GetSecurityDetailsBySymbol("600000.SH").value(Orvane_Fields::Security::chineseName).toString(),
+             QStringLiteral("证券600000"));
+    QVERIFY(GetSecurityDetailsBySymbol("unknown").isEmpty());
+    QCOMPARE(CBusinessDataBase::GetSymbolListByTypeList("StockType", {}, {}, false, {}),
+             QStringList({"00700.HK", "600000.SH"}));
+    QCOMPARE(CBusinessDataBase::GetSymbolListByTypeList("StockType", {"MainBoardStock"}, {".SH"}, false, {}),
+             QStringList("600000.SH"));
+    QVERIFY(CBusinessDataBase::GetSymbolListByTypeList("BondType", {"Other"}, {}, false, {}).isEmpty());
+
+    const RecordList positions = BusinessDataInterface::GetPositionListByTradingAccount("T1");
+    QCOMPARE(positions.size(), 3);
+    QCOMPARE(positions.at(0).value(Orvane_Fields::Security::symbol).toString(), QStringLiteral("113001.SH"));
+    QCOMPARE(positions.at(2).value(Orvane_Fields::Security::symbol).toString(), QString());
+    QVERIFY(BusinessDataInterface::GetPositionListByTradingAccount("unknown").isEmpty());
+
+    QVERIFY(MarginDC::GetMarginSecurities("T2").isEmpty()); // not before init
+    MarginDC::init({"T1"});
+    QVERIFY(MarginDC::GetMarginSecurities("T2").isEmpty());
+    MarginDC::init({});
+    QCOMPARE(MarginDC::GetMarginSecurities("T2").value(0).value(Orvane_Fields::Security::symbol).toString(),
+             QStringLiteral("00700.HK"));
+
+    QCOMPARE(CommonQuotaHandler::instance().lastPrice("600000.SH", 0), 10.5);
+    QCOMPARE(CommonQuotaHandler::instance().lastPrice("113001.SH", 0), 0.0);
+    QCOMPARE(channel->unexpected(), QStringList());
+}
+
+void HostSessionTest::quotePushesAreNewerThanTheQuery()
+{
+    auto owned = std::make_unique<ScriptedChannel>();
+    ScriptedChannel *channel = owned.get();
+    smallHouse().script(*channel);
+    channel->hold(Stand_MsgType::QueryQuotesRequest);
+    std::thread server([channel] {
+        while (channel->count(Stand_MsgType::QueryQuotesRequest) == 0)
+            std::this_thread::yield();
+        channel->push(Stand_MsgType::QuotePush, {{"symbol", "600000.SH"}, {"lastPrice", 10.6}});
+        channel->release(Stand_MsgType::QueryQuotesRequest);
+    });
+    QString errorText;
+    const auto session = HostSession::open({std::move(owned), "u1", {}}, errorText);
+    server.join();
+    QVERIFY2(session, qPrintable(errorText));
+    QCOMPARE(CommonQuotaHandler::instance().lastPrice("600000.SH", 0), 10.6);
+    QCOMPARE(CommonQuotaHandler::instance().lastPrice("00700.HK", 0), 320.0);
+}
+
+void HostSessionTest::closingLeavesNothing()
+{
+    ScriptedChannel *channel = nullptr;
+    auto session = smallHouse().open(channel);
+    QObject context;
+    int heard = 0;
+    EventBus::listen("event", &context, [&](const QVariant &) { ++heard; });
+    MasterInitStateMgr::instance().StartInit("k");
+    MarginDC::init({});
+    HCore::instance()->saveSetting("k", 1, {}, {}, QSettings::UserScope);
+    MasterUtils::SendEventMsg(nullptr, "event", 1); // queued, and dropped by closing
+    session.reset();
+
+    QCOMPARE(HostSession::current(), nullptr);
+    MasterUtils::SendEventMsg(nullptr, "event", 1);
+    QCoreApplication::processEvents();
+    QCOMPARE(heard, 0);
+    QCOMPARE(MasterInitStateMgr::instance().GetInitState("k"), MasterInitStateMgr::NotInit);
+    QVERIFY(!HCore::instance()->settings("k", {}, {}, QSettings::UserScope).isValid());
+    QVERIFY(CBusinessDataBase::GetLoginAccount().isEmpty());
+    QVERIFY(tradingAccounts({"SH"}).isEmpty());
+    QVERIFY(MasterBusinessDataInterface::GetAllProductAccountMap().isEmpty());
+    QCOMPARE(CommonQuotaHandler::instance().lastPrice("600000.SH", 0), 0.0);
+
+    session = smallHouse().open(channel);
+    QVERIFY(MarginDC::GetMarginSecurities("T2").isEmpty());
+}
+
+void HostSessionTest::openedTwoHundredTimes()
+{
+    for (int i = 0; i < 200; ++i) {
+        ScriptedReference reference = smallHouse();
+        reference.user = QStringLiteral("u%1").arg(i);
+        ScriptedChannel *channel = nullptr;
+        const auto session = reference.open(channel);
+        QCOMPARE(HostSession::current(), session.get());
+        QCOMPARE(CBusinessDataBase::GetLoginAccount(), reference.user);
+    }
+}
+
+void HostSessionTest::refusalsLeaveNothingOpen_data()
+{
+    QTest::addColumn<QString>("refused");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("login") << Stand_MsgType::LoginRequest << "LoginRequest：不行";
+    QTest::newRow("accounts") << Stand_MsgType::QueryAccountsRequest << "QueryAccountsRequest：不行";
+    QTest::newRow("quotes") << Stand_MsgType::QueryQuotesRequest << "QueryQuotesRequest：不行";
+    QTest::newRow("subscription") << Stand_MsgType::SubscribeRequest << "QuotePush：订阅失败";
+}
+
+void HostSessionTest::refusalsLeaveNothingOpen()
+{
+    QFETCH(QString, refused);
+    QFETCH(QString, error);
+    auto channel = std::make_unique<ScriptedChannel>();
+    smallHouse().script(*channel);
+    channel->next(refused, ScriptedChannel::refusal(QStringLiteral("不行")));
+    QString errorText;
+    QVERIFY(!HostSession::open({std::move(channel), "u1", {}}, errorText));
+    QCOMPARE(errorText, error);
+    QCOMPARE(HostSession::current(), nullptr);
+    QVERIFY(CBusinessDataBase::GetLoginAccount().isEmpty());
+    ScriptedChannel *second = nullptr;
+    QVERIFY(smallHouse().open(second));
+}
+
+void HostSessionTest::onlyOneIsOpen()
+{
+    ScriptedChannel *channel = nullptr;
+    const auto session = smallHouse().open(channel);
+    QString errorText;
+    QVERIFY(!HostSession::open({std::make_unique<ScriptedChannel>(), "u1", {}}, errorText));
+    QCOMPARE(errorText, QStringLiteral("已有打开的会话"));
+    QCOMPARE(CBusinessDataBase::GetLoginAccount(), QStringLiteral("u1")); // the open one is untouched
+}
+
+void HostSessionTest::ownRequestsTellTheirResult()
+{
+    ScriptedChannel *channel = nullptr;
+    const auto session = ScriptedReference{}.open(channel);
+    VariantRecord values;
+    RecordList rows;
+    QString errorText;
+    const auto ask = [&] {
+        errorText.clear();
+        return session->request("Own", {{"v", 1}}, {{{"n", 1}}}, errorText, values, rows);
+    };
+    channel->next("Own", ScriptedChannel::success({{{"n", 2}}}, {{"w", 3}}));
+    QCOMPARE(ask(), QStringLiteral("success"));
+    QCOMPARE(errorText, QString());
+    QCOMPARE(rows.value(0).value("n").toInt(), 2);
+    QCOMPARE(values.value("w").toInt(), 3);
+    QCOMPARE(channel->requests("Own").first().body.values.value("v").toInt(), 1);
+
+    channel->next("Own", ScriptedChannel::refusal("无权限"));
+    QCOMPARE(ask(), QStringLiteral("fail"));
+    QCOMPARE(errorText, QStringLiteral("无权限"));
+    channel->nextTimesOut("Own");
+    QCOMPARE(ask(), QStringLiteral("timeout"));
+    QCOMPARE(errorText, QStringLiteral("请求超时"));
+    channel->nextIsNotSent("Own");
+    QCOMPARE(ask(), QStringLiteral("fail"));
+    QCOMPARE(errorText, QStringLiteral("请求未发送，与服务器的连接已断开"));
+}
+
+void HostSessionTest::closingEndsRequestsUnderWay()
+{
+    ScriptedChannel *channel = nullptr;
+    auto session = ScriptedReference{}.open(channel, 60000);
+    channel->next("Query", ScriptedChannel::success());
+    channel->hold("Query");
+    QString errorText;
+    std::thread caller([&] { MasterUtils::QueryDatasFromServer(nullptr, "Query", {}, Mode0, errorText); });
+    QTRY_COMPARE(channel->count("Query"), 1);
+    QCOMPARE(session->loadProgress("Query").running, 1);
+    session.reset();
+    caller.join();
+    QCOMPARE(errorText, QStringLiteral("请求未发送，与服务器的连接已断开"));
+}
+
+void HostSessionTest::businessMessagesAreTakenOnce()
+{
+    ScriptedChannel *channel = nullptr;
+    const auto session = ScriptedReference{}.open(channel);
+    using namespace Master_Values;
+    MasterBusinessDataInterface::AddBusiMsg(BusiMsgLevel::Normal, "first %1", BusiMsgType::SystemMsg, {}, false, {});
+    MasterBusinessDataInterface::AddBusiMsg(BusiMsgLevel::Normal, "second", BusiMsgType::SystemMsg, {}, false, {});
+    const QStringList messages = session->takeBusinessMessages();
+    QCOMPARE(messages.size(), 2);
+    QVERIFY(messages.at(0).startsWith("first %1\t0\t20"));
+    QVERIFY(session->takeBusinessMessages().isEmpty());
+}
+
+namespace {
+
+/// Work that goes through everything settle() promises to wait for: own thread, delay buffer, event, request.
+class Chain : public ZrObject
+{
+public:
+    Chain()
+        : ZrObject(true, nullptr)
+    {}
+    ~Chain() override { quitThread(); }
+
+    void start()
+    {
+        QMetaObject::invokeMethod(this, [this] {
+            auto *buffer = new MasterDelayBuffer(this, 30);
+            connect(buffer, &MasterDelayBuffer::bufferTimeOut, this,
+                    [] { MasterUtils::SendEventMsg(nullptr, "announced", 1); });
+            EventBus::listen("announced", this, [this](const QVariant &) {
+                QString errorText;
+                MasterUtils::QueryDatasFromServer(nullptr, "Query", {}, Mode0, errorText);
+                MasterUtils::SendEventMsg(nullptr, "finished", errorText);
+            });
+            buffer->AppendItem(1);
+        });
+    }
+};
+
+} // namespace
+
+void HostSessionTest::settleWaitsForWhatWasCaused()
+{
+    ScriptedChannel *channel = nullptr;
+    const auto session = ScriptedReference{}.open(channel);
+    channel->always("Query", [](const MessageBody &) { return ScriptedChannel::success(); });
+    QString finished = QStringLiteral("no");
+    QObject here;
+    EventBus::listen("finished", &here, [&](const QVariant &errorText) { finished = errorText.toString(); });
+    Chain chain;
+    chain.start();
+    QVERIFY(session->settle(60000));
+    QCOMPARE(finished, QString());
+    QVERIFY(session->settle(60000));
+}
+
+void HostSessionTest::settleGivesUpInTime()
+{
+    ScriptedChannel *channel = nullptr;
+    const auto session = ScriptedReference{}.open(channel);
+    channel->next("Query", ScriptedChannel::success());
+    channel->hold("Query");
+    std::thread caller([] {
+        QString errorText;
+        MasterUtils::QueryDatasFromServer(nullptr, "Query", {}, Mode0, errorText);
+    });
+    QTRY_COMPARE(channel->count("Query"), 1);
+    QVERIFY(!session->settle(20));
+    channel->release("Query");
+    caller.join();
+    QVERIFY(session->settle(60000));
+}
+
+T0_REGISTER_TEST(HostSessionTest)
+#include "HostSessionTest.moc"

@@ -67,7 +67,7 @@ private:
             faults.append(QStringLiteral("the %1 index differs from its cache").arg(QLatin1String(name)));
     }
 
-    static auto by(const QString &field)
+    static std::function<QString(const VariantRecord &)> by(const QString &field)
     {
         return [field](const VariantRecord &record) { return text(record, field); };
     }

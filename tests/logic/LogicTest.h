@@ -1,6 +1,7 @@
 #pragma once
 
 #include "HubProbe.h"
+#include "ManualT0Logic.h"
 #include "Rows.h"
 #include "TestServer.h"
 
@@ -27,7 +28,7 @@ protected:
     static HubTiming slowTimers() { return {600000, 600000, 600000}; }
 
     /// Opens a session with the shared reference data, stored settings as JSON text, and the hub.
-    void open(Mode mode, HubTiming timing = slowTimers(), const QString &userId = Rows::user,
+    void open(Mode newMode, HubTiming timing = slowTimers(), const QString &userId = Rows::user,
               const QString &storedSettings = QString());
 
     /// Stops the hub and the presenter, closes the session; what nobody took is forgotten.
@@ -56,6 +57,9 @@ protected:
     /// "usage u1,t2".
     QStringList takeAsked();
 
+    /// As takeAsked(), once the hub has asked something.
+    QStringList awaitAsked();
+
     /// The events since the last call as "inited 2", "resources A1", "pools p1,p2", "deleted p1",
     /// "usage KEY,KEY", "accounts A1,A2", "symbols".
     QStringList takeEvents();
@@ -63,10 +67,10 @@ protected:
     /// All that was caused has arrived.
     void settle();
 
+    TestServer *server = nullptr;
     std::unique_ptr<HostSession> session;
     std::unique_ptr<ManualT0LogicPrivate> hub;
     ManualT0LogicPresenterClass *presenter = nullptr;
-    TestServer *server = nullptr;
     QList<QPair<QString, QVariant>> rawEvents; ///< not yet taken
 
 private slots:
@@ -77,6 +81,7 @@ private:
     void record(const QString &asked);
     void recordQueries();
 
+    std::unique_ptr<TestServer> serverOwner;
     std::unique_ptr<QObject> listener;
     std::mutex askedMutex;
     QStringList asked;

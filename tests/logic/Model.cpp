@@ -479,8 +479,8 @@ RecordList Model::resourcesOf(const QStringList &products, const QString &assetP
     for (const VariantRecord &resource : resources) {
         bool hasTrader = traderIds.isEmpty();
         for (const VariantRecord &pool : pools)
-            hasTrader = hasTrader || (str(pool, ResourceId) == str(resource, ResourceId) &&
-                                      traderIds.contains(traderOf(pool)));
+            hasTrader =
+                hasTrader || (str(pool, ResourceId) == str(resource, ResourceId) && traderIds.contains(traderOf(pool)));
         if (hasTrader && matches(resource, of, symbol, exchange))
             rows.append(withSummary(resource));
     }
@@ -549,8 +549,8 @@ QStringList Model::accountsOf(const QStringList &products, const QStringList &pr
 {
     QStringList of;
     for (const Candidate &candidate : candidates()) {
-        const bool wanted = products.isEmpty() ? enabled.contains(candidate.product)
-                                               : products.contains(candidate.product);
+        const bool wanted =
+            products.isEmpty() ? enabled.contains(candidate.product) : products.contains(candidate.product);
         const QStringList props = properties.isEmpty() ? enabled.value(candidate.product) : properties;
         if (wanted && props.contains(candidate.assetProp))
             of.append(candidate.account);
@@ -618,9 +618,9 @@ RecordList Model::profitOf(const QStringList &accountList, const QString &trader
             double carried = 0;
             double realized = 0;
             addLeg(num(record, PreUnclosedBoughtQty), num(record, PreUnclosedSoldQty),
-                   num(record, PreUnclosedBoughtAmount), num(record, PreUnclosedSoldAmount), price,
-                   today ? buyFee : 0, today ? sellFee : 0, side == "BuyOpen" ? 0 : buyFee,
-                   today || side == "BuyOpen" ? sellFee : 0, floating, carried);
+                   num(record, PreUnclosedBoughtAmount), num(record, PreUnclosedSoldAmount), price, today ? buyFee : 0,
+                   today ? sellFee : 0, side == "BuyOpen" ? 0 : buyFee, today || side == "BuyOpen" ? sellFee : 0,
+                   floating, carried);
             addLeg(num(record, DailyBoughtQty), num(record, DailySoldQty), num(record, DailyBoughtAmount),
                    num(record, DailySoldAmount), price, buyFee, sellFee, buyFee, sellFee, floating, realized);
             if (str(record, TransDayProfitOwner) == "ProfitToOrg" && carried > 0)

@@ -38,8 +38,8 @@ public:
     RecordList profitOf(const QStringList &accounts, const QString &trader, const QString &symbol,
                         const QString &exchange) const;
 
-    QStringList accounts;                 ///< enabled, as the server lists them
-    QMap<QString, QStringList> enabled;   ///< product to its asset properties, ascending
+    QStringList accounts;               ///< enabled, as the server lists them
+    QMap<QString, QStringList> enabled; ///< product to its asset properties, ascending
     QMap<QString, QString> traderNames;
     QStringList chosen;
     QStringList tradableSymbols;

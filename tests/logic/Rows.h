@@ -18,16 +18,6 @@ inline const QString user = QStringLiteral("u1");
 inline const QString Success = QStringLiteral("success");
 inline const QString Fail = QStringLiteral("fail");
 
-inline VariantRecord account(const QString &tradingAccount, const QString &product, const QString &assetProp)
-{
-    return {{Orvane_Fields::UserAccount::tradingAccount, tradingAccount},
-            {Orvane_Fields::UserAccount::productAccount, product},
-            {Stand_Fields::Account::assetProp, assetProp},
-            {Stand_Fields::Account::accountText, tradingAccount},
-            {Stand_Fields::Account::productName, QString(QStringLiteral("Product ") + product)},
-            {Stand_Fields::Account::exchanges, QStringList{Orvane_Values::Exchange::sh, Orvane_Values::Exchange::sz}}};
-}
-
 inline VariantRecord product(const QString &productAccount, const QString &tradingAccount)
 {
     return {{Orvane_Fields::UserAccount::productAccount, productAccount},

@@ -133,7 +133,7 @@ void InitTest::throttleCountsWholeSeconds()
     const QDateTime second = begin.addMSecs(milliseconds);
     QTEST(throttle.accept(second), "accepted");
     // What was accepted begins a new window, what was refused does not prolong the old one.
-    QCOMPARE(throttle.accept(begin.addSecs(30)), milliseconds < 30000 && milliseconds > 0);
+    QCOMPARE(throttle.accept(begin.addSecs(30)), milliseconds < 30000);
 }
 
 void InitTest::typeRefreshEmptiesItsFamilyOnly_data()
@@ -212,7 +212,7 @@ void InitTest::timersRunOnTheHubsThreadAndDieThere()
     answerPriority({}, Rows::Fail);
     answerUsage({}, Rows::Fail);
     QStringList asked;
-    QTRY_VERIFY((asked += takeAsked()).count("priority") == 2 && asked.count("usage u1") >= 2);
+    QTRY_VERIFY((asked += takeAsked()).count("priority") >= 2 && asked.count("usage u1") >= 2);
     answerUsage({});
     asked.clear();
     QTRY_VERIFY((asked += takeAsked()).count("usage u1") >= 3); // the refresh repeats

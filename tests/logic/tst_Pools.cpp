@@ -111,14 +111,15 @@ void PoolsTest::announcesWhatChanged_data()
     VariantRecord withoutField = second;
     withoutField.remove(MaxExposureQty);
     QTest::newRow("nothing changed") << RecordList{first, second} << QStringList();
-    QTest::newRow("an equal number of another type is no change") << RecordList{first, sameInAnotherType} << QStringList();
+    QTest::newRow("an equal number of another type is no change")
+        << RecordList{first, sameInAnotherType} << QStringList();
     QTest::newRow("a changed value") << RecordList{first, other} << QStringList("pools p2");
     QTest::newRow("an added field") << RecordList{first, withField} << QStringList("pools p2");
     QTest::newRow("a field that is gone") << RecordList{first, withoutField} << QStringList("pools p2");
-    QTest::newRow("of duplicates the last counts, named once") << RecordList{other, first, second, other} << QStringList("pools p2");
-    QTest::newRow("updated before deleted")
-        << RecordList{other, Rows::pool("p0", "A1", "600000 SH", "t2", 1, "r1")}
-        << QStringList({"pools p0,p2", "deleted p1"});
+    QTest::newRow("of duplicates the last counts, named once")
+        << RecordList{other, first, second, other} << QStringList("pools p2");
+    QTest::newRow("updated before deleted") << RecordList{other, Rows::pool("p0", "A1", "600000 SH", "t2", 1, "r1")}
+                                            << QStringList({"pools p0,p2", "deleted p1"});
     QTest::newRow("all gone") << RecordList() << QStringList("deleted p1,p2");
 }
 
@@ -203,17 +204,28 @@ void PoolsTest::lookupNarrows_data()
     QTest::addColumn<QString>("exchange");
     QTest::addColumn<QStringList>("ids");
     const QStringList none;
-    QTest::newRow("no account selects none") << none << none << "" << "" << none;
-    QTest::newRow("an unknown account") << QStringList("A9") << none << "" << "" << none;
-    QTest::newRow("all of an account") << QStringList("A1") << none << "" << "" << QStringList({"p1", "p2", "p3"});
-    QTest::newRow("an account given twice") << QStringList({"A1", "A1"}) << none << "" << "" << QStringList({"p1", "p2", "p3"});
-    QTest::newRow("two accounts, one trader") << QStringList({"A1", "A2"}) << QStringList("t2") << "" << "" << QStringList({"p1", "p4"});
-    QTest::newRow("empty texts are no traders") << QStringList("A1") << QStringList({"", ""}) << "" << "" << none;
-    QTest::newRow("an empty text beside a trader") << QStringList("A1") << QStringList({"", "t2"}) << "" << "" << QStringList("p1");
-    QTest::newRow("the public trader") << QStringList("A1") << QStringList("public") << "" << "" << QStringList("p3");
-    QTest::newRow("one symbol on two exchanges") << QStringList({"A1", "A2"}) << none << "00700.HK" << "" << QStringList({"p2", "p4"});
-    QTest::newRow("symbol and exchange") << QStringList({"A1", "A2"}) << none << "00700.HK" << "SZHK" << QStringList("p4");
-    QTest::newRow("exchange alone") << QStringList({"A1", "A2"}) << none << "" << "SH" << QStringList({"p1", "p3"});
+    QTest::newRow("no account selects none") << none << none << ""
+                                             << "" << none;
+    QTest::newRow("an unknown account") << QStringList("A9") << none << ""
+                                        << "" << none;
+    QTest::newRow("all of an account") << QStringList("A1") << none << ""
+                                       << "" << QStringList({"p1", "p2", "p3"});
+    QTest::newRow("an account given twice") << QStringList({"A1", "A1"}) << none << ""
+                                            << "" << QStringList({"p1", "p2", "p3"});
+    QTest::newRow("two accounts, one trader") << QStringList({"A1", "A2"}) << QStringList("t2") << ""
+                                              << "" << QStringList({"p1", "p4"});
+    QTest::newRow("empty texts are no traders") << QStringList("A1") << QStringList({"", ""}) << ""
+                                                << "" << none;
+    QTest::newRow("an empty text beside a trader") << QStringList("A1") << QStringList({"", "t2"}) << ""
+                                                   << "" << QStringList("p1");
+    QTest::newRow("the public trader") << QStringList("A1") << QStringList("public") << ""
+                                       << "" << QStringList("p3");
+    QTest::newRow("one symbol on two exchanges") << QStringList({"A1", "A2"}) << none << "00700.HK"
+                                                 << "" << QStringList({"p2", "p4"});
+    QTest::newRow("symbol and exchange") << QStringList({"A1", "A2"}) << none << "00700.HK"
+                                         << "SZHK" << QStringList("p4");
+    QTest::newRow("exchange alone") << QStringList({"A1", "A2"}) << none << ""
+                                    << "SH" << QStringList({"p1", "p3"});
 }
 
 void PoolsTest::lookupNarrows()
@@ -223,9 +235,11 @@ void PoolsTest::lookupNarrows()
     QFETCH(QString, symbol);
     QFETCH(QString, exchange);
     start({}, {Rows::pool("p1", "A1", "600000 SH", "t2", 1, "r1"), Rows::pool("p2", "A1", "00700 HHK", "u1", 1, "r2"),
-               Rows::pool("p3", "A1", "600000 SH", "public", 1, "r1"), Rows::pool("p4", "A2", "00700 SZHK", "t2", 1, "r3")});
+               Rows::pool("p3", "A1", "600000 SH", "public", 1, "r1"),
+               Rows::pool("p4", "A2", "00700 SZHK", "t2", 1, "r3")});
     QTEST(Rows::texts(hub->GetSecurityPoolDetailListByTradingList(accounts, traders, symbol, exchange, false),
-                      PoolDetailId), "ids");
+                      PoolDetailId),
+          "ids");
 }
 
 void PoolsTest::publicPoolsJoinPrivateOnes_data()
@@ -238,7 +252,8 @@ void PoolsTest::publicPoolsJoinPrivateOnes_data()
     QTest::newRow("a partner of another trader is none")
         << QStringList("u1") << "" << QStringList({"a9 - 0 50", "b1 - 0 40", "p1 - 0 30"});
     QTest::newRow("asked for, the public pool is a row of its own and its own partner")
-        << QStringList({"public", "t2"}) << "600000.SH" << QStringList({"a1 Two 10 30", "b1 public 40 40", "p1 public 30 -"});
+        << QStringList({"public", "t2"}) << "600000.SH"
+        << QStringList({"a1 Two 10 30", "b1 public 40 40", "p1 public 30 -"});
     QTest::newRow("empty texts are no traders") << QStringList("") << "300001.SZ" << QStringList("a9 - 0 50");
 }
 
@@ -246,8 +261,10 @@ void PoolsTest::publicPoolsJoinPrivateOnes()
 {
     QFETCH(QStringList, traders);
     QFETCH(QString, symbol);
-    start({}, {Rows::pool("a1", "A1", "600000 SH", "t2", 10, "r1"), Rows::pool("p1", "A1", "600000 SH", "public", 30, "r1"),
-               Rows::pool("b1", "A2", "600000 SH", "public", 40, "r2"), Rows::pool("a9", "A1", "300001 SZ", "public", 50, "r3")});
+    start({},
+          {Rows::pool("a1", "A1", "600000 SH", "t2", 10, "r1"), Rows::pool("p1", "A1", "600000 SH", "public", 30, "r1"),
+           Rows::pool("b1", "A2", "600000 SH", "public", 40, "r2"),
+           Rows::pool("a9", "A1", "300001 SZ", "public", 50, "r3")});
     const RecordList pools = hub->GetSecurityPoolDetailListByTradingList({"A1", "A2"}, traders, symbol, "", true);
     QTEST(shown(pools), "rows");
     for (const VariantRecord &pool : pools) {
@@ -259,8 +276,10 @@ void PoolsTest::publicPoolsJoinPrivateOnes()
 void PoolsTest::onePartnerGetsThePublicQuantity()
 {
     start({}, {Rows::pool("p3", "A1", "600000 SH", "t2", 1, "r1"), Rows::pool("p2", "A1", "600000 SH", "u1", 2, "r1"),
-               Rows::pool("p1", "A1", "600000 SH", "public", 3, "r1"), Rows::pool("p4", "A1", "600000 SH", "public", 4, "r2"),
-               Rows::pool("z1", "A2", "600000 SH", "public", 5, "r3"), Rows::pool("y1", "A2", "300001 SZ", "public", 6, "r4")});
+               Rows::pool("p1", "A1", "600000 SH", "public", 3, "r1"),
+               Rows::pool("p4", "A1", "600000 SH", "public", 4, "r2"),
+               Rows::pool("z1", "A2", "600000 SH", "public", 5, "r3"),
+               Rows::pool("y1", "A2", "300001 SZ", "public", 6, "r4")});
     const RecordList pools = hub->GetSecurityPoolDetailListByTradingList({"A1", "A2"}, {}, "", "", true);
     // The first by id of several partners, the last by id of several public pools.
     QCOMPARE(shown(pools.mid(0, 2)), QStringList({"p2 u1-name 2 4", "p3 Two 1 -"}));
@@ -307,8 +326,9 @@ void PoolsTest::byProducts()
 
 void PoolsTest::byIdsAndByResource()
 {
-    start({}, {Rows::pool("p1", "A1", "600000 SH", "t2", 1, "r1"), Rows::pool("p2", "A1", "600000 SH", "public", 2, "r1"),
-               Rows::pool("p3", "A1", "600000 SH", "t9", 3, "r2")});
+    start({},
+          {Rows::pool("p1", "A1", "600000 SH", "t2", 1, "r1"), Rows::pool("p2", "A1", "600000 SH", "public", 2, "r1"),
+           Rows::pool("p3", "A1", "600000 SH", "t9", 3, "r2")});
     QCOMPARE(shown(hub->GetAllSecurityPoolList()), QStringList({"p1 Two 1 -", "p2 public 2 -", "p3  3 -"}));
     const RecordList byId = hub->GetSecurityPoolDetailByIdList({"p3", "none", "p1", "p3"});
     QStringList order;

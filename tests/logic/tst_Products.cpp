@@ -79,11 +79,16 @@ void ProductsTest::accountsOfProductAndProperty_data()
     QTest::addColumn<QString>("product");
     QTest::addColumn<QString>("assetProp");
     QTest::addColumn<QStringList>("accounts");
-    QTest::newRow("an enabled property") << "P1" << "Cash" << QStringList({"A1", "A2"});
-    QTest::newRow("a candidate that is not enabled") << "P1" << "Credit" << QStringList();
-    QTest::newRow("another case of letters") << "P1" << "CASH" << QStringList();
-    QTest::newRow("no property means every enabled one") << "P1" << "" << QStringList({"A1", "A2"});
-    QTest::newRow("a product that is not enabled") << "P2" << "" << QStringList();
+    QTest::newRow("an enabled property") << "P1"
+                                         << "Cash" << QStringList({"A1", "A2"});
+    QTest::newRow("a candidate that is not enabled") << "P1"
+                                                     << "Credit" << QStringList();
+    QTest::newRow("another case of letters") << "P1"
+                                             << "CASH" << QStringList();
+    QTest::newRow("no property means every enabled one") << "P1"
+                                                         << "" << QStringList({"A1", "A2"});
+    QTest::newRow("a product that is not enabled") << "P2"
+                                                   << "" << QStringList();
 }
 
 void ProductsTest::accountsOfProductAndProperty()
@@ -101,7 +106,7 @@ void ProductsTest::productTexts()
     answerProducts({Rows::product("P1", "A1"), Rows::product("P7", "A1")});
     takeAsked();
     takeEvents();
-    QCOMPARE(hub->GetT0ProductMap(), (QMap<QString, QString>{{"P1", "Product P1"}, {"P7", ""}}));
+    QCOMPARE(hub->GetT0ProductMap(), (QMap<QString, QString>{{"P1", "name of P1"}, {"P7", ""}}));
 }
 
 void ProductsTest::fiveRequestsThenTheLoadIsGivenUp()

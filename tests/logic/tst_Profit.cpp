@@ -35,10 +35,14 @@ void ProfitTest::valuesOneLeg_data()
     QTest::newRow("today's closed part pays both") << Leg{100, 100, 1000, 1100, 0, 0.01, 0.01} << "" << 0.0 << 79.0;
     QTest::newRow("closed without fees") << Leg{100, 100, 1000, 1100, 11, 0, 0} << BuyOpen << 0.0 << 100.0;
     QTest::newRow("a carried remainder pays nothing") << Leg{100, 0, 1000, 0, 11, 0.1, 0.1} << BuyOpen << 100.0 << 0.0;
-    QTest::newRow("a carried short remainder pays nothing") << Leg{0, 100, 0, 1000, 9, 0.1, 0.1} << SellOpen << 100.0 << 0.0;
-    QTest::newRow("a carried long is closed by selling") << Leg{100, 100, 1000, 1100, 11, 0.01, 0.01} << BuyOpen << 0.0 << 89.0;
-    QTest::newRow("a carried short is closed by buying") << Leg{100, 100, 1000, 1100, 11, 0.01, 0.01} << SellOpen << 0.0 << 90.0;
-    QTest::newRow("any other side counts as closed by buying") << Leg{100, 100, 1000, 1100, 11, 0.01, 0.01} << NoOpenPos << 0.0 << 90.0;
+    QTest::newRow("a carried short remainder pays nothing")
+        << Leg{0, 100, 0, 1000, 9, 0.1, 0.1} << SellOpen << 100.0 << 0.0;
+    QTest::newRow("a carried long is closed by selling")
+        << Leg{100, 100, 1000, 1100, 11, 0.01, 0.01} << BuyOpen << 0.0 << 89.0;
+    QTest::newRow("a carried short is closed by buying")
+        << Leg{100, 100, 1000, 1100, 11, 0.01, 0.01} << SellOpen << 0.0 << 90.0;
+    QTest::newRow("any other side counts as closed by buying")
+        << Leg{100, 100, 1000, 1100, 11, 0.01, 0.01} << NoOpenPos << 0.0 << 90.0;
     QTest::newRow("a part open, a part closed") << Leg{300, 100, 3000, 1100, 12, 0, 0} << "" << 400.0 << 100.0;
     QTest::newRow("nothing traded") << Leg{0, 0, 5, 5, 11, 0.1, 0.1} << "" << 0.0 << 0.0;
 }
@@ -49,9 +53,8 @@ void ProfitTest::valuesOneLeg()
     QFETCH(QString, side);
     QFETCH(double, floating);
     QFETCH(double, realized);
-    const ProfitLoss::Result result =
-        ProfitLoss::ofLeg({qint64(leg.at(0)), qint64(leg.at(1)), leg.at(2), leg.at(3)}, leg.at(4),
-                          {leg.at(5), leg.at(6)}, side);
+    const ProfitLoss::Result result = ProfitLoss::ofLeg({qint64(leg.at(0)), qint64(leg.at(1)), leg.at(2), leg.at(3)},
+                                                        leg.at(4), {leg.at(5), leg.at(6)}, side);
     QVERIFY2(std::abs(result.floating - floating) < 1e-9, qPrintable(QString::number(result.floating)));
     QVERIFY2(std::abs(result.realized - realized) < 1e-9, qPrintable(QString::number(result.realized)));
 }
@@ -72,11 +75,11 @@ void ProfitTest::ownerOfTheCarriedGain()
     QFETCH(QString, owner);
     QFETCH(double, carriedSold);
     // Carried: 150 bought, 100 of them closed; today: 100 round, 10 gained, and 50 short.
-    const VariantRecord record{{TransDayProfitOwner, owner},     {PreUnclosedSide, BuyOpen},
-                               {PreUnclosedBoughtQty, 150},      {PreUnclosedBoughtAmount, 1500.0},
-                               {PreUnclosedSoldQty, 100},        {PreUnclosedSoldAmount, carriedSold},
-                               {DailyBoughtQty, 100},            {DailyBoughtAmount, 1000.0},
-                               {DailySoldQty, 150},              {DailySoldAmount, 1515.0}};
+    const VariantRecord record{{TransDayProfitOwner, owner}, {PreUnclosedSide, BuyOpen},
+                               {PreUnclosedBoughtQty, 150},  {PreUnclosedBoughtAmount, 1500.0},
+                               {PreUnclosedSoldQty, 100},    {PreUnclosedSoldAmount, carriedSold},
+                               {DailyBoughtQty, 100},        {DailyBoughtAmount, 1000.0},
+                               {DailySoldQty, 150},          {DailySoldAmount, 1515.0}};
     double floating = 0;
     double realized = 0;
     double total = 0;
@@ -124,14 +127,18 @@ void ProfitTest::withoutAPriceNothingIsWritten()
 void ProfitTest::listsEveryRecord()
 {
     const VariantRecord bought{{DailyBoughtQty, 100}, {DailyBoughtAmount, 1000.0}};
-    start({}, {}, {Rows::usage("A1", "u1", "600000 SH", "1", bought), Rows::usage("A1", "t2", "600000 SH", "1", bought),
-                   Rows::usage("A1", "u1", "300001 SZ", "1", bought)});
+    start({}, {},
+          {Rows::usage("A1", "u1", "600000 SH", "1", bought), Rows::usage("A1", "t2", "600000 SH", "1", bought),
+           Rows::usage("A1", "u1", "300001 SZ", "1", bought)});
     using namespace Orvane_Fields;
-    const VariantRecord priced{{UserAccount::tradingAccount, "A1"}, {Security::symbol, "600000.SH"},
-                               {UserAccount::securityExchange, "SH"}, {FloatProfit, 50.0},
-                               {RealizeProfit, 0.0}, {TotalProfit, 50.0}};
-    const VariantRecord unpriced{{UserAccount::tradingAccount, "A1"}, {Security::symbol, "300001.SZ"},
-                                 {UserAccount::securityExchange, "SZ"}};
+    const VariantRecord priced{{UserAccount::tradingAccount, "A1"},
+                               {Security::symbol, "600000.SH"},
+                               {UserAccount::securityExchange, "SH"},
+                               {FloatProfit, 50.0},
+                               {RealizeProfit, 0.0},
+                               {TotalProfit, 50.0}};
+    const VariantRecord unpriced{
+        {UserAccount::tradingAccount, "A1"}, {Security::symbol, "300001.SZ"}, {UserAccount::securityExchange, "SZ"}};
     QCOMPARE(hub->GetProfitLossDataList({"A1"}, "t2", "", ""), RecordList{priced});
     QCOMPARE(hub->GetProfitLossDataList({"A1"}, "", "300001.SZ", ""), RecordList{unpriced});
     QCOMPARE(hub->GetProfitLossDataList({"A1"}, "", "", "").size(), 3); // no trader means all

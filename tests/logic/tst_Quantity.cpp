@@ -63,7 +63,8 @@ void QuantityTest::readsWholeQuantities_data()
     QTest::newRow("infinity is 0") << QVariant(-qInf()) << qint64(0);
     QTest::newRow("an absent field is 0") << QVariant() << qint64(0);
     QTest::newRow("above 2^31 nothing wraps") << QVariant(5e9) << qint64(5000000000);
-    QTest::newRow("integers take no detour through double") << QVariant(qint64(9007199254740993)) << qint64(9007199254740993);
+    QTest::newRow("integers take no detour through double")
+        << QVariant(qint64(9007199254740993)) << qint64(9007199254740993);
     QTest::newRow("unsigned above the range is clamped") << QVariant(std::numeric_limits<quint64>::max()) << Max;
     QTest::newRow("a double above the range is clamped") << QVariant(1e20) << Max;
     QTest::newRow("a double below the range is clamped") << QVariant(-1e20) << Min;
@@ -147,8 +148,7 @@ void QuantityTest::findsWhatALoopFinds()
         query.anyOf(index, keys);
         query.equals(index, key);
         query.noneOf(index.find(excluded));
-        const QSet<QString> expected =
-            under(sets, keys).intersect(sets.value(key)).subtract(sets.value(excluded));
+        const QSet<QString> expected = under(sets, keys).intersect(sets.value(key)).subtract(sets.value(excluded));
         const QVector<QString> ids = query.ids();
         RC_ASSERT(ids.size() == expected.size());
         RC_ASSERT(QSet<QString>(ids.cbegin(), ids.cend()) == expected);

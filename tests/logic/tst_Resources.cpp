@@ -65,7 +65,8 @@ void ResourcesTest::unknownSecurityHasNoSymbol()
 void ResourcesTest::summaryOfPools()
 {
     start({Rows::resource("r1", "A1", "600000 SH", 1000), Rows::resource("r2", "A1", "600000 SH", 10)},
-          {Rows::pool("p2", "A1", "600000 SH", "public", 300, "r1"), Rows::pool("p1", "A1", "600000 SH", "t2", 200, "r1"),
+          {Rows::pool("p2", "A1", "600000 SH", "public", 300, "r1"),
+           Rows::pool("p1", "A1", "600000 SH", "t2", 200, "r1"),
            Rows::pool("p3", "A1", "600000 SH", "gone", 100, "r1")});
     const RecordList all = hub->GetAllResourceList();
     QCOMPARE(Rows::texts(all, ResourceId), QStringList({"r1", "r2"}));
@@ -104,16 +105,36 @@ void ResourcesTest::lookupNarrows_data()
     QTest::addColumn<QStringList>("traders");
     QTest::addColumn<QStringList>("ids");
     const QStringList p1("P1");
-    QTest::newRow("no product selects none") << QStringList() << "" << "" << "" << QStringList() << QStringList();
-    QTest::newRow("all of a product") << p1 << "" << "" << "" << QStringList() << QStringList({"r1", "r2", "r3", "r4"});
-    QTest::newRow("by asset property") << p1 << "Credit" << "" << "" << QStringList() << QStringList("r4");
-    QTest::newRow("by symbol") << p1 << "" << "00700.HK" << "" << QStringList() << QStringList({"r2", "r3"});
-    QTest::newRow("by exchange") << p1 << "" << "00700.HK" << "SZHK" << QStringList() << QStringList("r3");
-    QTest::newRow("by trader") << p1 << "" << "" << "" << QStringList("t2") << QStringList({"r1", "r3"});
-    QTest::newRow("by the public trader") << p1 << "" << "" << "" << QStringList("public") << QStringList("r2");
-    QTest::newRow("any of the traders") << p1 << "" << "" << "HHK" << QStringList({"t2", "public", "t2"}) << QStringList("r2");
-    QTest::newRow("a trader without pools") << p1 << "" << "" << "" << QStringList("t9") << QStringList();
-    QTest::newRow("two products") << QStringList({"P2", "P1"}) << "" << "600000.SH" << "" << QStringList() << QStringList({"r1", "r4", "r5"});
+    QTest::newRow("no product selects none") << QStringList() << ""
+                                             << ""
+                                             << "" << QStringList() << QStringList();
+    QTest::newRow("all of a product") << p1 << ""
+                                      << ""
+                                      << "" << QStringList() << QStringList({"r1", "r2", "r3", "r4"});
+    QTest::newRow("by asset property") << p1 << "Credit"
+                                       << ""
+                                       << "" << QStringList() << QStringList("r4");
+    QTest::newRow("by symbol") << p1 << ""
+                               << "00700.HK"
+                               << "" << QStringList() << QStringList({"r2", "r3"});
+    QTest::newRow("by exchange") << p1 << ""
+                                 << "00700.HK"
+                                 << "SZHK" << QStringList() << QStringList("r3");
+    QTest::newRow("by trader") << p1 << ""
+                               << ""
+                               << "" << QStringList("t2") << QStringList({"r1", "r3"});
+    QTest::newRow("by the public trader") << p1 << ""
+                                          << ""
+                                          << "" << QStringList("public") << QStringList("r2");
+    QTest::newRow("any of the traders") << p1 << ""
+                                        << ""
+                                        << "HHK" << QStringList({"t2", "public", "t2"}) << QStringList("r2");
+    QTest::newRow("a trader without pools") << p1 << ""
+                                            << ""
+                                            << "" << QStringList("t9") << QStringList();
+    QTest::newRow("two products") << QStringList({"P2", "P1"}) << ""
+                                  << "600000.SH"
+                                  << "" << QStringList() << QStringList({"r1", "r4", "r5"});
 }
 
 void ResourcesTest::lookupNarrows()
@@ -194,10 +215,13 @@ void ResourcesTest::loadFinishesWithItsLastAccount_data()
     QTest::addColumn<int>("retries");
     QTest::addColumn<int>("state");
     QTest::newRow("both answer") << QStringList({"A1 success", "A2 success"}) << 0 << int(State::Inited);
-    QTest::newRow("one failure is repeated once") << QStringList({"A1 fail", "A1 success", "A2 success"}) << 1 << int(State::Inited);
-    QTest::newRow("given up first, then a success") << QStringList({"A1 fail", "A1 timeout", "A2 success"}) << 1 << int(State::Inited);
+    QTest::newRow("one failure is repeated once")
+        << QStringList({"A1 fail", "A1 success", "A2 success"}) << 1 << int(State::Inited);
+    QTest::newRow("given up first, then a success")
+        << QStringList({"A1 fail", "A1 timeout", "A2 success"}) << 1 << int(State::Inited);
     QTest::newRow("given up last") << QStringList({"A2 success", "A1 fail", "A1 fail"}) << 1 << int(State::InitFailed);
-    QTest::newRow("both given up") << QStringList({"A1 fail", "A2 fail", "A1 fail", "A2 fail"}) << 2 << int(State::InitFailed);
+    QTest::newRow("both given up") << QStringList({"A1 fail", "A2 fail", "A1 fail", "A2 fail"}) << 2
+                                   << int(State::InitFailed);
 }
 
 void ResourcesTest::loadFinishesWithItsLastAccount()

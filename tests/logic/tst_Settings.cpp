@@ -136,7 +136,8 @@ void SettingsTest::fixedLists()
     namespace Sub = Master_Values::MdcSubSecurityType;
     const QString markets = QStringList{SymbolPost::sh, SymbolPost::sz, SymbolPost::bj, SymbolPost::hk}.join(',');
     const QStringList expected{
-        MdcSecurityType::StockType + ':' + (Sub::CommonStockTypeList + QStringList(Sub::BjSelectedStock)).join(',') + ':' + markets,
+        MdcSecurityType::StockType + ':' + (Sub::CommonStockTypeList + QStringList(Sub::BjSelectedStock)).join(',') +
+            ':' + markets,
         MdcSecurityType::FundType + ':' + MdcSubSecurityType::TradingopenindexfundETF + ':' + markets,
         MdcSecurityType::FundType + ':' + Sub::HKSharesTypeList.join(',') + ':',
         MdcSecurityType::BondType + ':' + MdcSubSecurityType::Convertiblebond + ':' + markets};
@@ -146,14 +147,16 @@ void SettingsTest::fixedLists()
 
 void SettingsTest::chosenAccountsDecideTheSymbols()
 {
-    start({}, {}, {Rows::usage("A1", "u1", "600000 SH", "1"), Rows::usage("A1", "t2", "300001 SZ", "1"),
-                   Rows::usage("A2", "u1", "00700 HHK", "1"), Rows::usage("A2", "u1", "00700 SZHK", "1"),
-                   Rows::usage("A2", "u1", "600000 SH", "1")});
+    start({}, {},
+          {Rows::usage("A1", "u1", "600000 SH", "1"), Rows::usage("A1", "t2", "300001 SZ", "1"),
+           Rows::usage("A2", "u1", "00700 HHK", "1"), Rows::usage("A2", "u1", "00700 SZHK", "1"),
+           Rows::usage("A2", "u1", "600000 SH", "1")});
     QCOMPARE(hub->GetCurrentTradableSymbolList(), QStringList());
     hub->SetCurrentTradeAccount({"A2", "A1"});
     QCOMPARE(hub->GetCurrentTradeAccount(), QStringList({"A2", "A1"}));
     QCOMPARE(hub->GetCurrentTradableSymbolList(), QStringList({"00700.HK", "600000.SH"}));
-    QCOMPARE(hub->GetCurrentInputSymbolList(), QStringList({"00700.HK|Name 00700|n00700", "600000.SH|Name 600000|n600000"}));
+    QCOMPARE(hub->GetCurrentInputSymbolList(),
+             QStringList({"00700.HK|证券00700|ZQ00700", "600000.SH|证券600000|ZQ600000"}));
     hub->SetCurrentTradeAccount({"A1"});
     QCOMPARE(hub->GetCurrentTradableSymbolList(), QStringList("600000.SH"));
     hub->SetCurrentTradeAccount({});
@@ -179,8 +182,9 @@ void SettingsTest::choiceDuringABurstWins()
         const QString account = round % 2 == 0 ? "A1" : "A2";
         const QString time = QStringLiteral("%1").arg(round, 3, 10, QLatin1Char('0'));
         const QString security = round % 2 == 0 ? "600000 SH" : "300001 SZ";
-        QMetaObject::invokeMethod(
-            hub.get(), [this, row = Rows::usage(account, "u1", security, time)] { hub->slotRecvPoolRealtimeChangedPush(row); });
+        QMetaObject::invokeMethod(hub.get(), [this, row = Rows::usage(account, "u1", security, time)] {
+            hub->slotRecvPoolRealtimeChangedPush(row);
+        });
         hub->SetCurrentTradeAccount({account});
     }
     settle();

@@ -126,7 +126,7 @@ void TradersTest::failedSubscriptionIsTriedAgain()
     server->refuseSubscription(QString());
     takeAsked();
     answerUsage({}, Rows::Fail);
-    QTRY_COMPARE(takeAsked(), QStringList("usage t1,t2,t3"));
+    QCOMPARE(awaitAsked(), QStringList("usage t1,t2,t3"));
     QTRY_VERIFY(HubProbe::pushSubscribed(*hub));
     QCOMPARE(server->takeSubscribed(), QStringList({"t1", "t2", "t3"}));
     takeEvents();
@@ -161,7 +161,7 @@ void TradersTest::failedPriorityIsRepeatedUntilItAnswers()
     takeAsked();
     for (int i = 0; i < 7; ++i) {
         answerPriority({}, "timeout");
-        QTRY_COMPARE(takeAsked(), QStringList("priority"));
+        QCOMPARE(awaitAsked(), QStringList("priority"));
         QCOMPARE(hub->GetInitStateByType(ManualT0Logic::AccountPriority), State::Initing);
     }
     answerPriority({"A1"});
@@ -177,7 +177,7 @@ void TradersTest::outageWithRefreshesKeepsOneRetry()
     answerPriority({}, Rows::Fail);
     answerPriority({}, Rows::Fail);
     takeAsked();
-    QTRY_COMPARE(takeAsked(), QStringList("priority"));
+    QCOMPARE(awaitAsked(), QStringList("priority"));
     answerPriority({"A1"});
     settle();
     QCOMPARE(takeAsked(), QStringList());

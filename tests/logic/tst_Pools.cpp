@@ -33,16 +33,12 @@ private slots:
     void announcesWhatChanged();
     void minusOneLimitIsAnnouncedOnceAfterALoad();
     void deletedRecordsAreSentAsTheyWere();
-    void movedPoolBelongsToItsNewAccount();
     void tradersAreUsersUntilTheFirstLaterAnswer();
-    void lookupNarrows_data();
-    void lookupNarrows();
     void publicPoolsJoinPrivateOnes_data();
     void publicPoolsJoinPrivateOnes();
     void onePartnerGetsThePublicQuantity();
     void firstByIdOfATrader();
-    void byProducts_data();
-    void byProducts();
+    void formForOneProductNeedsBoth();
     void byIdsAndByResource();
     void changedAccountIsAskedFromAnyThread();
 };
@@ -161,17 +157,6 @@ void PoolsTest::deletedRecordsAreSentAsTheyWere()
     takeEvents();
 }
 
-void PoolsTest::movedPoolBelongsToItsNewAccount()
-{
-    start({}, {Rows::pool("p1", "A1", "600000 SH", "t2", 10, "r1")});
-    answerPools("A3", {Rows::pool("p1", "A3", "600000 SH", "t2", 10, "r1")});
-    QCOMPARE(takeEvents(), QStringList("pools p1"));
-    answerPools("A1", {});
-    QCOMPARE(takeEvents(), QStringList());
-    QVERIFY(hub->GetSecurityPoolDetailListByTrading("A1", "t2", "", "").isEmpty());
-    QCOMPARE(hub->GetSecurityPoolDetailListByTrading("A3", "t2", "", "").size(), 1);
-}
-
 void PoolsTest::tradersAreUsersUntilTheFirstLaterAnswer()
 {
     VariantRecord row = Rows::pool("p1", "A1", "600000 SH", "t2", 10, "r1");
@@ -194,52 +179,6 @@ void PoolsTest::tradersAreUsersUntilTheFirstLaterAnswer()
     QCOMPARE(count("u1"), 1);
     takeAsked();
     takeEvents();
-}
-
-void PoolsTest::lookupNarrows_data()
-{
-    QTest::addColumn<QStringList>("accounts");
-    QTest::addColumn<QStringList>("traders");
-    QTest::addColumn<QString>("symbol");
-    QTest::addColumn<QString>("exchange");
-    QTest::addColumn<QStringList>("ids");
-    const QStringList none;
-    QTest::newRow("no account selects none") << none << none << ""
-                                             << "" << none;
-    QTest::newRow("an unknown account") << QStringList("A9") << none << ""
-                                        << "" << none;
-    QTest::newRow("all of an account") << QStringList("A1") << none << ""
-                                       << "" << QStringList({"p1", "p2", "p3"});
-    QTest::newRow("an account given twice") << QStringList({"A1", "A1"}) << none << ""
-                                            << "" << QStringList({"p1", "p2", "p3"});
-    QTest::newRow("two accounts, one trader") << QStringList({"A1", "A2"}) << QStringList("t2") << ""
-                                              << "" << QStringList({"p1", "p4"});
-    QTest::newRow("empty texts are no traders") << QStringList("A1") << QStringList({"", ""}) << ""
-                                                << "" << none;
-    QTest::newRow("an empty text beside a trader") << QStringList("A1") << QStringList({"", "t2"}) << ""
-                                                   << "" << QStringList("p1");
-    QTest::newRow("the public trader") << QStringList("A1") << QStringList("public") << ""
-                                       << "" << QStringList("p3");
-    QTest::newRow("one symbol on two exchanges") << QStringList({"A1", "A2"}) << none << "00700.HK"
-                                                 << "" << QStringList({"p2", "p4"});
-    QTest::newRow("symbol and exchange") << QStringList({"A1", "A2"}) << none << "00700.HK"
-                                         << "SZHK" << QStringList("p4");
-    QTest::newRow("exchange alone") << QStringList({"A1", "A2"}) << none << ""
-                                    << "SH" << QStringList({"p1", "p3"});
-}
-
-void PoolsTest::lookupNarrows()
-{
-    QFETCH(QStringList, accounts);
-    QFETCH(QStringList, traders);
-    QFETCH(QString, symbol);
-    QFETCH(QString, exchange);
-    start({}, {Rows::pool("p1", "A1", "600000 SH", "t2", 1, "r1"), Rows::pool("p2", "A1", "00700 HHK", "u1", 1, "r2"),
-               Rows::pool("p3", "A1", "600000 SH", "public", 1, "r1"),
-               Rows::pool("p4", "A2", "00700 SZHK", "t2", 1, "r3")});
-    QTEST(Rows::texts(hub->GetSecurityPoolDetailListByTradingList(accounts, traders, symbol, exchange, false),
-                      PoolDetailId),
-          "ids");
 }
 
 void PoolsTest::publicPoolsJoinPrivateOnes_data()
@@ -297,31 +236,16 @@ void PoolsTest::firstByIdOfATrader()
     QVERIFY(hub->GetSecurityPoolDetailByTrading("A1", "", "", "").isEmpty());
 }
 
-void PoolsTest::byProducts_data()
+void PoolsTest::formForOneProductNeedsBoth()
 {
-    QTest::addColumn<QStringList>("products");
-    QTest::addColumn<QStringList>("properties");
-    QTest::addColumn<QStringList>("ids");
-    const QStringList none;
-    QTest::newRow("no product means every enabled one") << none << none << QStringList({"p1", "p3", "p4"});
-    QTest::newRow("a property only some products have") << none << QStringList("Credit") << QStringList("p3");
-    QTest::newRow("one product") << QStringList("P2") << none << QStringList("p4");
-    QTest::newRow("a product twice lists a pool once") << QStringList({"P2", "P2"}) << none << QStringList("p4");
-    QTest::newRow("an unknown product") << QStringList("P9") << none << none;
-}
-
-void PoolsTest::byProducts()
-{
-    QFETCH(QStringList, products);
-    QFETCH(QStringList, properties);
-    start({}, {Rows::pool("p1", "A1", "600000 SH", "t2", 1, "r1"), Rows::pool("p3", "A3", "600000 SH", "t2", 1, "r1"),
-               Rows::pool("p4", "A4", "600000 SH", "t2", 1, "r1")});
-    QTEST(Rows::texts(hub->GetSecurityPoolDetail(products, properties, {}, "", "", true), PoolDetailId), "ids");
-    // The form for one product needs both; an empty trader means all.
-    QVERIFY(hub->GetSecurityPoolDetail(QString(), QString("Cash"), "", "", "", true).isEmpty());
-    QVERIFY(hub->GetSecurityPoolDetail(QString("P1"), QString(), "", "", "", true).isEmpty());
-    QCOMPARE(hub->GetSecurityPoolDetail(QString("P1"), QString("Cash"), "", "", "", true).size(), 1);
-    QCOMPARE(hub->GetSecurityPoolDetail(QString("P1"), QString("Cash"), "u1", "", "", false).size(), 0);
+    start({}, {Rows::pool("p1", "A1", "600000 SH", "t2", 1, "r1")});
+    const auto count = [this](const QString &product, const QString &assetProp, const QString &trader) {
+        return hub->GetSecurityPoolDetail(product, assetProp, trader, "", "", true).size();
+    };
+    QCOMPARE(count("", "Cash", ""), 0);
+    QCOMPARE(count("P1", "", ""), 0);
+    QCOMPARE(count("P1", "Cash", ""), 1); // no trader means all
+    QCOMPARE(count("P1", "Cash", "u1"), 0);
 }
 
 void PoolsTest::byIdsAndByResource()

@@ -38,17 +38,13 @@ private slots:
     void averageOfNothingIsNotGuarded();
     void newerTimeIsTaken_data();
     void newerTimeIsTaken();
-    void orderOfPushesDoesNotMatter();
     void firstLoadReplacesWithoutComparingTimes();
     void laterAnswerAnnouncesWhatItChanged();
     void failedFirstLoadIsRepeatedAndLaterOnesAreNot();
     void recordsWithoutIdsStayInvisible();
     void unknownSecuritiesShareAKey();
-    void lookupNarrows_data();
-    void lookupNarrows();
     void sumsBySymbolAndExchange();
     void newSymbolsOfTheUserAreGathered();
-    void otherUsersSymbolsAreNoNews();
     void laterAnswerAnnouncesNewSymbolsAtOnce();
 };
 
@@ -196,27 +192,6 @@ void RealtimeTest::newerTimeIsTaken()
     QCOMPARE(hub->GetRealtimePoolKey(record), QString(key));
 }
 
-void RealtimeTest::orderOfPushesDoesNotMatter()
-{
-    RecordList rows;
-    for (int time = 1; time <= 5; ++time) {
-        for (const char *trader : {"u1", "t2"})
-            rows.append(Rows::usage("A1", trader, "110001 SH", QString::number(time), {{DailyBoughtQty, time}}));
-    }
-    QVector<int> order(rows.size());
-    std::iota(order.begin(), order.end(), 0);
-    for (unsigned seed = 0; seed < 20; ++seed) {
-        std::shuffle(order.begin(), order.end(), std::mt19937(seed));
-        start();
-        for (int i : qAsConst(order))
-            push(rows.at(i));
-        for (const char *trader : {"u1", "t2"})
-            QCOMPARE(hub->GetRealtimePoolDetail("A1", trader, "110001.SH", "SH").value(DailyBoughtQty).toInt(), 50);
-        close();
-        open(Mode::ByHand);
-    }
-}
-
 void RealtimeTest::firstLoadReplacesWithoutComparingTimes()
 {
     answerTraders({Rows::trader("t2", "Two")}, false);
@@ -290,48 +265,6 @@ void RealtimeTest::unknownSecuritiesShareAKey()
     QCOMPARE(held.first().value(DailyBoughtQty).toInt(), 4);
 }
 
-void RealtimeTest::lookupNarrows_data()
-{
-    QTest::addColumn<QStringList>("accounts");
-    QTest::addColumn<QStringList>("traders");
-    QTest::addColumn<QString>("symbol");
-    QTest::addColumn<QString>("exchange");
-    QTest::addColumn<QStringList>("securities");
-    const QStringList none;
-    const QStringList both({"A1", "A2"});
-    QTest::newRow("no account selects none") << none << none << ""
-                                             << "" << none;
-    QTest::newRow("no trader means all") << both << none << ""
-                                         << "" << QStringList({"00700", "00700", "110001", "600000"});
-    QTest::newRow("one account") << QStringList("A2") << none << ""
-                                 << "" << QStringList("00700");
-    QTest::newRow("one trader") << both << QStringList("t2") << ""
-                                << "" << QStringList({"00700", "110001"});
-    QTest::newRow("one empty text selects records without a trader") << both << QStringList("") << ""
-                                                                     << "" << none;
-    QTest::newRow("a symbol") << both << none << "00700.HK"
-                              << "" << QStringList({"00700", "00700"});
-    QTest::newRow("a symbol on one exchange") << both << none << "00700.HK"
-                                              << "HHK" << QStringList("00700");
-    QTest::newRow("an exchange") << both << QStringList({"u1", "t2"}) << ""
-                                 << "SH" << QStringList({"110001", "600000"});
-}
-
-void RealtimeTest::lookupNarrows()
-{
-    QFETCH(QStringList, accounts);
-    QFETCH(QStringList, traders);
-    QFETCH(QString, symbol);
-    QFETCH(QString, exchange);
-    start({}, {},
-          {Rows::usage("A1", "u1", "600000 SH", "1"), Rows::usage("A1", "t2", "110001 SH", "1"),
-           Rows::usage("A1", "u1", "00700 HHK", "1"), Rows::usage("A2", "t2", "00700 SZHK", "1"),
-           Rows::usage("A3", "u1", "600000 SH", "1")});
-    QTEST(Rows::texts(hub->GetRealtimePoolDetailList(accounts, traders, symbol, exchange),
-                      Orvane_Fields::Security::securityID),
-          "securities");
-}
-
 void RealtimeTest::sumsBySymbolAndExchange()
 {
     const auto row = [](const char *account, const char *trader, const char *security, int bought, double amount) {
@@ -382,20 +315,6 @@ void RealtimeTest::newSymbolsOfTheUserAreGathered()
     QCOMPARE(hub->GetCurrentTradableSymbolList(), QStringList({"110001.SH", "300001.SZ", "600000.SH"}));
     push(Rows::usage("A1", "u1", "110001 SH", "999")); // no longer new
     QCOMPARE(takeEvents(), QStringList("usage u1_A1_110001.SH_SH"));
-}
-
-void RealtimeTest::otherUsersSymbolsAreNoNews()
-{
-    close();
-    open(Mode::ByHand, {600000, 600000, 1});
-    start();
-    hub->SetCurrentTradeAccount({"A1"});
-    takeEvents();
-    push(Rows::usage("A1", "t2", "110001 SH", "1"));
-    push(Rows::usage("A2", "u1", "300001 SZ", "1"));
-    answerUsage({Rows::usage("A1", "t2", "00700 HHK", "1"), Rows::usage("A2", "u1", "00700 HHK", "1")});
-    QCOMPARE(takeEvents().filter("symbols"), QStringList());
-    QCOMPARE(hub->GetCurrentTradableSymbolList(), QStringList());
 }
 
 void RealtimeTest::laterAnswerAnnouncesNewSymbolsAtOnce()

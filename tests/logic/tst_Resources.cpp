@@ -11,16 +11,9 @@ class ResourcesTest : public LogicTest
 private slots:
     void quantitiesAreDisplayUnits_data();
     void quantitiesAreDisplayUnits();
-    void unknownSecurityHasNoSymbol();
     void summaryOfPools();
     void summaryBeyondIntIsClamped();
-    void lookupNarrows_data();
-    void lookupNarrows();
-    void laterAnswerReplacesItsAccount();
-    void laterAnswerWithoutCoverMerges();
     void shortFormOfTheAnswerCovers();
-    void movedResourceIsFoundOnceUnderItsNewAccount();
-    void laterFailureChangesNothing();
     void loadFinishesWithItsLastAccount_data();
     void loadFinishesWithItsLastAccount();
     void foreignAnswerDoesNotFinishALoad();
@@ -50,16 +43,6 @@ void ResourcesTest::quantitiesAreDisplayUnits()
     answerResources("A1", rows); // both paths scale alike
     QCOMPARE(hub->GetResourceDetailById("r1").value(ResourceQty), held);
     takeEvents();
-}
-
-void ResourcesTest::unknownSecurityHasNoSymbol()
-{
-    start({Rows::resource("r1", "A1", "999999 SH", 1), Rows::resource("r2", "A1", "600000 SH", 1)});
-    QCOMPARE(hub->GetResourceDetailById("r1").value(Orvane_Fields::Security::symbol), QVariant(QString()));
-    QCOMPARE(Rows::texts(hub->GetResourceByProductAccount({"P1"}, "", "", "", {}), ResourceId),
-             QStringList({"r1", "r2"}));
-    QCOMPARE(Rows::texts(hub->GetResourceByProductAccount({"P1"}, "", "600000.SH", "", {}), ResourceId),
-             QStringList("r2"));
 }
 
 void ResourcesTest::summaryOfPools()
@@ -96,88 +79,6 @@ void ResourcesTest::summaryBeyondIntIsClamped()
     QCOMPARE(resource.value(T0TraderId).toString(), QStringLiteral("t2,u1,public"));
 }
 
-void ResourcesTest::lookupNarrows_data()
-{
-    QTest::addColumn<QStringList>("products");
-    QTest::addColumn<QString>("assetProp");
-    QTest::addColumn<QString>("symbol");
-    QTest::addColumn<QString>("exchange");
-    QTest::addColumn<QStringList>("traders");
-    QTest::addColumn<QStringList>("ids");
-    const QStringList p1("P1");
-    QTest::newRow("no product selects none") << QStringList() << ""
-                                             << ""
-                                             << "" << QStringList() << QStringList();
-    QTest::newRow("all of a product") << p1 << ""
-                                      << ""
-                                      << "" << QStringList() << QStringList({"r1", "r2", "r3", "r4"});
-    QTest::newRow("by asset property") << p1 << "Credit"
-                                       << ""
-                                       << "" << QStringList() << QStringList("r4");
-    QTest::newRow("by symbol") << p1 << ""
-                               << "00700.HK"
-                               << "" << QStringList() << QStringList({"r2", "r3"});
-    QTest::newRow("by exchange") << p1 << ""
-                                 << "00700.HK"
-                                 << "SZHK" << QStringList() << QStringList("r3");
-    QTest::newRow("by trader") << p1 << ""
-                               << ""
-                               << "" << QStringList("t2") << QStringList({"r1", "r3"});
-    QTest::newRow("by the public trader") << p1 << ""
-                                          << ""
-                                          << "" << QStringList("public") << QStringList("r2");
-    QTest::newRow("any of the traders") << p1 << ""
-                                        << ""
-                                        << "HHK" << QStringList({"t2", "public", "t2"}) << QStringList("r2");
-    QTest::newRow("a trader without pools") << p1 << ""
-                                            << ""
-                                            << "" << QStringList("t9") << QStringList();
-    QTest::newRow("two products") << QStringList({"P2", "P1"}) << ""
-                                  << "600000.SH"
-                                  << "" << QStringList() << QStringList({"r1", "r4", "r5"});
-}
-
-void ResourcesTest::lookupNarrows()
-{
-    QFETCH(QStringList, products);
-    QFETCH(QString, assetProp);
-    QFETCH(QString, symbol);
-    QFETCH(QString, exchange);
-    QFETCH(QStringList, traders);
-    start({Rows::resource("r1", "A1", "600000 SH", 1), Rows::resource("r2", "A1", "00700 HHK", 1),
-           Rows::resource("r3", "A2", "00700 SZHK", 1), Rows::resource("r4", "A3", "600000 SH", 1),
-           Rows::resource("r5", "A4", "600000 SH", 1)},
-          {Rows::pool("p1", "A1", "600000 SH", "t2", 1, "r1"), Rows::pool("p2", "A1", "00700 HHK", "public", 1, "r2"),
-           Rows::pool("p3", "A2", "00700 SZHK", "t2", 1, "r3")});
-    const RecordList rows = hub->GetResourceByProductAccount(products, assetProp, symbol, exchange, traders);
-    QTEST(Rows::texts(rows, ResourceId), "ids");
-    for (const VariantRecord &row : rows)
-        QVERIFY(row.contains(PrivatePoolQty));
-}
-
-void ResourcesTest::laterAnswerReplacesItsAccount()
-{
-    start({Rows::resource("r1", "A1", "600000 SH", 1), Rows::resource("r2", "A2", "600000 SH", 1)});
-    answerResources("A1", {Rows::resource("r3", "A1", "300001 SZ", 1)});
-    QCOMPARE(Rows::texts(hub->GetAllResourceList(), ResourceId), QStringList({"r2", "r3"}));
-    answerResources("A1", {});
-    QCOMPARE(Rows::texts(hub->GetAllResourceList(), ResourceId), QStringList("r2"));
-    // Announced also when nothing changed.
-    answerResources("A1", {});
-    QCOMPARE(takeEvents(), QStringList({"resources A1", "resources A1", "resources A1"}));
-    QCOMPARE(HubProbe::indexFaults(*hub), QStringList());
-}
-
-void ResourcesTest::laterAnswerWithoutCoverMerges()
-{
-    start({Rows::resource("r1", "A1", "600000 SH", 1), Rows::resource("r2", "A1", "600000 SH", 1)});
-    answerResources("A1", {Rows::resource("r2", "A1", "300001 SZ", 5)}, Rows::Success, false);
-    QCOMPARE(Rows::texts(hub->GetAllResourceList(), ResourceId), QStringList({"r1", "r2"}));
-    QCOMPARE(Rows::texts(hub->GetResourceByProductAccount({"P1"}, "", "600000.SH", "", {}), ResourceId),
-             QStringList("r1"));
-    QCOMPARE(takeEvents(), QStringList("resources A1"));
-}
-
 void ResourcesTest::shortFormOfTheAnswerCovers()
 {
     start({Rows::resource("r1", "A1", "600000 SH", 1)});
@@ -187,26 +88,6 @@ void ResourcesTest::shortFormOfTheAnswerCovers()
                                       Q_ARG(QList<QVariantMap>, QList<QVariantMap>())));
     QVERIFY(hub->GetAllResourceList().isEmpty());
     QCOMPARE(takeEvents(), QStringList("resources A1"));
-}
-
-void ResourcesTest::movedResourceIsFoundOnceUnderItsNewAccount()
-{
-    start({Rows::resource("r1", "A1", "600000 SH", 1)});
-    answerResources("A3", {Rows::resource("r1", "A3", "600000 SH", 2)}, Rows::Success, false);
-    QVERIFY(hub->GetResourceByProductAccount({"P1"}, "Cash", "", "", {}).isEmpty());
-    QCOMPARE(hub->GetResourceByProductAccount({"P1"}, "", "", "", {}).size(), 1);
-    answerResources("A1", {}); // no longer its account
-    QCOMPARE(hub->GetResourceDetailById("r1").value(ResourceQty).toInt(), 2);
-    QCOMPARE(takeEvents(), QStringList({"resources A3", "resources A1"}));
-}
-
-void ResourcesTest::laterFailureChangesNothing()
-{
-    start({Rows::resource("r1", "A1", "600000 SH", 1)});
-    answerResources("A1", {}, Rows::Fail);
-    QCOMPARE(hub->GetAllResourceList().size(), 1);
-    QCOMPARE(takeAsked(), QStringList());
-    QCOMPARE(takeEvents(), QStringList());
 }
 
 void ResourcesTest::loadFinishesWithItsLastAccount_data()

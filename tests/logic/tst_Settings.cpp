@@ -40,7 +40,6 @@ private slots:
     void unreadableStoreIsEmpty();
     void fixedLists();
     void chosenAccountsDecideTheSymbols();
-    void everyChoiceIsAnnounced();
     void choiceDuringABurstWins();
     void withoutALoginNothingIsTheUsers();
 };
@@ -162,15 +161,6 @@ void SettingsTest::chosenAccountsDecideTheSymbols()
     hub->SetCurrentTradeAccount({});
     QCOMPARE(hub->GetCurrentInputSymbolList(), QStringList());
     QCOMPARE(takeEvents(), QStringList({"accounts A2,A1", "accounts A1", "accounts "}));
-}
-
-void SettingsTest::everyChoiceIsAnnounced()
-{
-    start();
-    hub->SetCurrentTradeAccount({"A1"});
-    answerUsage({Rows::usage("A2", "u1", "600000 SH", "1")}); // not chosen
-    hub->SetCurrentTradeAccount({"A1"});
-    QCOMPARE(takeEvents(), QStringList({"accounts A1", "usage u1_A2_600000.SH_SH", "accounts A1"}));
 }
 
 void SettingsTest::choiceDuringABurstWins()

@@ -1,0 +1,33 @@
+#!/usr/bin/env bash
+# usage: symbols.sh LIBRARY
+# The library's symbol table holds what its users link and Qt's plug-in entries. Everything else of ours is hidden.
+set -euo pipefail
+
+perl -w - "$1" <<'PERL'
+my $library = shift;
+my $api = qr/(?:ManualT0Logic|OrderQueuePanel|ManualT0DoubleSpinbox|ManualT0TraderCombo|SymbolListType)/;
+my $foreign = qr/(?:std::|__gnu_cxx::|Q[A-Za-z0-9]*\b|q[A-Z]\w*\b|operator)/;
+
+open(my $table, '-|', 'nm', '-D', '--defined-only', '-C', $library) or die "nm: $!\n";
+my ($api_symbols, @faults) = (0);
+while (my $line = <$table>) {
+    chomp $line;
+    my ($type, $name) = $line =~ /^[0-9a-f]*\s*(\S) (.*)$/ or next;
+    next if $type eq 'A' || $name =~ /^qt_plugin_(?:instance|query_metadata)\b/;
+
+    # The entity itself: without arguments, template arguments and a template's return type.
+    (my $entity = $name) =~ s/operator\s*[<>=!\-+*()\[\]]+/operator/g;
+    1 while $entity =~ s/<[^<>]*>//g;
+    1 while $entity =~ s/\((?!anonymous)[^()]*\)(?: const)?//g;
+    $entity =~ s/^(?:vtable|VTT|typeinfo(?: name)?|guard variable|non-virtual thunk) (?:for|to) //;
+    $entity =~ s/\[abi:\w+\]//g;
+
+    if ($entity =~ /(?:^|\s)${api}(?:::|$)/) { ++$api_symbols; next }
+    next if $type =~ /^[VWu]$/ && $entity =~ /(?:^|\s)$foreign/;
+    push @faults, "  $type $name";
+}
+close($table) or die "nm cannot read $library\n";
+die "$library exports what is not part of its interface:\n" . join("\n", @faults) . "\n" if @faults;
+die "$library exports nothing of its interface\n" unless $api_symbols;
+print "$api_symbols symbols of the interface\n";
+PERL

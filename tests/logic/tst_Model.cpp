@@ -87,14 +87,19 @@ private:
     int m_clock = 100;
 };
 
+/// A number in ten digits. Shifted a little first: the last bit must not decide how a tie of digits is rounded.
+QString writtenNumber(double value)
+{
+    return QString::number(value * (1 + 3.14159e-9) + 0.0, 'g', 10);
+}
+
 /// A row as one text; numbers of equal value look alike, whatever their types.
 QString written(const VariantRecord &row)
 {
     QStringList fields;
     for (auto field = row.cbegin(); field != row.cend(); ++field) {
-        const bool isNumber = field->type() == QVariant::Double;
-        fields.append(field.key() + '=' +
-                      (isNumber ? QString::number(field->toDouble() + 0.0, 'g', 10) : field->toString()));
+        const bool isText = field->type() == QVariant::String;
+        fields.append(field.key() + '=' + (isText ? field->toString() : writtenNumber(field->toDouble())));
     }
     return fields.join(' ');
 }
@@ -147,7 +152,7 @@ private:
 void ModelTest::hubAnswersAsTheModelDoes_data()
 {
     QTest::addColumn<unsigned>("seed");
-    const unsigned given = unsigned(qEnvironmentVariableIntValue("T0_MODEL_SEED"));
+    const unsigned given = qEnvironmentVariable("T0_MODEL_SEED").toUInt();
     const unsigned first = given ? given : std::random_device()();
     for (unsigned seed = first; seed < first + 4; ++seed)
         QTest::newRow(qPrintable(QStringLiteral("seed %1").arg(seed))) << seed;

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "DisplayUnits.h"
+#include "ManualT0LogicPrivate.h"
+#include "MasterFields.h"
+
+/// Reads what the hub hides: whether its indexes say exactly what its caches say, and its private flags.
+class HubProbe
+{
+public:
+    /// One line an index that differs from its cache; empty when all agree. Any thread.
+    static QStringList indexFaults(const ManualT0LogicPrivate &hub)
+    {
+        using namespace Orvane_Fields;
+        using Master_Fields::ManualT0::T0TraderId;
+        QStringList faults;
+        {
+            ReadLock lock(hub.resourceLock);
+            const Cache &cache = hub.resourceCache;
+            compare(faults, "resource account", hub.resourceAccountIndex, cache, by(UserAccount::tradingAccount));
+            compare(faults, "resource symbol", hub.resourceSymbolIndex, cache, by(Security::symbol));
+            compare(faults, "resource exchange", hub.resourceExchangeIndex, cache, by(UserAccount::securityExchange));
+        }
+        {
+            ReadLock lock(hub.securityPoolLock);
+            const Cache &cache = hub.securityPoolMap;
+            const QString trader = hub.poolTradersAreUsers ? UserAccount::userID : T0TraderId;
+            compare(faults, "pool account", hub.poolIdsByTradingAccount, cache, by(UserAccount::tradingAccount));
+            compare(faults, "pool symbol", hub.poolIdsBySymbol, cache, by(Security::symbol));
+            compare(faults, "pool exchange", hub.poolIdsByExchange, cache, by(UserAccount::securityExchange));
+            compare(faults, "pool trader", hub.poolIdsByTrader, cache, by(trader));
+            compare(faults, "pool resource", hub.poolIdsByResource, cache, by(Master_Fields::ManualT0::ResourceId));
+            compare(faults, "pool account and symbol", hub.poolIdsByAccountAndSymbol, cache, byAccountAndSymbol);
+        }
+        ReadLock lock(hub.realtimePoolLock);
+        const Cache &cache = hub.realtimePoolCache;
+        compare(faults, "usage account", hub.realtimeAccountIndex, cache, by(UserAccount::tradingAccount));
+        compare(faults, "usage trader", hub.realtimeTraderIndex, cache, by(T0TraderId));
+        compare(faults, "usage symbol", hub.realtimeSymbolIndex, cache, by(Security::symbol));
+        compare(faults, "usage exchange", hub.realtimeExchangeIndex, cache, by(UserAccount::securityExchange));
+        compare(faults, "usage account and symbol", hub.realtimeAccountAndSymbolIndex, cache, byAccountAndSymbol);
+        return faults;
+    }
+
+    static bool isManager(const ManualT0LogicPrivate &hub) { return hub.isManager; }
+    static bool pushSubscribed(const ManualT0LogicPrivate &hub) { return hub.pushSubscribed; }
+
+    static QStringList usageKeys(const ManualT0LogicPrivate &hub)
+    {
+        ReadLock lock(hub.realtimePoolLock);
+        QStringList keys = hub.realtimePoolCache.keys();
+        keys.sort();
+        return keys;
+    }
+
+private:
+    using Cache = QHash<QString, VariantRecord>;
+
+    template <typename Key, typename KeyOf>
+    static void compare(QStringList &faults, const char *name, const IdIndex<Key> &index, const Cache &cache,
+                        KeyOf keyOf)
+    {
+        QHash<Key, IdSet> expected;
+        for (auto record = cache.cbegin(); record != cache.cend(); ++record)
+            expected[keyOf(*record)].insert(record.key());
+        if (index.sets() != expected)
+            faults.append(QStringLiteral("the %1 index differs from its cache").arg(QLatin1String(name)));
+    }
+
+    static std::function<QString(const VariantRecord &)> by(const QString &field)
+    {
+        return [field](const VariantRecord &record) { return text(record, field); };
+    }
+
+    static KeyPair byAccountAndSymbol(const VariantRecord &record)
+    {
+        return {text(record, Orvane_Fields::UserAccount::tradingAccount),
+                text(record, Orvane_Fields::Security::symbol)};
+    }
+};

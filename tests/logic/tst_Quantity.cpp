@@ -1,0 +1,161 @@
+#include "IdIndex.h"
+#include "Quantity.h"
+#include "Tests.h"
+
+#include <QtTest/QtTest>
+
+#include <rapidcheck.h>
+
+namespace {
+
+constexpr qint64 Max = std::numeric_limits<qint64>::max();
+constexpr qint64 Min = std::numeric_limits<qint64>::min();
+
+using Sets = QMap<QString, QSet<QString>>;
+
+/// The ids that are under any of the keys, by looking at every id.
+QSet<QString> under(const Sets &sets, const QStringList &keys)
+{
+    QSet<QString> ids;
+    for (const QString &key : keys)
+        ids.unite(sets.value(key));
+    return ids;
+}
+
+rc::Gen<QStringList> someTexts(int different)
+{
+    return rc::gen::map(rc::gen::container<std::vector<int>>(rc::gen::inRange(0, different)),
+                        [](const std::vector<int> &numbers) {
+                            QStringList texts;
+                            for (int number : numbers)
+                                texts.append(QString::number(number));
+                            return texts;
+                        });
+}
+
+} // namespace
+
+class QuantityTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void readsWholeQuantities_data();
+    void readsWholeQuantities();
+    void clampsToInt_data();
+    void clampsToInt();
+    void roundsHalfAwayFromZero();
+    void sumsSaturate_data();
+    void sumsSaturate();
+    void findsWhatALoopFinds();
+};
+
+void QuantityTest::readsWholeQuantities_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<qint64>("expected");
+    QTest::newRow("a double is cut off") << QVariant(2.7) << qint64(2);
+    QTest::newRow("a negative double is cut off towards zero") << QVariant(-2.7) << qint64(-2);
+    QTest::newRow("a text with decimals counts") << QVariant(QStringLiteral("150.0")) << qint64(150);
+    QTest::newRow("bytes count as text") << QVariant(QByteArray("12.0")) << qint64(12);
+    QTest::newRow("no number is 0") << QVariant(QStringLiteral("1,000")) << qint64(0);
+    QTest::newRow("not-a-number is 0") << QVariant(QStringLiteral("nan")) << qint64(0);
+    QTest::newRow("infinity is 0") << QVariant(-qInf()) << qint64(0);
+    QTest::newRow("an absent field is 0") << QVariant() << qint64(0);
+    QTest::newRow("above 2^31 nothing wraps") << QVariant(5e9) << qint64(5000000000);
+    QTest::newRow("integers take no detour through double")
+        << QVariant(qint64(9007199254740993)) << qint64(9007199254740993);
+    QTest::newRow("unsigned above the range is clamped") << QVariant(std::numeric_limits<quint64>::max()) << Max;
+    QTest::newRow("a double above the range is clamped") << QVariant(1e20) << Max;
+    QTest::newRow("a double below the range is clamped") << QVariant(-1e20) << Min;
+    QTest::newRow("true is 1") << QVariant(true) << qint64(1);
+}
+
+void QuantityTest::readsWholeQuantities()
+{
+    QFETCH(QVariant, value);
+    QFETCH(qint64, expected);
+    QCOMPARE(Quantity::toQty(value), expected);
+}
+
+void QuantityTest::clampsToInt_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<int>("expected");
+    QTest::newRow("above") << QVariant(qint64(3000000000)) << std::numeric_limits<int>::max();
+    QTest::newRow("below") << QVariant(-3e9) << std::numeric_limits<int>::min();
+    QTest::newRow("a limit of -0.6 is 0, not none") << QVariant(-0.6) << 0;
+    QTest::newRow("a limit of -1.4 is none") << QVariant(-1.4) << -1;
+}
+
+void QuantityTest::clampsToInt()
+{
+    QFETCH(QVariant, value);
+    QFETCH(int, expected);
+    QCOMPARE(Quantity::toIntQty(value), expected);
+}
+
+void QuantityTest::roundsHalfAwayFromZero()
+{
+    QCOMPARE(Quantity::roundToInt64(2.5), qint64(3));
+    QCOMPARE(Quantity::roundToInt64(-2.5), qint64(-3));
+    QCOMPARE(Quantity::roundToInt64(qQNaN()), qint64(0));
+    QCOMPARE(Quantity::roundToInt64(1e300), Max);
+}
+
+void QuantityTest::sumsSaturate_data()
+{
+    QTest::addColumn<qint64>("a");
+    QTest::addColumn<qint64>("b");
+    QTest::addColumn<qint64>("sum");
+    QTest::addColumn<qint64>("difference");
+    QTest::newRow("in range") << qint64(5) << qint64(-7) << qint64(-2) << qint64(12);
+    QTest::newRow("upper end") << Max << qint64(1) << Max << Max - 1;
+    QTest::newRow("lower end") << Min << qint64(-1) << Min << Min + 1;
+    QTest::newRow("difference above") << Max << qint64(-1) << Max - 1 << Max;
+    QTest::newRow("difference below") << Min << qint64(1) << Min + 1 << Min;
+    QTest::newRow("zero minus the lowest") << qint64(0) << Min << Min << Max;
+}
+
+void QuantityTest::sumsSaturate()
+{
+    QFETCH(qint64, a);
+    QFETCH(qint64, b);
+    QTEST(Quantity::satAdd(a, b), "sum");
+    QTEST(Quantity::satSub(a, b), "difference");
+}
+
+void QuantityTest::findsWhatALoopFinds()
+{
+    const bool holds = rc::check("a query over three conditions", [] {
+        IdIndex<QString> index;
+        Sets sets;
+        const auto entries = *rc::gen::container<std::vector<std::pair<int, int>>>(
+            rc::gen::pair(rc::gen::inRange(0, 5), rc::gen::inRange(0, 30)));
+        QMap<int, int> keyOf; // an id stands under one key at a time: a second entry moves it
+        for (const auto &[key, id] : entries) {
+            index.remove(QString::number(keyOf.value(id, -1)), QString::number(id));
+            index.insert(QString::number(key), QString::number(id));
+            keyOf.insert(id, key);
+        }
+        for (auto entry = keyOf.cbegin(); entry != keyOf.cend(); ++entry)
+            sets[QString::number(entry.value())].insert(QString::number(entry.key()));
+        const QStringList keys = *someTexts(7); // some given twice, some unknown
+        const QString key = QString::number(*rc::gen::inRange(0, 7));
+        const QString excluded = QString::number(*rc::gen::inRange(0, 7));
+
+        IdQuery query;
+        query.anyOf(index, keys);
+        query.equals(index, key);
+        query.noneOf(index.find(excluded));
+        const QSet<QString> expected = under(sets, keys).intersect(sets.value(key)).subtract(sets.value(excluded));
+        const QVector<QString> ids = query.ids();
+        RC_ASSERT(ids.size() == expected.size());
+        RC_ASSERT(QSet<QString>(ids.cbegin(), ids.cend()) == expected);
+    });
+    QVERIFY(holds);
+}
+
+T0_REGISTER_TEST(QuantityTest)
+
+#include "tst_Quantity.moc"

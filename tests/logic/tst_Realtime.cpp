@@ -1,0 +1,332 @@
+#include "LogicTest.h"
+#include "Tests.h"
+
+#include "RealtimeFields.h"
+
+#include <cmath>
+
+using namespace Master_Fields::ManualT0;
+using namespace Master_Values::OpenPositionSide;
+
+namespace {
+
+const char *const key = "u1_A1_600000.SH_SH";
+
+/// bought, sold of today, then of earlier days.
+VariantRecord position(double bought, double sold, double preBought, double preSold)
+{
+    return {{DailyBoughtQty, bought},
+            {DailySoldQty, sold},
+            {PreUnclosedBoughtQty, preBought},
+            {PreUnclosedSoldQty, preSold}};
+}
+
+} // namespace
+
+class RealtimeTest : public LogicTest
+{
+    Q_OBJECT
+
+private slots:
+    void scalesQuantities_data();
+    void scalesQuantities();
+    void derivesTheOpenPosition_data();
+    void derivesTheOpenPosition();
+    void feesFallOnTheClosingSide_data();
+    void feesFallOnTheClosingSide();
+    void limitsSaturate();
+    void averageOfNothingIsNotGuarded();
+    void newerTimeIsTaken_data();
+    void newerTimeIsTaken();
+    void firstLoadReplacesWithoutComparingTimes();
+    void laterAnswerAnnouncesWhatItChanged();
+    void failedFirstLoadIsRepeatedAndLaterOnesAreNot();
+    void recordsWithoutIdsStayInvisible();
+    void unknownSecuritiesShareAKey();
+    void sumsBySymbolAndExchange();
+    void newSymbolsOfTheUserAreGathered();
+    void laterAnswerAnnouncesNewSymbolsAtOnce();
+};
+
+void RealtimeTest::scalesQuantities_data()
+{
+    QTest::addColumn<QVariant>("sent");
+    QTest::addColumn<int>("factor");
+    QTest::addColumn<qint64>("held");
+    QTest::newRow("1.5 at 100") << QVariant(1.5) << 100 << qint64(150);
+    QTest::newRow("a trace below zero is 0") << QVariant(-0.0000001) << 100 << qint64(0);
+    QTest::newRow("-2.5 at 100") << QVariant(-2.5) << 100 << qint64(-250);
+    QTest::newRow("a fraction is cut off at 1 too") << QVariant(1.5) << 1 << qint64(1);
+    QTest::newRow("what a product lacks to a whole is made up") << QVariant(0.29) << 100 << qint64(29);
+    QTest::newRow("below zero too") << QVariant(-0.29) << 100 << qint64(-29);
+    QTest::newRow("not-a-number is 0") << QVariant(qQNaN()) << 100 << qint64(0);
+    QTest::newRow("beyond 64 bits is clamped") << QVariant(1e19) << 10 << std::numeric_limits<qint64>::max();
+}
+
+void RealtimeTest::scalesQuantities()
+{
+    QFETCH(QVariant, sent);
+    QFETCH(int, factor);
+    QFETCH(qint64, held);
+    for (const QString &field : RealtimeFields::scaledQty()) {
+        VariantRecord record{{field, sent}, {DailyBoughtAmount, 3.3}};
+        RealtimeFields::derive(record, "S", factor);
+        QCOMPARE(record.value(field), QVariant(held));
+        QCOMPARE(record.value(field).type(), QVariant::LongLong);
+        QCOMPARE(record.value(DailyBoughtAmount), QVariant(3.3));
+        // What is absent stays absent, what is derived does not.
+        QCOMPARE(record.contains(DailyBuyLimit), field == DailyBuyLimit);
+        QCOMPARE(record.value(Orvane_Fields::Security::symbol).toString(), QStringLiteral("S"));
+    }
+}
+
+void RealtimeTest::derivesTheOpenPosition_data()
+{
+    QTest::addColumn<VariantRecord>("fields");
+    QTest::addColumn<QVector<qint64>>("open"); // pre, daily, all
+    QTest::addColumn<QString>("side");
+    QTest::newRow("long") << position(300, 100, 0, 0) << QVector<qint64>{0, 200, 200} << BuyOpen;
+    QTest::newRow("short") << position(0, 100, 50, 0) << QVector<qint64>{50, -100, -50} << SellOpen;
+    QTest::newRow("flat over both days") << position(0, 50, 50, 0) << QVector<qint64>{50, -50, 0} << NoOpenPos;
+    QTest::newRow("nothing at all") << VariantRecord() << QVector<qint64>{0, 0, 0} << NoOpenPos;
+}
+
+void RealtimeTest::derivesTheOpenPosition()
+{
+    QFETCH(VariantRecord, fields);
+    QFETCH(QVector<qint64>, open);
+    QFETCH(QString, side);
+    fields.insert(DailyBoughtAmount, 3000.0);
+    fields.insert(DailySoldAmount, 1200.0);
+    RealtimeFields::derive(fields, "S", 1);
+    QCOMPARE(fields.value(PreOpenQty), QVariant(open.at(0)));
+    QCOMPARE(fields.value(DailyOpenQty), QVariant(open.at(1)));
+    QCOMPARE(fields.value(OpenPosQty), QVariant(open.at(2)));
+    QCOMPARE(fields.value(OpenPosSide).toString(), side);
+    const QVariant price = fields.value(OpenAvgPrice);
+    QCOMPARE(price, open.at(2) == 0 ? QVariant(0) : side == BuyOpen ? QVariant(10.0) : QVariant(12.0));
+    QCOMPARE(price.type(), open.at(2) == 0 ? QVariant::LongLong : QVariant::Double);
+}
+
+void RealtimeTest::feesFallOnTheClosingSide_data()
+{
+    QTest::addColumn<QString>("carried");
+    QTest::addColumn<double>("bought");
+    QTest::addColumn<double>("sold");
+    QTest::newRow("a carried short is closed by buying") << SellOpen << 1100.0 + 2200.0 << 800.0 + 2000.0;
+    QTest::newRow("a carried long is closed by selling") << BuyOpen << 1100.0 + 2000.0 << 800.0 + 1600.0;
+    QTest::newRow("nothing carried") << NoOpenPos << 1100.0 + 2000.0 << 800.0 + 2000.0;
+    QTest::newRow("no side") << "" << 1100.0 + 2000.0 << 800.0 + 2000.0;
+}
+
+void RealtimeTest::feesFallOnTheClosingSide()
+{
+    QFETCH(QString, carried);
+    VariantRecord record = position(10, 20, 30, 40);
+    record.insert(PreUnclosedSide, carried);
+    record.insert(DailyBuyTradeFee, 0.1);
+    record.insert(DailySellTradeFee, 0.2);
+    record.insert(DailyBoughtAmount, 1000);
+    record.insert(DailySoldAmount, 1000);
+    record.insert(PreUnclosedBoughtAmount, 2000);
+    record.insert(PreUnclosedSoldAmount, 2000);
+    RealtimeFields::derive(record, "S", 1);
+    QTEST(record.value(RtRealBoughtAmount).toDouble(), "bought");
+    QTEST(record.value(RtRealSoldAmount).toDouble(), "sold");
+    QCOMPARE(record.value(RtRealBoughtQty), QVariant(qint64(40)));
+    QCOMPARE(record.value(RtRealSoldQty), QVariant(qint64(60)));
+}
+
+void RealtimeTest::limitsSaturate()
+{
+    constexpr qint64 max = std::numeric_limits<qint64>::max();
+    VariantRecord record{{DailyBuyLimit, 9e18}, {PreUnclosedBuyLimit, 9e18}, {DailySellLimit, 7}};
+    RealtimeFields::derive(record, "S", 1);
+    QCOMPARE(record.value(RtTotalBuyLimit), QVariant(max));
+    QCOMPARE(record.value(RtTotalSellLimit), QVariant(qint64(7)));
+    RealtimeFields::add(record, record);
+    QCOMPARE(record.value(RtTotalBuyLimit), QVariant(max));
+}
+
+void RealtimeTest::averageOfNothingIsNotGuarded()
+{
+    VariantRecord record = position(-5, -10, 5, 0); // open 10 with nothing bought
+    record.insert(DailyBoughtAmount, 7);
+    RealtimeFields::derive(record, "S", 1);
+    QCOMPARE(record.value(OpenPosSide).toString(), BuyOpen);
+    QVERIFY(std::isinf(record.value(OpenAvgPrice).toDouble()));
+}
+
+void RealtimeTest::newerTimeIsTaken_data()
+{
+    QTest::addColumn<QString>("held");
+    QTest::addColumn<QString>("pushed");
+    QTest::addColumn<bool>("taken");
+    QTest::newRow("one step later") << "20240102 10:00:00.001"
+                                    << "20240102 10:00:00.002" << true;
+    QTest::newRow("an equal time is no news") << "20240102 10:00:00.001"
+                                              << "20240102 10:00:00.001" << false;
+    QTest::newRow("older") << "20240102 10:00:00.001"
+                           << "20240101 23:00:00.000" << false;
+    QTest::newRow("times are compared as text") << "9:00"
+                                                << "10:00" << false;
+    QTest::newRow("none against a time") << "1"
+                                         << "" << false;
+    QTest::newRow("any time against none") << ""
+                                           << "1" << true;
+}
+
+void RealtimeTest::newerTimeIsTaken()
+{
+    QFETCH(QString, held);
+    QFETCH(QString, pushed);
+    QFETCH(bool, taken);
+    start();
+    push(Rows::usage("A1", "u1", "600000 SH", held, {{DailyBoughtQty, 1}, {DailySoldQty, 9}}));
+    QCOMPARE(takeEvents(), QStringList(QString("usage ") + key));
+    push(Rows::usage("A1", "u1", "600000 SH", pushed, {{DailyBoughtQty, 2}}));
+    QCOMPARE(takeEvents(), taken ? QStringList(QString("usage ") + key) : QStringList());
+    const VariantRecord record = hub->GetRealtimePoolDetail("A1", "u1", "600000.SH", "SH");
+    QCOMPARE(record.value(DailyBoughtQty).toInt(), taken ? 2 : 1);
+    QCOMPARE(record.contains(DailySoldQty), !taken); // replaced whole
+    QCOMPARE(hub->GetRealtimePoolKey(record), QString(key));
+}
+
+void RealtimeTest::firstLoadReplacesWithoutComparingTimes()
+{
+    answerTraders({Rows::trader("t2", "Two")}, false);
+    push(Rows::usage("A1", "u1", "600000 SH", "5", {{DailyBoughtQty, 5}}));
+    push(Rows::usage("A1", "u1", "300001 SZ", "5"));
+    takeAsked();
+    takeEvents();
+    answerUsage({Rows::usage("A1", "u1", "600000 SH", "4", {{DailyBoughtQty, 4}}),
+                 Rows::usage("A1", "u1", "600000 SH", "3", {{DailyBoughtQty, 3}})});
+    QCOMPARE(takeEvents(), QStringList("inited 4"));
+    QCOMPARE(HubProbe::usageKeys(*hub), QStringList(key));
+    QCOMPARE(hub->GetRealtimePoolDetail("A1", "u1", "600000.SH", "SH").value(DailyBoughtQty).toInt(), 3);
+    QCOMPARE(HubProbe::indexFaults(*hub), QStringList());
+}
+
+void RealtimeTest::laterAnswerAnnouncesWhatItChanged()
+{
+    const VariantRecord first = Rows::usage("A1", "u1", "600000 SH", "1");
+    start({}, {}, {first});
+    answerUsage({first});
+    QCOMPARE(takeEvents(), QStringList("usage ")); // an empty list is announced too
+    answerUsage({first, Rows::usage("A1", "u1", "110001 SH", "1", {{DailyBoughtQty, 1}})});
+    settle();
+    QCOMPARE(rawEvents.value(0).second.type(), QVariant::List);
+    const QVariantList changed = rawEvents.value(0).second.toList();
+    QCOMPARE(changed.size(), 1);
+    QCOMPARE(changed.first().toMap(), hub->GetRealtimePoolDetail("A1", "u1", "110001.SH", "SH")); // derived
+    QCOMPARE(takeEvents(), QStringList("usage u1_A1_110001.SH_SH"));
+    answerUsage({}); // merging removes nothing
+    QCOMPARE(HubProbe::usageKeys(*hub).size(), 2);
+    takeEvents();
+}
+
+void RealtimeTest::failedFirstLoadIsRepeatedAndLaterOnesAreNot()
+{
+    close();
+    open(Mode::ByHand, {1, 600000, 600000});
+    answerTraders({Rows::trader("t2", "Two")}, true);
+    takeAsked();
+    for (int i = 0; i < 3; ++i) {
+        answerUsage({Rows::usage("A1", "u1", "600000 SH", "1")}, Rows::Fail);
+        QCOMPARE(awaitAsked(), QStringList("usage t2"));
+    }
+    QCOMPARE(HubProbe::usageKeys(*hub), QStringList());
+    answerUsage({});
+    answerUsage({}, Rows::Fail);
+    QCOMPARE(takeEvents(), QStringList({"inited 1", "inited 4"}));
+    QCOMPARE(takeAsked(), QStringList());
+}
+
+void RealtimeTest::recordsWithoutIdsStayInvisible()
+{
+    start();
+    push({});
+    QCOMPARE(takeEvents(), QStringList("usage ___"));
+    QVERIFY(hub->GetRealtimePoolDetailList({"A1", "A2"}, {}, "", "").isEmpty());
+    QVERIFY(hub->GetRealtimePoolDetail("", "", "", "").isEmpty());
+    QVERIFY(hub->GetProfitLossDataList({"A1"}, "", "", "").isEmpty());
+}
+
+void RealtimeTest::unknownSecuritiesShareAKey()
+{
+    start();
+    VariantRecord row = Rows::usage("A1", "u1", "999998 SH", "1", {{DailyBoughtQty, 3}});
+    row.insert(Orvane_Fields::Security::symbol, "sent.SH"); // the host's symbol counts, not the server's
+    push(row);
+    push(Rows::usage("A1", "u1", "999999 SH", "2", {{DailyBoughtQty, 4}}));
+    QCOMPARE(takeEvents(), QStringList({"usage u1_A1__SH", "usage u1_A1__SH"}));
+    const RecordList held = hub->GetRealtimePoolDetailList({"A1"}, {}, "", "");
+    QCOMPARE(held.size(), 1);
+    QCOMPARE(held.first().value(DailyBoughtQty).toInt(), 4);
+}
+
+void RealtimeTest::sumsBySymbolAndExchange()
+{
+    const auto row = [](const char *account, const char *trader, const char *security, int bought, double amount) {
+        return Rows::usage(
+            account, trader, security, "1",
+            {{DailyBoughtQty, bought}, {DailyBoughtAmount, amount}, {DailyBuyLimit, 5}, {PreUnclosedBuyLimit, 1}});
+    };
+    VariantRecord huge = row("A1", "u1", "300001 SZ", 1, 1);
+    huge.insert(DailySellLimit, 9e18);
+    VariantRecord hugeToo = row("A2", "u1", "300001 SZ", 1, 1);
+    hugeToo.insert(DailySellLimit, 9e18);
+    start({}, {},
+          {row("A2", "u1", "600000 SH", 200, 20.5), row("A1", "u1", "600000 SH", 100, 10.25),
+           row("A1", "t2", "600000 SH", 1000, 1), row("A1", "u1", "00700 SZHK", 1, 1),
+           row("A2", "u1", "00700 HHK", 1, 1), huge, hugeToo});
+    const RecordList sums = hub->GetRealtimeSumListMergeBySymbolExchange({"A2", "A1", "A1"}, "u1", "", "");
+    QStringList groups;
+    for (const VariantRecord &sum : sums)
+        groups.append(text(sum, Orvane_Fields::Security::symbol) + ' ' +
+                      text(sum, Orvane_Fields::UserAccount::securityExchange));
+    QCOMPARE(groups, QStringList({"00700.HK HHK", "00700.HK SZHK", "300001.SZ SZ", "600000.SH SH"}));
+    QCOMPARE(sums.at(2).value(RtTotalSellLimit), QVariant(std::numeric_limits<qint64>::max()));
+    const VariantRecord sum = sums.at(3);
+    QCOMPARE(sum.value(DailyBoughtQty), QVariant(qint64(300)));
+    QCOMPARE(sum.value(DailyBoughtAmount), QVariant(30.75));
+    QCOMPARE(sum.value(RtTotalBuyLimit), QVariant(qint64(12)));
+    // Everything else is the first record's, A1 by its key.
+    QCOMPARE(sum.value(OpenPosQty), QVariant(qint64(100)));
+    QCOMPARE(text(sum, Orvane_Fields::UserAccount::tradingAccount), QStringLiteral("A1"));
+    QVERIFY(hub->GetRealtimeSumListMergeBySymbolExchange({"A1"}, "", "", "").isEmpty());
+    QVERIFY(hub->GetRealtimeSumListMergeBySymbolExchange({}, "u1", "", "").isEmpty());
+}
+
+void RealtimeTest::newSymbolsOfTheUserAreGathered()
+{
+    close();
+    open(Mode::ByHand, {600000, 600000, 20});
+    start({}, {}, {Rows::usage("A1", "u1", "600000 SH", "1")});
+    hub->SetCurrentTradeAccount({"A1"});
+    takeEvents();
+    for (int i = 0; i < 50; ++i)
+        push(Rows::usage("A1", "u1", i % 2 == 0 ? "110001 SH" : "300001 SZ", QString::number(100 + i)));
+    QStringList events;
+    QTRY_VERIFY((events += takeEvents()).contains("symbols"));
+    events += takeEvents();
+    QCOMPARE(events.count("symbols"), 1);
+    QCOMPARE(events.size(), 51);
+    QCOMPARE(hub->GetCurrentTradableSymbolList(), QStringList({"110001.SH", "300001.SZ", "600000.SH"}));
+    push(Rows::usage("A1", "u1", "110001 SH", "999")); // no longer new
+    QCOMPARE(takeEvents(), QStringList("usage u1_A1_110001.SH_SH"));
+}
+
+void RealtimeTest::laterAnswerAnnouncesNewSymbolsAtOnce()
+{
+    start();
+    hub->SetCurrentTradeAccount({"A1"});
+    takeEvents();
+    answerUsage({Rows::usage("A1", "u1", "110001 SH", "1"), Rows::usage("A1", "u1", "300001 SZ", "1")});
+    QCOMPARE(takeEvents(), QStringList({"usage u1_A1_110001.SH_SH,u1_A1_300001.SZ_SZ", "symbols"}));
+    QCOMPARE(hub->GetCurrentTradableSymbolList(), QStringList({"110001.SH", "300001.SZ"}));
+}
+
+T0_REGISTER_TEST(RealtimeTest)
+
+#include "tst_Realtime.moc"

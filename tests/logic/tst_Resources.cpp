@@ -1,0 +1,169 @@
+#include "LogicTest.h"
+#include "Tests.h"
+
+using namespace Master_Fields::ManualT0;
+using State = MasterInitStateMgr::InitState;
+
+class ResourcesTest : public LogicTest
+{
+    Q_OBJECT
+
+private slots:
+    void quantitiesAreDisplayUnits_data();
+    void quantitiesAreDisplayUnits();
+    void summaryOfPools();
+    void summaryBeyondIntIsClamped();
+    void shortFormOfTheAnswerCovers();
+    void loadFinishesWithItsLastAccount_data();
+    void loadFinishesWithItsLastAccount();
+    void foreignAnswerDoesNotFinishALoad();
+    void secondRefreshStartsTheLoadAnew();
+};
+
+void ResourcesTest::quantitiesAreDisplayUnits_data()
+{
+    QTest::addColumn<QString>("security");
+    QTest::addColumn<QVariant>("sent");
+    QTest::addColumn<QVariant>("held");
+    QTest::newRow("factor 1 leaves the value as it is") << "600000 SH" << QVariant(1.5) << QVariant(1.5);
+    QTest::newRow("factor 10") << "110001 SH" << QVariant(12) << QVariant(qint64(120));
+    QTest::newRow("half away from zero") << "110001 SH" << QVariant(-0.25) << QVariant(qint64(-3));
+    QTest::newRow("a decimal text counts") << "110001 SH" << QVariant("1.0") << QVariant(qint64(10));
+    QTest::newRow("an unknown security has factor 1") << "999999 SH" << QVariant(7) << QVariant(7);
+}
+
+void ResourcesTest::quantitiesAreDisplayUnits()
+{
+    QFETCH(QString, security);
+    QFETCH(QVariant, sent);
+    QFETCH(QVariant, held);
+    const RecordList rows{Rows::resource("r1", "A1", security, sent)};
+    start(rows);
+    QCOMPARE(hub->GetResourceDetailById("r1").value(ResourceQty), held);
+    answerResources("A1", rows); // both paths scale alike
+    QCOMPARE(hub->GetResourceDetailById("r1").value(ResourceQty), held);
+    takeEvents();
+}
+
+void ResourcesTest::summaryOfPools()
+{
+    start({Rows::resource("r1", "A1", "600000 SH", 1000), Rows::resource("r2", "A1", "600000 SH", 10)},
+          {Rows::pool("p2", "A1", "600000 SH", "public", 300, "r1"),
+           Rows::pool("p1", "A1", "600000 SH", "t2", 200, "r1"),
+           Rows::pool("p3", "A1", "600000 SH", "gone", 100, "r1")});
+    const RecordList all = hub->GetAllResourceList();
+    QCOMPARE(Rows::texts(all, ResourceId), QStringList({"r1", "r2"}));
+    for (const VariantRecord &resource : all) {
+        const bool hasPools = resource.value(ResourceId) == "r1";
+        QCOMPARE(resource.value(PublicPoolQty), QVariant(hasPools ? 300 : 0));
+        QCOMPARE(resource.value(PrivatePoolQty), QVariant(hasPools ? 300 : 0));
+        QCOMPARE(resource.value(PublicPoolQty).type(), QVariant::Int);
+        // By pool id; an unknown trader has an empty name and keeps its place.
+        QCOMPARE(resource.value(T0TraderId).toString(), QString(hasPools ? "t2,public,gone" : ""));
+        QCOMPARE(resource.value(T0TraderName).toString(), QString(hasPools ? "Two,public," : ""));
+    }
+    QVERIFY(!hub->GetResourceDetailById("r1").contains(PublicPoolQty));
+    QVERIFY(hub->GetResourceDetailById("unknown").isEmpty());
+}
+
+void ResourcesTest::summaryBeyondIntIsClamped()
+{
+    VariantRecord third = Rows::pool("p3", "A1", "600000 SH", "x", 5, "r1");
+    third.insert(PoolType, 2); // whatever is not private is public
+    start({Rows::resource("r1", "A1", "600000 SH", 1)},
+          {Rows::pool("p1", "A1", "600000 SH", "t2", 2000000000, "r1"),
+           Rows::pool("p2", "A1", "600000 SH", "u1", 2000000000, "r1"), third});
+    const VariantRecord resource = hub->GetAllResourceList().first();
+    QCOMPARE(resource.value(PrivatePoolQty), QVariant(std::numeric_limits<int>::max()));
+    QCOMPARE(resource.value(PublicPoolQty), QVariant(5));
+    QCOMPARE(resource.value(T0TraderId).toString(), QStringLiteral("t2,u1,public"));
+}
+
+void ResourcesTest::shortFormOfTheAnswerCovers()
+{
+    start({Rows::resource("r1", "A1", "600000 SH", 1)});
+    const QVariantMap query{{Orvane_Fields::UserAccount::tradingAccount, "A1"}};
+    QVERIFY(QMetaObject::invokeMethod(hub.get(), "slotQueryResourceResponse", Qt::BlockingQueuedConnection,
+                                      Q_ARG(QString, Rows::Success), Q_ARG(QVariantMap, query),
+                                      Q_ARG(QList<QVariantMap>, QList<QVariantMap>())));
+    QVERIFY(hub->GetAllResourceList().isEmpty());
+    QCOMPARE(takeEvents(), QStringList("resources A1"));
+}
+
+void ResourcesTest::loadFinishesWithItsLastAccount_data()
+{
+    QTest::addColumn<QStringList>("answers"); // of both families
+    QTest::addColumn<int>("retries");
+    QTest::addColumn<int>("state");
+    QTest::newRow("both answer") << QStringList({"A1 success", "A2 success"}) << 0 << int(State::Inited);
+    QTest::newRow("one failure is repeated once")
+        << QStringList({"A1 fail", "A1 success", "A2 success"}) << 1 << int(State::Inited);
+    QTest::newRow("given up first, then a success")
+        << QStringList({"A1 fail", "A1 timeout", "A2 success"}) << 1 << int(State::Inited);
+    QTest::newRow("given up last") << QStringList({"A2 success", "A1 fail", "A1 fail"}) << 1 << int(State::InitFailed);
+    QTest::newRow("both given up") << QStringList({"A1 fail", "A2 fail", "A1 fail", "A2 fail"}) << 2
+                                   << int(State::InitFailed);
+}
+
+void ResourcesTest::loadFinishesWithItsLastAccount()
+{
+    QFETCH(QStringList, answers);
+    QFETCH(int, retries);
+    QFETCH(int, state);
+    hub->InitData();
+    answerProducts({Rows::product("P1", "A1"), Rows::product("P1", "A2")});
+    takeAsked();
+    takeEvents();
+    for (const QString &answer : qAsConst(answers)) {
+        QCOMPARE(hub->GetInitStateByType(ManualT0Logic::Resources), State::Initing);
+        QCOMPARE(hub->GetInitStateByType(ManualT0Logic::SecurityPools), State::Initing);
+        const QString account = answer.section(' ', 0, 0);
+        // Rows of a failed answer are the pages before the failure: not stored.
+        answerResources(account, {Rows::resource(answer, account, "600000 SH", 1)}, answer.section(' ', 1));
+        answerPools(account, {Rows::pool(answer, account, "600000 SH", "u1", 1, "r")}, answer.section(' ', 1));
+    }
+    QCOMPARE(takeAsked().size(), 2 * retries);
+    QCOMPARE(takeEvents(), QStringList({"inited 2", "inited 3"}));
+    QCOMPARE(int(hub->GetInitStateByType(ManualT0Logic::Resources)), state);
+    QCOMPARE(int(hub->GetInitStateByType(ManualT0Logic::SecurityPools)), state);
+    QCOMPARE(hub->GetAllResourceList().size(), answers.filter("success").size());
+    QCOMPARE(hub->GetAllSecurityPoolList().size(), answers.filter("success").size());
+}
+
+void ResourcesTest::foreignAnswerDoesNotFinishALoad()
+{
+    hub->InitData();
+    answerProducts({Rows::product("P1", "A1"), Rows::product("P1", "A2")});
+    answerResources("A9", {});
+    answerResources("A1", {});
+    answerResources("A1", {}); // a late one of an earlier load
+    QCOMPARE(hub->GetInitStateByType(ManualT0Logic::Resources), State::Initing);
+    answerResources("A2", {});
+    answerPools("A9", {});
+    answerPools("A2", {});
+    answerPools("A2", {});
+    QCOMPARE(takeEvents(), QStringList({"inited 0", "inited 2"}));
+    answerPools("A1", {});
+    QCOMPARE(takeEvents(), QStringList("inited 3"));
+    takeAsked();
+}
+
+void ResourcesTest::secondRefreshStartsTheLoadAnew()
+{
+    start({Rows::resource("r1", "A1", "600000 SH", 1)});
+    hub->RefreshDataByType(ManualT0Logic::Resources);
+    answerResources("A1", {Rows::resource("r1", "A1", "600000 SH", 1)});
+    hub->RefreshDataByType(ManualT0Logic::Resources);
+    QVERIFY(hub->GetAllResourceList().isEmpty());
+    for (const char *account : {"A2", "A3", "A4"})
+        answerResources(account, {});
+    QCOMPARE(takeEvents(), QStringList());
+    answerResources("A1", {Rows::resource("r1", "A1", "600000 SH", 1)});
+    QCOMPARE(takeEvents(), QStringList("inited 2"));
+    QCOMPARE(hub->GetAllResourceList().size(), 1);
+    QCOMPARE(takeAsked().count("resources A1"), 2);
+}
+
+T0_REGISTER_TEST(ResourcesTest)
+
+#include "tst_Resources.moc"

@@ -65,7 +65,7 @@ public:
     VariantRecord usage(const QString &account)
     {
         VariantRecord row = Rows::usage(account, of({"u1", "u1", "t2", "t3", ""}), security(),
-                                        QStringLiteral("%1").arg(++m_clock - upTo(60), 8, 10, QLatin1Char('0')));
+                                        QStringLiteral("%1").arg(++m_clock / 8 - upTo(4), 8, 10, QLatin1Char('0')));
         for (const QString &field :
              {PreUnclosedBuyLimit, PreUnclosedSellLimit, PreUnclosedBoughtQty, PreUnclosedSoldQty, DailyBuyLimit,
               DailySellLimit, DailyBoughtQty, DailySoldQty, RtPoolTotalQty}) {

@@ -3,7 +3,6 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
-#include <QtCore/QRegularExpression>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
@@ -37,8 +36,7 @@ private:
 private slots:
     void initTestCase();
     void pluginFolderHoldsALinkToTheLibrary();
-    void onlyTheFacadeAndThePluginEntriesAreExported();
-    void nothingButQtAndTheHostIsNeeded();
+    void libraryStaysLoaded();
     void pluginAndLibraryAreOneHub_data();
     void pluginAndLibraryAreOneHub();
 };
@@ -64,44 +62,9 @@ void TestInstalled::pluginFolderHoldsALinkToTheLibrary()
     QVERIFY(QFileInfo(plugin.canonicalFilePath()).isFile());
 }
 
-void TestInstalled::onlyTheFacadeAndThePluginEntriesAreExported()
+void TestInstalled::libraryStaysLoaded()
 {
-    const QStringList lines =
-        outputOf(QStringLiteral("nm"), {QStringLiteral("-DC"), QStringLiteral("--defined-only"), m_library})
-            .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    // Weak symbols are instantiations of Qt's and the standard library's templates; those that begin with an
-    // underscore are the linker's and the sanitizers'.
-    static const QRegularExpression allowed(QStringLiteral(
-        "^[0-9a-f]+ (?:[VWu] |[A-Z] (?:_|(?:vtable for |typeinfo for |typeinfo name for )?ManualT0Logic\\b"
-        "|qt_plugin_(?:instance|query_metadata)$))"));
-    QStringList strangers;
-    for (const QString &line : lines) {
-        if (!allowed.match(line).hasMatch())
-            strangers.append(line);
-    }
-    QCOMPARE(strangers, QStringList());
-    // A weak symbol of one of our own classes would have left the library with a template or an inline function.
-    const QStringList hidden =
-        lines.filter(QRegularExpression(QStringLiteral("ManualT0Logic(?:Private|Plugin|Presenter)")));
-    QCOMPARE(hidden, QStringList());
-    QVERIFY(lines.filter(QStringLiteral("ManualT0Logic::InitData()")).size() == 1);
-}
-
-void TestInstalled::nothingButQtAndTheHostIsNeeded()
-{
-    static const QRegularExpression needed(QStringLiteral("\\(NEEDED\\).*\\[(.+)\\]"));
-    static const QRegularExpression allowed(
-        QStringLiteral("^lib(?:Qt5Core|Qt5Gui|Qt5Widgets|t0host|t0wire|stdc\\+\\+|gcc_s|c|m|asan|ubsan|tsan)\\.so"));
     const QString dynamic = outputOf(QStringLiteral("readelf"), {QStringLiteral("-dW"), m_library});
-    QStringList strangers;
-    QRegularExpressionMatchIterator entry = needed.globalMatch(dynamic);
-    QVERIFY(entry.hasNext());
-    while (entry.hasNext()) {
-        const QString name = entry.next().captured(1);
-        if (!allowed.match(name).hasMatch())
-            strangers.append(name);
-    }
-    QCOMPARE(strangers, QStringList());
     QVERIFY2(dynamic.contains(QLatin1String("NODELETE")), "threads and meta types point into the library");
 }
 

@@ -1,7 +1,6 @@
 #include "ManualT0LogicPrivate.h"
 
 #include "CBusinessDataBase.h"
-#include "HostLog.h"
 #include "ManualT0Logic.h"
 #include "MarginDC.h"
 #include "MasterDelayBuffer.h"
@@ -30,7 +29,6 @@ ManualT0LogicPrivate::ManualT0LogicPrivate(QObject *parent, HubTiming timing)
     loginUserId = CBusinessDataBase::GetLoginAccountDetail().value(Orvane_Fields::UserAccount::userID).toString();
     buildCandidates();
     loadSymbolLists();
-    HOST_DEBUG("ManualT0LogicPrivate", "ManualT0LogicPrivate::ManualT0LogicPrivate" << t0SymbolList.size());
     loadSymbolTradeSettings();
     MarginDC::init({});
 }

@@ -1,6 +1,7 @@
 #include "CBusinessDataBase.h"
 #include "DisplayUnits.h"
 #include "HCore.h"
+#include "HostLog.h"
 #include "ManualT0LogicPrivate.h"
 #include "MasterBusinessDataInterface.h"
 #include "MasterConstants.h"
@@ -113,6 +114,7 @@ void ManualT0LogicPrivate::loadSymbolLists()
     const QStringList bonds{MdcSubSecurityType::Convertiblebond};
 
     t0SymbolList = CBusinessDataBase::GetSymbolListByTypeList(MdcSecurityType::BondType, bonds, suffixes, false, {});
+    HOST_DEBUG("ManualT0LogicPrivate", "ManualT0LogicPrivate::ManualT0LogicPrivate" << t0SymbolList.size());
     tradableSymbolTypes = {
         {MdcSecurityType::StockType,
          SubTypes::CommonStockTypeList + QStringList(SubTypes::BjSelectedStock),

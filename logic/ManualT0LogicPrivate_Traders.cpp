@@ -111,8 +111,11 @@ void ManualT0LogicPrivate::subscribePoolRealTime(const QStringList &traderIds)
         return;
     }
     bool all = true; // of no traders too: a manager without traders has nothing to hear
-    for (const QString &trader : traderIds)
+    for (const QString &trader : traderIds) {
+        if (stopping) // each subscription may wait for the server
+            return;
         all = subscribe(trader) && all;
+    }
     pushSubscribed = all;
 }
 

@@ -87,7 +87,6 @@ void ManualT0LogicPlugin::connectHub(ManualT0LogicPrivate *hub, ManualT0LogicPre
 {
     using Hub = ManualT0LogicPrivate;
     using Presenter = ManualT0LogicPresenterClass;
-    connect(hub, &Hub::signalQueryT0Products, presenter, &Presenter::slotQueryT0Products, type);
     connect(hub, &Hub::signalQueryT0Traders, presenter, &Presenter::slotQueryT0Traders, type);
     connect(hub, &Hub::signalQueryResources, presenter, &Presenter::slotQueryResources, type);
     connect(hub, &Hub::signalQuerySecurityPool, presenter, &Presenter::slotQuerySecurityPool, type);
@@ -104,4 +103,6 @@ void ManualT0LogicPlugin::connectHub(ManualT0LogicPrivate *hub, ManualT0LogicPre
     connect(presenter, &Presenter::signalRecvPoolRealtimeChangedPush, hub, &Hub::slotRecvPoolRealtimeChangedPush, type);
     connect(presenter, &Presenter::signalQueryAccountPriorityResponse, hub, &Hub::slotQueryT0AccountPriorityResponse,
             type);
+    // Last: the hub takes this one for a sign that all are made, and refreshes nothing before.
+    connect(hub, &Hub::signalQueryT0Products, presenter, &Presenter::slotQueryT0Products, type);
 }

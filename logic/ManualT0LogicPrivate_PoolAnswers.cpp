@@ -153,6 +153,7 @@ void ManualT0LogicPrivate::takeFirstPools(const QString &tradingAccount, const R
 void ManualT0LogicPrivate::failFirstPools(const QString &tradingAccount)
 {
     WriteLock lock(securityPoolLock);
+    // A late answer of an account that is not outstanding earns it the same one retry.
     const int failures = pendingSecurityPoolAccounts.value(tradingAccount);
     pendingSecurityPoolAccounts.insert(tradingAccount, failures + 1);
     if (failures > 0)

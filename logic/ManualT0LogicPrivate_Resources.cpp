@@ -158,6 +158,7 @@ void ManualT0LogicPrivate::takeFirstResources(const QString &tradingAccount, con
 void ManualT0LogicPrivate::failFirstResources(const QString &tradingAccount)
 {
     WriteLock lock(resourceLock);
+    // A late answer of an account that is not outstanding earns it the same one retry.
     const int failures = pendingResourceAccounts.value(tradingAccount);
     pendingResourceAccounts.insert(tradingAccount, failures + 1);
     if (failures > 0)

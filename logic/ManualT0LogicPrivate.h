@@ -241,12 +241,21 @@ private:
     void takeFirstPools(const QString &tradingAccount, const RecordList &rows) T0_EXCLUDES(securityPoolLock);
     void failFirstPools(const QString &tradingAccount) T0_EXCLUDES(securityPoolLock);
     void takeLaterPools(const QString &tradingAccount, const RecordList &rows) T0_EXCLUDES(securityPoolLock);
+    struct PoolChanges {
+        QStringList changedIds; ///< new and changed pools, ascending
+        QVariantList deletedRecords;
+    };
+    PoolChanges replacePools(const QString &tradingAccount, const QHash<QString, VariantRecord> &fresh)
+        T0_REQUIRES(securityPoolLock);
     void clearSecurityPools() T0_REQUIRES(securityPoolLock);
     void storePool(const VariantRecord &pool) T0_REQUIRES(securityPoolLock);
     VariantRecord takePool(const QString &poolId) T0_REQUIRES(securityPoolLock);
     void indexPool(const VariantRecord &pool) T0_REQUIRES(securityPoolLock);
     void unindexPool(const VariantRecord &pool) T0_REQUIRES(securityPoolLock);
     void resetSecurityPoolIndex() T0_REQUIRES(securityPoolLock);
+    using PublicPools = QMap<QString, VariantRecord>; ///< by account, symbol and exchange
+    PublicPools publicPoolsByPartner(const QStringList &accountList, const QString &symbol,
+                                     const QString &exchange) const T0_REQUIRES_SHARED(securityPoolLock);
     QVector<QString> poolIds(const QStringList &accounts, const QStringList &traderIds, const QString &symbol,
                              const QString &exchange, bool withoutPublic) const T0_REQUIRES_SHARED(securityPoolLock);
 

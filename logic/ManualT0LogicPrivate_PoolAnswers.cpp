@@ -177,34 +177,40 @@ void ManualT0LogicPrivate::takeLaterPools(const QString &tradingAccount, const R
 
     WriteLock lock(securityPoolLock);
     const int countBefore = securityPoolMap.size();
-    IdSet changed;
-    for (auto pool = fresh.cbegin(); pool != fresh.cend(); ++pool)
-        changed.insert(pool.key());
-    QVariantList deletedRecords;
+    const PoolChanges changes = replacePools(tradingAccount, fresh);
+    HOST_INFO("ManualT0LogicPrivate", "ManualT0LogicPrivate::slotQuerySecurityPoolResponse"
+                                          << countsText(countBefore, fresh.size(), changes.deletedRecords.size(),
+                                                        tradingAccount, securityPoolMap.size()));
+    // deliberate: sent under the lock, as after a load
+    if (!changes.changedIds.isEmpty())
+        sendEvent(Vanta_Keys::EventMsgName::ManualT0SecurityPoolUpdated, changes.changedIds);
+    if (!changes.deletedRecords.isEmpty())
+        sendEvent(Vanta_Keys::EventMsgName::ManualT0SecurityPoolDeleted, changes.deletedRecords);
+}
+
+ManualT0LogicPrivate::PoolChanges ManualT0LogicPrivate::replacePools(const QString &tradingAccount,
+                                                                     const QHash<QString, VariantRecord> &fresh)
+{
+    PoolChanges changes;
+    IdSet unchanged;
     const IdSet *held = poolIdsByTradingAccount.find(tradingAccount);
     const IdSet oldIds = held ? *held : IdSet();
     for (const QString &id : oldIds) {
         const auto now = fresh.constFind(id);
         if (now == fresh.cend())
-            deletedRecords.append(takePool(id));
+            changes.deletedRecords.append(takePool(id));
         else if (securityPoolMap.value(id) == *now)
-            changed.remove(id);
+            unchanged.insert(id);
     }
-    for (const VariantRecord &pool : qAsConst(fresh))
-        storePool(pool);
+    for (auto pool = fresh.cbegin(); pool != fresh.cend(); ++pool) {
+        storePool(*pool); // an equal one too: its numbers may be of another type
+        if (!unchanged.contains(pool.key()))
+            changes.changedIds.append(pool.key());
+    }
     if (poolTradersAreUsers)
         resetSecurityPoolIndex();
-    HOST_INFO("ManualT0LogicPrivate", "ManualT0LogicPrivate::slotQuerySecurityPoolResponse"
-                                          << countsText(countBefore, fresh.size(), deletedRecords.size(),
-                                                        tradingAccount, securityPoolMap.size()));
-    // deliberate: sent under the lock, as after a load
-    if (!changed.isEmpty()) {
-        QStringList changedIds = changed.values();
-        changedIds.sort();
-        sendEvent(Vanta_Keys::EventMsgName::ManualT0SecurityPoolUpdated, changedIds);
-    }
-    if (!deletedRecords.isEmpty())
-        sendEvent(Vanta_Keys::EventMsgName::ManualT0SecurityPoolDeleted, deletedRecords);
+    changes.changedIds.sort();
+    return changes;
 }
 
 void ManualT0LogicPrivate::clearSecurityPools()

@@ -21,6 +21,16 @@ QString partnerKey(const VariantRecord &pool)
            text(pool, Orvane_Fields::UserAccount::securityExchange);
 }
 
+/// Gives a pool the quantity of its public partner, which is then taken.
+void takePartner(VariantRecord &pool, QMap<QString, VariantRecord> &publicPools)
+{
+    const auto partner = publicPools.find(partnerKey(pool));
+    if (partner == publicPools.end())
+        return;
+    pool.insert(PublicPoolQty, partner->value(PoolTotalQty));
+    publicPools.erase(partner);
+}
+
 /// A public pool without a partner: its quantity stands beside an empty private one.
 VariantRecord withoutPartner(VariantRecord publicPool)
 {
@@ -87,40 +97,43 @@ RecordList ManualT0LogicPrivate::GetSecurityPoolDetailListByTradingList(const QS
     QElapsedTimer elapsed;
     elapsed.start();
 
-    RecordList pools;
-    QMap<QString, VariantRecord> publicByKey;
     ReadLock lock(securityPoolLock);
     QVector<QString> ids = poolIds(accountList, traderIdList, symbol, exchange, withPublic);
+    PublicPools publicPools;
     if (withPublic) {
-        const QStringList publicIds =
-            sorted(poolIds(accountList, {ManualT0Logic::PublicTrader}, symbol, exchange, false));
-        for (const QString &id : publicIds) {
-            const VariantRecord pool = securityPoolMap.value(id);
-            publicByKey.insert(partnerKey(pool), pool);
-        }
+        publicPools = publicPoolsByPartner(accountList, symbol, exchange);
         std::sort(ids.begin(), ids.end()); // the first of several partners is the same one every time
     }
+    RecordList pools;
     pools.reserve(ids.size());
     for (const QString &id : qAsConst(ids)) {
         pools.append(securityPoolMap.value(id));
-        if (publicByKey.isEmpty())
-            continue;
-        const auto partner = publicByKey.find(partnerKey(pools.last()));
-        if (partner == publicByKey.end())
-            continue;
-        pools.last().insert(PublicPoolQty, partner->value(PoolTotalQty));
-        publicByKey.erase(partner);
+        if (!publicPools.isEmpty())
+            takePartner(pools.last(), publicPools);
     }
     lock.unlock();
 
     ReadLock namesLock(traderLock);
     fillTraderNames(pools);
     namesLock.unlock();
-    for (const VariantRecord &publicPool : qAsConst(publicByKey))
+    for (const VariantRecord &publicPool : qAsConst(publicPools))
         pools.append(withoutPartner(publicPool));
     HOST_DEBUG("ManualT0LogicPrivate", "ManualT0LogicPrivate::GetSecurityPoolDetailListByTradingList"
                                            << "get security pools" << elapsed.elapsed());
     return pools;
+}
+
+ManualT0LogicPrivate::PublicPools ManualT0LogicPrivate::publicPoolsByPartner(const QStringList &accountList,
+                                                                             const QString &symbol,
+                                                                             const QString &exchange) const
+{
+    PublicPools publicPools;
+    const QStringList ids = sorted(poolIds(accountList, {ManualT0Logic::PublicTrader}, symbol, exchange, false));
+    for (const QString &id : ids) {
+        const VariantRecord pool = securityPoolMap.value(id);
+        publicPools.insert(partnerKey(pool), pool);
+    }
+    return publicPools;
 }
 
 RecordList ManualT0LogicPrivate::GetSecurityPoolDetailListByTrading(const QString &tradingAccount,

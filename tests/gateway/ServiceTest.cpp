@@ -61,7 +61,7 @@ private slots:
     void refusesBadPaging_data();
     void refusesBadPaging();
     void theLoginDecidesWhoAsks();
-    void accountsAreThoseOfTheUser();
+    void everybodyKnowsAllAccountsButOnlyOwnHoldings();
     void referenceDataIsInServerUnits();
     void productsBeginWithAnEchoRow();
     void usersByRole();
@@ -168,16 +168,16 @@ void ServiceTest::theLoginDecidesWhoAsks()
                               {Stand_Fields::User::roles, QVariantList{Master_Values::UserRoles::ManualT0Trader}}}}));
 }
 
-void ServiceTest::accountsAreThoseOfTheUser()
+void ServiceTest::everybodyKnowsAllAccountsButOnlyOwnHoldings()
 {
     const auto gateway = openGateway(SampleBooks::make(1));
     const auto accounts = [&](const QString &user) {
         return texts(TestClient(gateway, user).ask(Stand_MsgType::QueryAccountsRequest).rows,
                      UserAccount_::tradingAccount);
     };
-    QCOMPARE(accounts("trader2"), (QStringList{"A000302", "A000201", "A000101"}));
-    QCOMPARE(accounts("manager1"),
-             (QStringList{"A000101", "A000102", "A000201", "A000202", "A000301", "A000302", "A000303"}));
+    for (const char *user : {"trader2", "manager1"})
+        QCOMPARE(accounts(user),
+                 (QStringList{"A000101", "A000102", "A000201", "A000202", "A000301", "A000302", "A000303"}));
     const auto holders = [&](const QString &user, const QString &type) {
         return textSet(TestClient(gateway, user).all(type, {}, 7), UserAccount_::tradingAccount);
     };

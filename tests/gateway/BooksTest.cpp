@@ -59,17 +59,27 @@ void BooksTest::namesEveryErrorAtOnce()
         const int line = TestBooks::spoil(files, file, row, column, value);
         expected.append(place(file, line, column, QString::fromUtf8(value)));
     };
+    // A cell that cannot be read hides no relation of the others in its row, and makes none up.
+    plant(BookFiles::ticks(), 3, "tick", "none");
     plant(BookFiles::ticks(), 3, "from", "0.6");
+    plant(BookFiles::ticks(), 5, "to", "x");
     plant(BookFiles::sessions(), 2, "from", "9:20:00");
+    plant(BookFiles::sessions(), 3, "phase", "Lunch");
+    plant(BookFiles::sessions(), 3, "to", "09:00:00");
     plant(BookFiles::instruments(), 1, "preClose", "cheap");
+    plant(BookFiles::instruments(), 1, "maxQty", "99");
+    plant(BookFiles::instruments(), 3, "lotSize", "x");
     plant(BookFiles::instruments(), 3, "tickTable", "XX");
     plant(BookFiles::accounts(), 2, "buyFee", "1.5");
     plant(BookFiles::users(), 2, "accounts", "A000101;A000201;A000302;A999999");
+    plant(BookFiles::positions(), 1, "securityID", "6_1");
     plant(BookFiles::positions(), 1, "tradeable", "100000");
     plant(BookFiles::margin(), 1, "quantity", "-1");
     plant(BookFiles::resources(), 2, "quantity", "x");
+    plant(BookFiles::pools(), 1, "maxExposure", "x");
     plant(BookFiles::pools(), 1, "quantity", "9000");
     plant(BookFiles::carried(), 1, "side", "Both");
+    plant(BookFiles::quotes(), 1, "last", "much");
     plant(BookFiles::quotes(), 1, "symbol", "600000.SH");
 
     const Books::Loaded result = loaded(files);

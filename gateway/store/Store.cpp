@@ -187,6 +187,16 @@ QVector<Row> Store::Private::rows(const QString &sql, const QVariantList &values
     return found;
 }
 
+bool Store::isResourceId(const QString &text)
+{
+    return StoreIds::row(text, QLatin1Char(StoreIds::resourceKind)) > 0;
+}
+
+bool Store::isPoolId(const QString &text)
+{
+    return StoreIds::row(text, QLatin1Char(StoreIds::poolKind)) > 0;
+}
+
 QVector<StoredResource> Store::resources(const QString &account, const QString &afterId, int limit)
 {
     const qint64 after = StoreIds::row(afterId, QLatin1Char(StoreIds::resourceKind));

@@ -49,6 +49,10 @@ public:
     /// Returns nullptr and fills errorText.
     static std::unique_ptr<Store> open(const QString &file, const Books &books, QString &errorText);
 
+    /// Whether a text looks like an id that a store gives; there may be no such row.
+    static bool isResourceId(const QString &text);
+    static bool isPoolId(const QString &text);
+
     /// The rows of one account behind the given id (empty: from the first), at most limit of them.
     QVector<StoredResource> resources(const QString &account, const QString &afterId, int limit);
     QVector<StoredPool> pools(const QString &account, const QString &afterId, int limit);

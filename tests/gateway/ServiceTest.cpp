@@ -133,6 +133,11 @@ void ServiceTest::refusesBadPaging_data()
     QTest::newRow("page far away") << usage << Stand_Fields::Paging::pageIndex << QVariant(2147483647) << place;
     QTest::newRow("behind the last") << Stand_MsgType::QueryQuotesRequest << Stand_Fields::Paging::position
                                      << QVariant("99") << place;
+    for (const char *position : {"x", "P000000001", "R+00000001", "R1", "R000000000", "R-00000001"})
+        QTest::newRow(position) << Master_MsgType::QueryManualT0ResourceRequest << Stand_Fields::Paging::position
+                                << QVariant(position) << place;
+    QTest::newRow("of a resource") << Master_MsgType::QueryManualT0SecurityPoolRequest << Stand_Fields::Paging::position
+                                   << QVariant("R000000001") << place;
 }
 
 void ServiceTest::refusesBadPaging()

@@ -75,6 +75,8 @@ private:
     // Service_Usage.cpp
     MessageBody queryUsage(const Request &request);
     MessageBody pushUsage(const Request &request);
+    /// A record as it is, to those who subscribed its trader. Any logged-in user may: it is a control of the
+    /// console and changes no state.
     VariantRecord usageRow(const StoredUsage &usage) const;
 
     struct Push {

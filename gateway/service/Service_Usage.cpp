@@ -168,3 +168,10 @@ MessageBody Service::pushUsage(const Request &request)
     m_pushes.append({Envelope::push(Master_MsgType::ManualT0RealTimePoolUsagePush, {{}, {row}}), trader});
     return Answers::success();
 }
+    // Clients join ids with these.
+    for (const QString &field : {T0_::T0TraderId, Orvane_Fields::UserAccount::tradingAccount,
+                                 Orvane_Fields::Security::securityID, Orvane_Fields::UserAccount::securityExchange}) {
+        const QString id = request.text(field);
+        if (id.contains(QLatin1Char('_')) || id.contains(QLatin1Char(',')))
+            return Answers::refused(GatewayTexts::badId(id));
+    }

@@ -148,6 +148,12 @@ void DeliveryTest::pushesGoToWhoSubscribed()
     for (int i = 0; i < 4; ++i)
         QVERIFY(succeeded(silent.ask(Stand_MsgType::PushUsageRequest, usageOf(i % 2 ? "t2" : "t1", i))));
     QCOMPARE(refusal(silent.ask(Stand_MsgType::PushUsageRequest)), QStringLiteral("缺少交易员"));
+    for (const QString &field : {T0_::T0TraderId, Orvane_Fields::UserAccount::tradingAccount,
+                                 Orvane_Fields::Security::securityID, Orvane_Fields::UserAccount::securityExchange}) {
+        VariantRecord row = usageOf("t1", 9);
+        row.insert(field, field.size() % 2 ? "t1,t2" : "t1_t2");
+        QVERIFY(refusal(silent.ask(Stand_MsgType::PushUsageRequest, row)).startsWith(QStringLiteral("标识不能含有")));
+    }
     const auto numbers = [](TestClient &client) {
         client.ask(Stand_MsgType::EchoRequest);
         QVector<int> found;

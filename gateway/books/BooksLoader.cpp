@@ -105,16 +105,22 @@ void BooksLoader::readTick(RowReader &row)
     band.from = row.atLeast("from", 0);
     band.to = row.text("to").isEmpty() ? 0 : row.above("to", 0);
     band.tick = row.above("tick", 0);
+    const bool readable = row.ok({"to"});
     QVector<TickBand> &bands = m_books.tickTables[table];
-    if (row.ok() && band.to > 0 && band.to <= band.from)
+    if (row.ok({"from", "to"}) && band.to > 0 && band.to <= band.from)
         row.fail("to", QStringLiteral("a price above the band's start, or nothing for no end"));
-    if (row.ok() && bands.isEmpty() && band.from > 0)
+    if (row.ok({"table", "from"}) && bands.isEmpty() && band.from > 0)
         row.fail("from", QStringLiteral("0, where the first band of a table starts"));
-    if (row.ok() && !bands.isEmpty() && band.from != bands.constLast().to)
+    const bool endKnown = !bands.isEmpty() && !m_unknownEnds.contains(table);
+    if (row.ok({"from"}) && endKnown && band.from != bands.constLast().to)
         row.fail("from", bands.constLast().to > 0
                              ? QStringLiteral("%1, where the former band of the table ends").arg(bands.constLast().to)
                              : QStringLiteral("no band behind the one without an end"));
     bands.append(band);
+    if (readable)
+        m_unknownEnds.remove(table);
+    else
+        m_unknownEnds.insert(table);
 }
 
 void BooksLoader::readSession(RowReader &row)
@@ -127,14 +133,14 @@ void BooksLoader::readSession(RowReader &row)
     phase.from = row.time("from");
     phase.to = row.time("to");
     phase.cancel = row.flag("cancel");
-    if (!row.ok())
-        return;
     const QString earlier = m_phaseEnds.value(phase.market);
-    if (phase.to <= phase.from)
+    const bool endKnown = row.ok({"market", "to"});
+    if (row.ok({"from", "to"}) && phase.to <= phase.from)
         row.fail("to", QStringLiteral("a time after the phase's start"));
-    if (phase.from < earlier)
+    if (row.ok({"market", "from"}) && phase.from < earlier)
         row.fail("from", QStringLiteral("a time not before %1, where the market's former phase ends").arg(earlier));
-    m_phaseEnds.insert(phase.market, phase.to);
+    if (endKnown)
+        m_phaseEnds.insert(phase.market, phase.to);
     m_books.sessions.append(phase);
 }
 
@@ -194,7 +200,7 @@ void BooksLoader::readUser(RowReader &row)
 void BooksLoader::readQuote(RowReader &row)
 {
     OpeningQuote quote{row.filledText("symbol"), row.atLeast("last", 0)};
-    if (row.ok() && m_haveInstruments && !m_symbolAt.contains(quote.symbol))
+    if (row.ok({"symbol"}) && m_haveInstruments && !m_symbols.contains(quote.symbol))
         row.fail("symbol", QStringLiteral("a symbol of instruments.csv"));
     checkUnique(row, "symbol", quote.symbol, QStringLiteral("a symbol"));
     m_books.quotes.append(quote);

@@ -53,8 +53,10 @@ private:
     bool m_haveResources = false;
     QSet<QString> m_seen; ///< keys of the file being read
     QHash<QString, int> m_accountAt;
-    QHash<QString, int> m_instrumentAt;  ///< by securityID and exchange
-    QHash<QString, int> m_symbolAt;      ///< the first instrument of a symbol
+    QHash<QString, int> m_instrumentAt; ///< by securityID and exchange
+    QSet<QString> m_symbols;
+    QHash<QString, int> m_firstOfSymbol; ///< the first instrument whose cells the others must repeat
+    QSet<QString> m_unknownEnds;         ///< tick tables whose last band's end could not be read
     QHash<Holding, qint64> m_poolRoom;   ///< what a resource has left for pools
     QHash<QString, QString> m_phaseEnds; ///< end of the last phase of a market
     QHash<QString, QString> m_productNames;

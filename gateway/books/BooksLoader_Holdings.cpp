@@ -1,6 +1,7 @@
 #include "BooksLoader.h"
 
 #include "MasterValues.h"
+#include "StandFields.h"
 
 #include <limits>
 
@@ -16,14 +17,13 @@ QString keyOf(const Holding &holding)
 Holding BooksLoader::readHolding(RowReader &row)
 {
     Holding holding{row.id("tradingAccount"), row.id("securityID"), row.oneOf("exchange", BookTexts::exchanges())};
-    if (!row.ok())
-        return holding;
     const int account = m_accountAt.value(holding.account, -1);
-    if (m_haveAccounts && account < 0)
+    if (row.ok({"tradingAccount"}) && m_haveAccounts && account < 0)
         row.fail("tradingAccount", QStringLiteral("a trading account of accounts.csv"));
-    if (m_haveInstruments && !m_instrumentAt.contains(holding.securityID + QLatin1Char('|') + holding.exchange))
+    const bool known = m_instrumentAt.contains(holding.securityID + QLatin1Char('|') + holding.exchange);
+    if (row.ok({"securityID", "exchange"}) && m_haveInstruments && !known)
         row.fail("securityID", QStringLiteral("a security of instruments.csv on exchange ") + holding.exchange);
-    if (account >= 0 && !m_books.accounts.at(account).exchanges.contains(holding.exchange))
+    if (row.ok({"exchange"}) && account >= 0 && !m_books.accounts.at(account).exchanges.contains(holding.exchange))
         row.fail("exchange", QStringLiteral("one of the account's exchanges ") +
                                  m_books.accounts.at(account).exchanges.join(QLatin1Char(';')));
     return holding;
@@ -33,7 +33,7 @@ Holding BooksLoader::readHolding(RowReader &row)
 QString BooksLoader::readTrader(RowReader &row, const Holding &holding)
 {
     const QString trader = row.id("trader");
-    if (!m_haveUsers || trader == Books::publicTrader())
+    if (!row.ok({"trader"}) || !m_haveUsers || trader == Books::publicTrader())
         return trader;
     const User *user = m_books.user(trader);
     if (!user)
@@ -56,7 +56,7 @@ void BooksLoader::checkUnits(RowReader &row, const char *column, qint64 quantity
 void BooksLoader::readPosition(RowReader &row)
 {
     Position position{readHolding(row), row.whole("quantity", 0), row.whole("tradeable", 0)};
-    if (row.ok() && position.tradeable > position.quantity)
+    if (row.ok({"quantity", "tradeable"}) && position.tradeable > position.quantity)
         row.fail("tradeable", QStringLiteral("at most the quantity %1").arg(position.quantity));
     checkUnique(row, "securityID", keyOf(position.holding), QStringLiteral("an account, security and exchange"));
     m_books.positions.append(position);
@@ -66,7 +66,7 @@ void BooksLoader::readMargin(RowReader &row)
 {
     MarginSecurity margin{readHolding(row), row.whole("quantity", 0), row.filledText("loanState")};
     const int account = m_accountAt.value(margin.holding.account, -1);
-    if (account >= 0 && m_books.accounts.at(account).assetProp != Master_Values::FundAccountType::Credit)
+    if (account >= 0 && m_books.accounts.at(account).assetProp == Stand_Values::AssetProp::Cash)
         row.fail("tradingAccount", QStringLiteral("an account of the kind ") + Master_Values::FundAccountType::Credit);
     checkUnique(row, "securityID", keyOf(margin.holding) + QLatin1Char('|') + margin.loanState,
                 QStringLiteral("an account, security, exchange and loan state"));
@@ -79,7 +79,7 @@ void BooksLoader::readResource(RowReader &row)
     checkUnits(row, "quantity", resource.quantity, resource.holding);
     checkUnique(row, "securityID", keyOf(resource.holding), QStringLiteral("an account, security and exchange"));
     const qint64 unknown = std::numeric_limits<qint64>::max();
-    m_poolRoom.insert(resource.holding, row.ok() ? resource.quantity : unknown);
+    m_poolRoom.insert(resource.holding, row.ok({"quantity"}) ? resource.quantity : unknown);
     m_books.resources.append(resource);
 }
 
@@ -97,12 +97,12 @@ void BooksLoader::readPool(RowReader &row)
     checkUnique(row, "trader", pool.trader + QLatin1Char('|') + keyOf(pool.holding),
                 QStringLiteral("a trader, account, security and exchange"));
     m_books.pools.append(pool);
-    if (!row.ok() || !m_haveResources)
+    if (!row.ok({"tradingAccount", "securityID", "exchange"}) || !m_haveResources)
         return;
     const auto room = m_poolRoom.find(pool.holding);
     if (room == m_poolRoom.end()) {
         row.fail("securityID", QStringLiteral("a security with a row for the account in resources.csv"));
-    } else if (pool.quantity > *room) {
+    } else if (row.ok({"quantity"}) && pool.quantity > *room) {
         row.fail("quantity", QStringLiteral("at most %1, which other pools leave of the resource").arg(*room));
     } else {
         *room -= pool.quantity;

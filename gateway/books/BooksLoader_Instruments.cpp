@@ -48,14 +48,13 @@ void BooksLoader::readInstrument(RowReader &row)
 
     const QString key = instrument.securityID + QLatin1Char('|') + instrument.exchange;
     checkUnique(row, "securityID", key, QStringLiteral("a security and exchange"));
-    if (row.ok()) {
-        checkTickTable(row, instrument);
-        checkPrices(row, instrument);
-        checkSameSymbol(row, instrument);
-    }
+    checkTickTable(row, instrument);
+    checkPrices(row, instrument);
+    checkSameSymbol(row, instrument);
     m_instrumentAt.insert(key, m_books.instruments.size());
-    if (!m_symbolAt.contains(instrument.symbol))
-        m_symbolAt.insert(instrument.symbol, m_books.instruments.size());
+    m_symbols.insert(instrument.symbol);
+    if (!m_firstOfSymbol.contains(instrument.symbol) && row.ok({"chineseName", "dispFactor", "t0"}))
+        m_firstOfSymbol.insert(instrument.symbol, m_books.instruments.size());
     m_books.instruments.append(instrument);
 }
 
@@ -70,13 +69,13 @@ void BooksLoader::checkTickTable(RowReader &row, const Instrument &instrument)
 
 void BooksLoader::checkPrices(RowReader &row, const Instrument &instrument)
 {
-    if (instrument.pricePrecision > 6)
+    if (row.ok({"pricePrecision"}) && instrument.pricePrecision > 6)
         row.fail("pricePrecision", QStringLiteral("at most 6 decimals"));
-    if (instrument.upLimit > 0 && instrument.upLimit <= instrument.preClose)
+    if (row.ok({"upLimit", "preClose"}) && instrument.upLimit > 0 && instrument.upLimit <= instrument.preClose)
         row.fail("upLimit", QStringLiteral("a price above preClose %1, or 0 for no limit").arg(instrument.preClose));
-    if (instrument.downLimit >= instrument.preClose)
+    if (row.ok({"downLimit", "preClose"}) && instrument.downLimit >= instrument.preClose)
         row.fail("downLimit", QStringLiteral("a price below preClose %1, or 0 for no limit").arg(instrument.preClose));
-    if (instrument.maxQty < instrument.minQty)
+    if (row.ok({"minQty", "maxQty"}) && instrument.maxQty < instrument.minQty)
         row.fail("maxQty", QStringLiteral("at least minQty %1").arg(instrument.minQty));
 }
 
@@ -84,18 +83,18 @@ void BooksLoader::checkPrices(RowReader &row, const Instrument &instrument)
 void BooksLoader::checkSameSymbol(RowReader &row, const Instrument &instrument)
 {
     const QString suffix = BookTexts::suffixOf(instrument.exchange);
-    if (instrument.marketSuffix != suffix)
+    if (row.ok({"exchange"}) && instrument.marketSuffix != suffix)
         row.fail("marketSuffix", suffix + QStringLiteral(" for exchange ") + instrument.exchange);
-    if (instrument.symbol != instrument.securityID + suffix)
+    if (row.ok({"exchange", "securityID"}) && instrument.symbol != instrument.securityID + suffix)
         row.fail("symbol", instrument.securityID + suffix);
-    const int other = m_symbolAt.value(instrument.symbol, -1);
+    const int other = m_firstOfSymbol.value(instrument.symbol, -1);
     if (other < 0)
         return;
     const Instrument &first = m_books.instruments.at(other);
-    if (first.dispFactor != instrument.dispFactor)
+    if (row.ok({"dispFactor"}) && first.dispFactor != instrument.dispFactor)
         row.fail("dispFactor", QStringLiteral("%1 as on %2").arg(QString::number(first.dispFactor), first.exchange));
-    if (first.t0 != instrument.t0)
+    if (row.ok({"t0"}) && first.t0 != instrument.t0)
         row.fail("t0", QStringLiteral("%1 as on %2").arg(QString::number(int(first.t0)), first.exchange));
-    if (first.chineseName != instrument.chineseName)
+    if (row.ok({"chineseName"}) && first.chineseName != instrument.chineseName)
         row.fail("chineseName", QStringLiteral("\"%1\" as on %2").arg(first.chineseName, first.exchange));
 }

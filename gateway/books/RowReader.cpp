@@ -6,6 +6,7 @@
 #include <QtCore/QSet>
 #include <QtCore/QTime>
 
+#include <algorithm>
 #include <cmath>
 
 RowReader::RowReader(const QString &file, const QStringList &columns, const CsvRow &row, QVector<BookError> &errors)
@@ -22,8 +23,14 @@ QString RowReader::text(const char *column) const
 
 void RowReader::fail(const char *column, const QString &expected)
 {
-    m_ok = false;
-    m_errors.append({m_file, m_row.line, QString::fromLatin1(column), text(column), expected});
+    m_failed.append(QString::fromLatin1(column));
+    m_errors.append({m_file, m_row.line, m_failed.constLast(), text(column), expected});
+}
+
+bool RowReader::ok(std::initializer_list<const char *> columns) const
+{
+    return std::none_of(columns.begin(), columns.end(),
+                        [this](const char *column) { return m_failed.contains(QLatin1String(column)); });
 }
 
 QString RowReader::filledText(const char *column)

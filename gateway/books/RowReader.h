@@ -3,7 +3,7 @@
 #include "CsvFile.h"
 
 /// Reads the cells of one row and notes what is wrong with them. A cell that cannot be read gives a neutral
-/// value and an error; ok() tells whether relations to other rows are worth checking.
+/// value and an error; a relation is worth checking when ok() says so of every cell it compares.
 class RowReader
 {
 public:
@@ -32,7 +32,7 @@ public:
     QString time(const char *column);
 
     void fail(const char *column, const QString &expected);
-    bool ok() const { return m_ok; }
+    bool ok(std::initializer_list<const char *> columns) const; ///< nothing is wrong with these cells
 
 private:
     double number(const char *column, const QString &expected, bool &valid);
@@ -41,5 +41,5 @@ private:
     const QStringList m_columns;
     const CsvRow &m_row;
     QVector<BookError> &m_errors;
-    bool m_ok = true;
+    QStringList m_failed;
 };

@@ -23,9 +23,10 @@ PageSize pageSize(const VariantRecord &values);
 template <typename Item, typename ToRow>
 MessageBody listPage(const VariantRecord &values, const QVector<Item> &items, ToRow toRow);
 
-/// One page that starts behind an id. fetch(afterId, limit) gives the items, idOf an item's id.
-template <typename Fetch, typename IdOf, typename ToRow>
-MessageBody idPage(const VariantRecord &values, Fetch fetch, IdOf idOf, ToRow toRow);
+/// One page that starts behind an id. isId tells whether a position is one, fetch(afterId, limit) gives the
+/// items behind it, idOf an item's id.
+template <typename IsId, typename Fetch, typename IdOf, typename ToRow>
+MessageBody idPage(const VariantRecord &values, IsId isId, Fetch fetch, IdOf idOf, ToRow toRow);
 
 /// Fills the position of an answer; false: the text is no position.
 bool readPosition(const VariantRecord &values, int size, int &position);
@@ -54,14 +55,17 @@ MessageBody Answers::listPage(const VariantRecord &values, const QVector<Item> &
     return withPosition(success(rows), at < items.size() ? QString::number(at) : QString());
 }
 
-template <typename Fetch, typename IdOf, typename ToRow>
-MessageBody Answers::idPage(const VariantRecord &values, Fetch fetch, IdOf idOf, ToRow toRow)
+template <typename IsId, typename Fetch, typename IdOf, typename ToRow>
+MessageBody Answers::idPage(const VariantRecord &values, IsId isId, Fetch fetch, IdOf idOf, ToRow toRow)
 {
     const PageSize size = pageSize(values);
     if (!size.refusal.isEmpty())
         return refused(size.refusal);
+    const QString position = positionOf(values);
+    if (!position.isEmpty() && !isId(position))
+        return refused(badPosition());
     // One more than asked for tells whether another page follows.
-    const auto items = fetch(positionOf(values), size.rows + 1);
+    const auto items = fetch(position, size.rows + 1);
     RecordList rows;
     for (int i = 0; i < items.size() && i < size.rows; ++i)
         rows.append(toRow(items.at(i)));

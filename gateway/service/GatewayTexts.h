@@ -61,6 +61,10 @@ inline QString noTrader()
 {
     return QStringLiteral("缺少交易员");
 }
+inline QString badId(const QString &id)
+{
+    return QStringLiteral("标识不能含有“_”或“,”：%1").arg(id);
+}
 inline QString storeFailed(const QString &reason)
 {
     return QStringLiteral("数据保存失败：%1").arg(reason);

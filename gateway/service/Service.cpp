@@ -49,7 +49,7 @@ const QHash<QString, Service::Handler> &Service::handlers()
 
 void Service::connectClient(PaperGateway::ClientId id, PaperGateway::Client client)
 {
-    m_sessions.insert(id, {std::move(client), nullptr, {}, false});
+    m_sessions.insert(id, {std::move(client), nullptr, {}, false, false});
 }
 
 void Service::disconnectClient(PaperGateway::ClientId id)
@@ -113,7 +113,9 @@ void Service::deliverPushes()
     for (const Push &push : pushes) {
         const QByteArray bytes = push.envelope.encode();
         for (const ClientSession &session : qAsConst(m_sessions))
-            if (push.trader.isEmpty() ? session.quotes : session.usageOf.contains(push.trader))
+            if (push.only               ? push.only == &session
+                : push.trader.isEmpty() ? session.quotes
+                                        : session.usageOf.contains(push.trader))
                 session.client.deliver(bytes);
     }
 }

@@ -11,6 +11,7 @@ struct ClientSession {
     PaperGateway::Client client;
     const User *user = nullptr; ///< fixed by the login
     QSet<QString> usageOf;      ///< traders whose usage it subscribed
+    bool reconnected = false;   ///< its login said that an earlier connection was lost
     bool quotes = false;
 };
 
@@ -74,12 +75,18 @@ private:
 
     // Service_Usage.cpp
     MessageBody queryUsage(const Request &request);
+    /// A record as it is, to those who subscribed its trader. Any logged-in user may: it is a control of the
+    /// console and changes no record.
     MessageBody pushUsage(const Request &request);
+
+    /// Pushes what is known of a trader to the client that asks: it may have missed changes.
+    void pushSnapshot(const Request &request, const QString &trader);
     VariantRecord usageRow(const StoredUsage &usage) const;
 
     struct Push {
         Envelope envelope;
-        QString trader; ///< empty: a quote
+        QString trader;                      ///< empty: a quote
+        const ClientSession *only = nullptr; ///< the one client that gets it; nullptr: all that subscribed
     };
 
     const Books &m_books;

@@ -16,6 +16,7 @@ MessageBody Service::login(const Request &request)
     if (request.session.user && request.session.user != user)
         return Answers::refused(GatewayTexts::loggedInAlready(request.user().userID));
     request.session.user = user;
+    request.session.reconnected = request.values.value(Stand_Fields::Session::reconnected).toBool();
     return Answers::success({{{Orvane_Fields::UserAccount::userID, user->userID},
                               {Orvane_Fields::UserAccount::userName, user->userName},
                               {Orvane_Fields::UserAccount::organCode, user->organCode},
@@ -41,6 +42,8 @@ MessageBody Service::subscribeUsage(const Request &request)
     if (trader != request.user().userID && !request.user().isManager())
         return Answers::refused(GatewayTexts::notAllowed(trader));
     request.session.usageOf.insert(trader);
+    if (request.session.reconnected)
+        pushSnapshot(request, trader);
     return Answers::success();
 }
 

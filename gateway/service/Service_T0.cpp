@@ -50,7 +50,8 @@ MessageBody Service::queryResources(const Request &request)
 {
     const QString account = request.text(UserAccount_::tradingAccount);
     return Answers::idPage(
-        request.values, [&](const QString &afterId, int limit) { return m_store->resources(account, afterId, limit); },
+        request.values, Store::isResourceId,
+        [&](const QString &afterId, int limit) { return m_store->resources(account, afterId, limit); },
         [](const StoredResource &resource) { return resource.id; },
         [this](const StoredResource &resource) {
             const auto factor = qint64(dispFactor(resource.holding));
@@ -66,7 +67,8 @@ MessageBody Service::queryPools(const Request &request)
 {
     const QString account = request.text(UserAccount_::tradingAccount);
     return Answers::idPage(
-        request.values, [&](const QString &afterId, int limit) { return m_store->pools(account, afterId, limit); },
+        request.values, Store::isPoolId,
+        [&](const QString &afterId, int limit) { return m_store->pools(account, afterId, limit); },
         [](const StoredPool &pool) { return pool.id; },
         [this](const StoredPool &pool) {
             const auto factor = qint64(dispFactor(pool.holding));

@@ -7,6 +7,8 @@
 #include "OrvaneFields.h"
 #include "StandFields.h"
 
+#include <limits>
+
 namespace {
 
 namespace T0_ = Master_Fields::ManualT0;
@@ -77,6 +79,11 @@ bool saveGroup(Store &store, const Group &group, const Ledger::Terms &terms)
             return false;
     }
     return true;
+}
+
+Envelope usagePush(const VariantRecord &row)
+{
+    return Envelope::push(Master_MsgType::ManualT0RealTimePoolUsagePush, {{}, {row}});
 }
 
 } // namespace
@@ -151,11 +158,25 @@ VariantRecord Service::usageRow(const StoredUsage &usage) const
             {T0_::TransDayProfitOwner, account.profitOwner}};
 }
 
+void Service::pushSnapshot(const Request &request, const QString &trader)
+{
+    const QVector<StoredUsage> records = m_store->usage({trader}, 0, std::numeric_limits<int>::max());
+    for (const StoredUsage &usage : records)
+        m_pushes.append({usagePush(usageRow(usage)), trader, &request.session});
+}
+
 MessageBody Service::pushUsage(const Request &request)
 {
     const QString trader = request.text(T0_::T0TraderId);
     if (trader.isEmpty())
         return Answers::refused(GatewayTexts::noTrader());
+    // Clients join ids with these.
+    for (const QString &field : {T0_::T0TraderId, Orvane_Fields::UserAccount::tradingAccount,
+                                 Orvane_Fields::Security::securityID, Orvane_Fields::UserAccount::securityExchange}) {
+        const QString id = request.text(field);
+        if (id.contains(QLatin1Char('_')) || id.contains(QLatin1Char(',')))
+            return Answers::refused(GatewayTexts::badId(id));
+    }
     VariantRecord row = request.row;
     if (row.value(Master_Fields::System::ModifyTime).toString().isEmpty()) {
         // What the store runs into becomes the answer of every handler.
@@ -165,6 +186,6 @@ MessageBody Service::pushUsage(const Request &request)
         if (!m_store->commit())
             return {};
     }
-    m_pushes.append({Envelope::push(Master_MsgType::ManualT0RealTimePoolUsagePush, {{}, {row}}), trader});
+    m_pushes.append({usagePush(row), trader});
     return Answers::success();
 }

@@ -3,6 +3,7 @@
 #include "MasterValues.h"
 
 #include <QtCore/QAtomicInteger>
+#include <QtCore/QDateTime>
 #include <QtSql/QSqlError>
 
 namespace {
@@ -100,7 +101,21 @@ qint64 StoreIds::row(const QString &id, QChar kind)
         return 0;
     bool valid = false;
     const qint64 row = id.mid(1).toLongLong(&valid);
-    return valid && id.at(0) == kind ? row : -1;
+    return valid && row > 0 && id == ::id(kind.toLatin1(), row) ? row : -1;
+}
+
+ModifyTime ModifyTime::next(qint64 now) const
+{
+    if (now > ms)
+        return {now, 0};
+    return counter < 999 ? ModifyTime{ms, counter + 1} : ModifyTime{ms + 1, 0};
+}
+
+QString ModifyTime::toText() const
+{
+    const QDateTime time = QDateTime::fromMSecsSinceEpoch(ms, Qt::UTC);
+    return time.toString(QStringLiteral("yyyyMMddHHmmsszzz")) +
+           QString::number(counter).rightJustified(3, QLatin1Char('0'));
 }
 
 Store::Private::Private()
@@ -170,6 +185,16 @@ QVector<Row> Store::Private::rows(const QString &sql, const QVariantList &values
     if (query)
         query->finish();
     return found;
+}
+
+bool Store::isResourceId(const QString &text)
+{
+    return StoreIds::row(text, QLatin1Char(StoreIds::resourceKind)) > 0;
+}
+
+bool Store::isPoolId(const QString &text)
+{
+    return StoreIds::row(text, QLatin1Char(StoreIds::poolKind)) > 0;
 }
 
 QVector<StoredResource> Store::resources(const QString &account, const QString &afterId, int limit)
@@ -250,8 +275,8 @@ bool Store::saveUsage(const StoredUsage &usage)
 
 QString Store::nextModifyTime()
 {
-    ++d->counter;
-    return d->marketTime + QLatin1Char(' ') + QString::number(d->counter).rightJustified(11, QLatin1Char('0'));
+    d->given = d->given.next(d->marketMs);
+    return d->given.toText();
 }
 
 bool Store::begin()
@@ -261,10 +286,10 @@ bool Store::begin()
 
 bool Store::commit()
 {
-    const QString clock = QStringLiteral("UPDATE clock SET market_time = ?, counter = ?");
-    const bool unchanged = d->counter == d->committed;
-    if ((unchanged || d->execute(clock, {d->marketTime, d->counter})) && d->run(QStringLiteral("COMMIT"))) {
-        d->committed = d->counter;
+    const QString clock = QStringLiteral("UPDATE clock SET modify_ms = ?, modify_counter = ?");
+    const bool unchanged = d->given == d->committed;
+    if ((unchanged || d->execute(clock, {d->given.ms, d->given.counter})) && d->run(QStringLiteral("COMMIT"))) {
+        d->committed = d->given;
         return true;
     }
     rollback();
@@ -273,8 +298,7 @@ bool Store::commit()
 
 void Store::rollback()
 {
-    // The reason of the failure stays the one that is told. The counter is not turned back: a time that was
-    // given away is never given again.
+    // The reason of the failure stays the one that is told. A time that was given away is never given again.
     const QString reason = d->error;
     d->run(QStringLiteral("ROLLBACK"));
     d->error = reason;

@@ -45,9 +45,13 @@ public:
     Q_DISABLE_COPY(Store)
 
     /// file empty: in memory. A new database begins with the books' opening state; an existing one keeps its
-    /// own, and is refused when it was begun with other books or written by a newer gateway.
+    /// own, and is refused when it was begun with other books or written by a gateway of another version.
     /// Returns nullptr and fills errorText.
     static std::unique_ptr<Store> open(const QString &file, const Books &books, QString &errorText);
+
+    /// Whether a text looks like an id that a store gives; there may be no such row.
+    static bool isResourceId(const QString &text);
+    static bool isPoolId(const QString &text);
 
     /// The rows of one account behind the given id (empty: from the first), at most limit of them.
     QVector<StoredResource> resources(const QString &account, const QString &afterId, int limit);
@@ -61,8 +65,9 @@ public:
     /// Inserts or replaces; to be called inside a transaction.
     bool saveUsage(const StoredUsage &usage);
 
-    /// A text that sorts behind every one given before, by this process or an earlier one with the same
-    /// file; to be called inside a transaction.
+    /// The market clock's yyyyMMddHHmmsszzz and a counter of three digits: 20 digits that sort behind every
+    /// text given before, by this process or an earlier one with the same file, also when the clock was set
+    /// back. To be called inside a transaction.
     QString nextModifyTime();
 
     bool begin();

@@ -3,11 +3,12 @@
 #include "MasterValues.h"
 
 #include <QtCore/QCryptographicHash>
+#include <QtCore/QDateTime>
 #include <QtCore/QVariant>
 
 namespace {
 
-constexpr int schemaVersion = 1;
+constexpr int schemaVersion = 2;
 constexpr int applicationId = 0x54304757; // marks the file as a gateway's
 
 /// The state hangs on the accounts and on how their securities are counted; prices, users and new
@@ -25,8 +26,8 @@ QString fingerprint(const Books &books)
 QStringList schema()
 {
     return {
-        QStringLiteral("CREATE TABLE clock (market_time TEXT NOT NULL, counter INTEGER NOT NULL, "
-                       "books TEXT NOT NULL)"),
+        QStringLiteral("CREATE TABLE clock (market_ms INTEGER NOT NULL, modify_ms INTEGER NOT NULL, "
+                       "modify_counter INTEGER NOT NULL, books TEXT NOT NULL)"),
         QStringLiteral("CREATE TABLE resources (id INTEGER PRIMARY KEY AUTOINCREMENT, account TEXT NOT NULL, "
                        "security TEXT NOT NULL, exchange TEXT NOT NULL, quantity INTEGER NOT NULL "
                        "CHECK (quantity >= 0), UNIQUE (account, security, exchange))"),
@@ -94,29 +95,39 @@ bool Store::createSchema()
     return true;
 }
 
+bool Store::Private::readPragma(const QString &name, int &value)
+{
+    QSqlQuery query(database);
+    if (!query.exec(QStringLiteral("PRAGMA ") + name) || !query.next())
+        return failed(query);
+    value = query.value(0).toInt();
+    return true;
+}
+
 bool Store::checkSchema()
 {
-    const auto pragma = [this](const QString &name) {
-        QSqlQuery query(d->database);
-        return query.exec(QStringLiteral("PRAGMA ") + name) && query.next() ? query.value(0).toInt() : -1;
-    };
-    if (pragma(QStringLiteral("application_id")) != applicationId) {
+    int application = 0;
+    int version = 0;
+    if (!d->readPragma(QStringLiteral("application_id"), application) ||
+        !d->readPragma(QStringLiteral("user_version"), version))
+        return false;
+    if (application != applicationId) {
         d->error = QStringLiteral("is a database, but not the state of a gateway");
         return false;
     }
-    const int version = pragma(QStringLiteral("user_version"));
     if (version == schemaVersion)
         return true;
-    d->error = QStringLiteral("was written by a newer gateway: its version is %1, this gateway reads %2")
-                   .arg(QString::number(version), QString::number(schemaVersion));
+    d->error = QStringLiteral("was written by %1 gateway: its version is %2, this gateway reads %3")
+                   .arg(version > schemaVersion ? QStringLiteral("a newer") : QStringLiteral("an older"),
+                        QString::number(version), QString::number(schemaVersion));
     return false;
 }
 
 bool Store::import(const Books &books)
 {
     // Market time begins on a fixed Monday, so that a first start is the same on every day.
-    d->marketTime = QStringLiteral("2026-01-05 09:15:00.000");
-    if (!d->execute(QStringLiteral("INSERT INTO clock VALUES (?, 0, ?)"), {d->marketTime, fingerprint(books)}))
+    d->marketMs = QDateTime({2026, 1, 5}, {9, 15}, Qt::UTC).toMSecsSinceEpoch();
+    if (!d->execute(QStringLiteral("INSERT INTO clock VALUES (?, 0, 0, ?)"), {d->marketMs, fingerprint(books)}))
         return false;
     QHash<Holding, qint64> resources;
     for (const OpeningResource &resource : books.resources) {
@@ -162,10 +173,10 @@ bool Store::importCarried(const Books &books)
 bool Store::readClock()
 {
     QSqlQuery query(d->database);
-    if (!query.exec(QStringLiteral("SELECT market_time, counter FROM clock")) || !query.next())
+    if (!query.exec(QStringLiteral("SELECT market_ms, modify_ms, modify_counter FROM clock")) || !query.next())
         return d->failed(query);
-    d->marketTime = query.value(0).toString();
-    d->counter = d->committed = query.value(1).toLongLong();
+    d->marketMs = query.value(0).toLongLong();
+    d->given = d->committed = {query.value(1).toLongLong(), query.value(2).toInt()};
     return true;
 }
 

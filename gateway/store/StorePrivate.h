@@ -6,6 +6,20 @@
 #include <QtSql/QSqlDatabase>
 #include <QtSql/QSqlQuery>
 
+/// When a record was changed: a millisecond of the market clock, and which change of that millisecond.
+struct ModifyTime {
+    qint64 ms = 0;
+    int counter = 0; ///< 0 to 999
+
+    bool operator==(const ModifyTime &other) const { return ms == other.ms && counter == other.counter; }
+
+    /// The time of the next change: the first one now, or the one behind this when now is not later.
+    ModifyTime next(qint64 now) const;
+
+    /// yyyyMMddHHmmsszzz and the counter, 20 digits: text order is time order.
+    QString toText() const;
+};
+
 class Store::Private
 {
 public:
@@ -22,6 +36,9 @@ public:
     /// Every row of a query, read by read(query); what went wrong is in error.
     template <typename Row, typename Read> QVector<Row> rows(const QString &sql, const QVariantList &values, Read read);
 
+    /// A number of the database's own; false: error is set.
+    bool readPragma(const QString &name, int &value);
+
     int usageCount(const QString &trader);
 
     bool failed(const QSqlQuery &query);
@@ -30,9 +47,9 @@ public:
     QSqlDatabase database;
     QHash<QString, QSqlQuery> prepared;
     QString error;
-    QString marketTime; ///< yyyy-MM-dd hh:mm:ss.zzz
-    qint64 counter = 0; ///< of the last ModifyTime given
-    qint64 committed = 0;
+    qint64 marketMs = 0; ///< the market clock: milliseconds since 1970 of its local time
+    ModifyTime given;    ///< the last one
+    ModifyTime committed;
 };
 
 namespace StoreIds {

@@ -9,8 +9,8 @@
 /// length, four bytes big-endian, at most 64 MiB.
 ///
 /// Has a thread of its own and connects by itself, every second while it is not connected. After a lost
-/// connection it repeats the login and the subscriptions that the server had accepted, then is Connected
-/// again. Needs an application object.
+/// connection it repeats the login, marked as Stand_Fields::Session::reconnected, and the subscriptions that
+/// the server had accepted, then is Connected again. Needs an application object.
 class T0_HOST_EXPORT SocketChannel : public StreamChannel
 {
 public:

@@ -63,6 +63,10 @@ extern T0_WIRE_EXPORT const QString pushType;
 extern T0_WIRE_EXPORT const QString serviceName;
 } // namespace Stand_Fields::Subscription
 
+namespace Stand_Fields::Session {
+extern T0_WIRE_EXPORT const QString reconnected; ///< bool of a login: it repeats that of a lost connection
+} // namespace Stand_Fields::Session
+
 namespace Stand_Values::AssetProp {
 extern T0_WIRE_EXPORT const QString Cash;
 } // namespace Stand_Values::AssetProp

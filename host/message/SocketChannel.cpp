@@ -3,6 +3,7 @@
 #include "HostLog.h"
 #include "OrvaneFields.h"
 #include "OrvaneValues.h"
+#include "StandFields.h"
 #include "StandMsgType.h"
 #include "framework/LoopThread.h"
 
@@ -31,6 +32,17 @@ bool isSuccess(const Envelope &answer)
                Orvane_Values::RequestExeStatus::success;
 }
 
+/// Tells the server that pushes may have been missed.
+QByteArray repeated(const QByteArray &loginBody)
+{
+    MessageBody body;
+    QString errorText;
+    if (!MessageBody::decode(loginBody, body, errorText))
+        return loginBody;
+    body.values.insert(Stand_Fields::Session::reconnected, true);
+    return body.encode();
+}
+
 } // namespace
 
 class SocketChannel::Private
@@ -41,7 +53,7 @@ public:
 
     QMutex mutex;
     QWaitCondition connected;
-    QByteArray loginBody;       ///< of the accepted login; empty before
+    QByteArray loginBody;       ///< repeats the accepted login; empty before
     QVector<Envelope> accepted; ///< subscriptions, to be repeated
 };
 
@@ -242,7 +254,7 @@ MessageChannel::Reply SocketChannel::request(const Envelope &envelope, int timeo
         return reply;
     QMutexLocker lock(&s->mutex);
     if (envelope.type == Stand_MsgType::LoginRequest) {
-        s->loginBody = envelope.body;
+        s->loginBody = repeated(envelope.body);
     } else if (envelope.type == Stand_MsgType::SubscribeRequest) {
         const auto same = [&](const Envelope &other) { return other.body == envelope.body; };
         if (std::none_of(s->accepted.cbegin(), s->accepted.cend(), same))

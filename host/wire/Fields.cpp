@@ -121,6 +121,8 @@ TEXT_OF_ITS_NAME(Stand_Fields::Paging, hasMore);
 TEXT_OF_ITS_NAME(Stand_Fields::Subscription, pushType);
 TEXT_OF_ITS_NAME(Stand_Fields::Subscription, serviceName);
 
+TEXT_OF_ITS_NAME(Stand_Fields::Session, reconnected);
+
 TEXT_OF_ITS_NAME(Master_Fields::Security, SideUnion);
 TEXT_OF_ITS_NAME(Master_Fields::Security, VantaBusiType);
 

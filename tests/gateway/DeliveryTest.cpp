@@ -77,19 +77,18 @@ class DeliveryTest : public QObject
     Q_OBJECT
 
 private slots:
-    void lateRequestsAreNotExecuted();
+    void lateOrUnreadableRequestsAreNotExecuted();
     void pushesFollowTheAnswersBeforeThem();
     void pushesGoToWhoSubscribed();
     void pushedRecordsGetRisingTimes();
     void quotesReachEverySubscriber();
     void channelsShareOneGateway();
     void garbageDropsItsSenderOnly();
-    void unreadableBodiesAreRefused();
     void closingEndsEverything();
     void closesFromItsOwnHandler();
 };
 
-void DeliveryTest::lateRequestsAreNotExecuted()
+void DeliveryTest::lateOrUnreadableRequestsAreNotExecuted()
 {
     const auto gateway = openGateway(TestBooks::withRows(1));
     TestClient other(gateway, "m");
@@ -99,12 +98,18 @@ void DeliveryTest::lateRequestsAreNotExecuted()
                               {{Orvane_Fields::Security::symbol, "600000.SH"}, {Stand_Fields::Quote::lastPrice, 99}});
     late.validUntil = QDateTime::currentMSecsSinceEpoch() - 1;
     client.send(late.encode());
-    QTRY_COMPARE(client.got().size(), 2);
+    Envelope unreadable = requestOf(Stand_MsgType::EchoRequest, {});
+    unreadable.body = QByteArray("no body");
+    client.send(unreadable.encode());
+    QTRY_COMPARE(client.got().size(), 3);
     MessageBody body;
     QString error;
     QVERIFY(MessageBody::decode(client.got().at(1).body, body, error));
     QCOMPARE(client.got().at(1).id, late.id);
     QCOMPARE(refusal(body), QStringLiteral("请求已过期"));
+    QVERIFY(MessageBody::decode(client.got().at(2).body, body, error));
+    QVERIFY(refusal(body).startsWith(QStringLiteral("请求内容无法解析：")));
+    QVERIFY(!client.isDropped());
     const VariantRecord quote = other.all(Stand_MsgType::QueryQuotesRequest).value(0);
     QCOMPARE(quote.value(Stand_Fields::Quote::lastPrice).toDouble(), 10.0);
 }
@@ -148,6 +153,12 @@ void DeliveryTest::pushesGoToWhoSubscribed()
     for (int i = 0; i < 4; ++i)
         QVERIFY(succeeded(silent.ask(Stand_MsgType::PushUsageRequest, usageOf(i % 2 ? "t2" : "t1", i))));
     QCOMPARE(refusal(silent.ask(Stand_MsgType::PushUsageRequest)), QStringLiteral("缺少交易员"));
+    for (const QString &field : {T0_::T0TraderId, Orvane_Fields::UserAccount::tradingAccount,
+                                 Orvane_Fields::Security::securityID, Orvane_Fields::UserAccount::securityExchange}) {
+        VariantRecord row = usageOf("t1", 9);
+        row.insert(field, field.size() % 2 ? "t1,t2" : "t1_t2");
+        QVERIFY(refusal(silent.ask(Stand_MsgType::PushUsageRequest, row)).startsWith(QStringLiteral("标识不能含有")));
+    }
     const auto numbers = [](TestClient &client) {
         client.ask(Stand_MsgType::EchoRequest);
         QVector<int> found;
@@ -239,20 +250,6 @@ void DeliveryTest::garbageDropsItsSenderOnly()
     bad.send(requestOf(Stand_MsgType::EchoRequest, {}).encode());
     QVERIFY(succeeded(good.ask(Stand_MsgType::EchoRequest)));
     QCOMPARE(bad.got().size(), 0);
-}
-
-void DeliveryTest::unreadableBodiesAreRefused()
-{
-    RawClient client(openGateway(TestBooks::withRows(1)));
-    Envelope envelope = requestOf(Stand_MsgType::EchoRequest, {});
-    envelope.body = QByteArray("no body");
-    client.send(envelope.encode());
-    QTRY_COMPARE(client.got().size(), 1);
-    MessageBody body;
-    QString error;
-    QVERIFY(MessageBody::decode(client.got().at(0).body, body, error));
-    QVERIFY(refusal(body).startsWith(QStringLiteral("请求内容无法解析：")));
-    QVERIFY(!client.isDropped());
 }
 
 void DeliveryTest::closingEndsEverything()

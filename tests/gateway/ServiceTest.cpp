@@ -37,18 +37,6 @@ VariantRecord usageOf(const QString &traders)
     return {{T0_::T0TraderId, traders}};
 }
 
-const VariantRecord *find(const RecordList &rows, const VariantRecord &wanted)
-{
-    for (const VariantRecord &row : rows) {
-        bool same = true;
-        for (auto field = wanted.cbegin(); field != wanted.cend(); ++field)
-            same = same && row.value(field.key()) == *field;
-        if (same)
-            return &row;
-    }
-    return nullptr;
-}
-
 } // namespace
 
 class ServiceTest : public QObject
@@ -61,7 +49,7 @@ private slots:
     void refusesBadPaging_data();
     void refusesBadPaging();
     void theLoginDecidesWhoAsks();
-    void accountsAreThoseOfTheUser();
+    void everybodyKnowsAllAccountsButOnlyOwnHoldings();
     void referenceDataIsInServerUnits();
     void productsBeginWithAnEchoRow();
     void usersByRole();
@@ -133,6 +121,11 @@ void ServiceTest::refusesBadPaging_data()
     QTest::newRow("page far away") << usage << Stand_Fields::Paging::pageIndex << QVariant(2147483647) << place;
     QTest::newRow("behind the last") << Stand_MsgType::QueryQuotesRequest << Stand_Fields::Paging::position
                                      << QVariant("99") << place;
+    for (const char *position : {"x", "P000000001", "R+00000001", "R1", "R000000000", "R-00000001"})
+        QTest::newRow(position) << Master_MsgType::QueryManualT0ResourceRequest << Stand_Fields::Paging::position
+                                << QVariant(position) << place;
+    QTest::newRow("of a resource") << Master_MsgType::QueryManualT0SecurityPoolRequest << Stand_Fields::Paging::position
+                                   << QVariant("R000000001") << place;
 }
 
 void ServiceTest::refusesBadPaging()
@@ -168,16 +161,16 @@ void ServiceTest::theLoginDecidesWhoAsks()
                               {Stand_Fields::User::roles, QVariantList{Master_Values::UserRoles::ManualT0Trader}}}}));
 }
 
-void ServiceTest::accountsAreThoseOfTheUser()
+void ServiceTest::everybodyKnowsAllAccountsButOnlyOwnHoldings()
 {
     const auto gateway = openGateway(SampleBooks::make(1));
     const auto accounts = [&](const QString &user) {
         return texts(TestClient(gateway, user).ask(Stand_MsgType::QueryAccountsRequest).rows,
                      UserAccount_::tradingAccount);
     };
-    QCOMPARE(accounts("trader2"), (QStringList{"A000302", "A000201", "A000101"}));
-    QCOMPARE(accounts("manager1"),
-             (QStringList{"A000101", "A000102", "A000201", "A000202", "A000301", "A000302", "A000303"}));
+    for (const char *user : {"trader2", "manager1"})
+        QCOMPARE(accounts(user),
+                 (QStringList{"A000101", "A000102", "A000201", "A000202", "A000301", "A000302", "A000303"}));
     const auto holders = [&](const QString &user, const QString &type) {
         return textSet(TestClient(gateway, user).all(type, {}, 7), UserAccount_::tradingAccount);
     };
@@ -254,12 +247,11 @@ void ServiceTest::poolsNameTheirTraderTwice()
         const QString trader = pool.value(T0_::T0TraderId).toString();
         QCOMPARE(pool.value(UserAccount_::userID).toString(), trader);
         QCOMPARE(pool.value(T0_::PoolType).toInt(), trader == QLatin1String("public") ? 0 : 1);
-        const QVector<QString> same{T0_::ResourceId, Orvane_Fields::Security::securityID,
-                                    UserAccount_::securityExchange};
-        VariantRecord resource = account;
-        for (const QString &field : same)
-            resource.insert(field, pool.value(field));
-        QVERIFY(find(resources, resource));
+        QVERIFY(std::any_of(resources.cbegin(), resources.cend(), [&](const VariantRecord &resource) {
+            const auto same = [&](const QString &field) { return resource.value(field) == pool.value(field); };
+            return same(T0_::ResourceId) && same(Orvane_Fields::Security::securityID) &&
+                   same(UserAccount_::securityExchange) && same(UserAccount_::tradingAccount);
+        }));
     }
     QVERIFY(texts(pools, T0_::T0TraderId).contains(QStringLiteral("public")));
     const VariantRecord unknown{{UserAccount_::tradingAccount, "A9"}};
@@ -373,14 +365,11 @@ void ServiceTest::restartRepeatsEveryRecord()
     QTemporaryDir dir;
     const auto picture = [&dir] {
         TestClient client(openGateway(SampleBooks::make(1), dir.filePath(QStringLiteral("state"))), "manager1");
-        RecordList rows;
-        for (int i = 1; i <= 2; ++i) {
-            const VariantRecord account{{UserAccount_::tradingAccount, QStringLiteral("A00010%1").arg(i)}};
-            rows += client.all(Master_MsgType::QueryManualT0ResourceRequest, account);
-            rows += client.all(Master_MsgType::QueryManualT0SecurityPoolRequest, account);
-        }
-        return rows + client.all(Master_MsgType::QueryManualT0RealTimePoolUsageRequest,
-                                 usageOf("lead1,trader1,trader2,trader3,trader4"));
+        const VariantRecord account{{UserAccount_::tradingAccount, "A000101"}};
+        return client.all(Master_MsgType::QueryManualT0ResourceRequest, account) +
+               client.all(Master_MsgType::QueryManualT0SecurityPoolRequest, account) +
+               client.all(Master_MsgType::QueryManualT0RealTimePoolUsageRequest,
+                          usageOf("lead1,trader1,trader2,trader3,trader4"));
     };
     const RecordList before = picture();
     QVERIFY(before.size() > 100);

@@ -1,5 +1,8 @@
 #include "SocketServer.h"
+#include "MasterFields.h"
+#include "MasterMsgType.h"
 #include "OrvaneFields.h"
+#include "SocketChannel.h"
 #include "StandMsgType.h"
 #include "TestBooks.h"
 #include "TestClient.h"
@@ -7,6 +10,7 @@
 
 #include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
+#include <QtCore/QThread>
 #include <QtCore/QtEndian>
 #include <QtNetwork/QLocalSocket>
 #include <QtTest/QtTest>
@@ -65,6 +69,7 @@ private slots:
     void answersWhateverThePieces();
     void garbageDisconnectsItsSenderOnly_data();
     void garbageDisconnectsItsSenderOnly();
+    void reconnectingRepeatsTheUsage();
     void aLivingNameIsNotTaken();
     void theProgramsExitCodes();
     void theProgramServesUntilItIsTold();
@@ -125,6 +130,52 @@ void SocketServerTest::garbageDisconnectsItsSenderOnly()
     QByteArray buffer;
     int answers = 0;
     QTRY_COMPARE(answersOn(good, buffer, answers), 1);
+}
+
+void SocketServerTest::reconnectingRepeatsTheUsage()
+{
+    const auto gateway = openGateway(TestBooks::withRows(3));
+    TestClient steady(gateway, "m");
+    QVERIFY(steady.subscribe(Master_MsgType::ManualT0RealTimePoolUsagePush, "t1"));
+    auto server = std::make_unique<SocketServer>(gateway);
+    QCOMPARE(server->listen(m_name), QString());
+    QMutex mutex;
+    RecordList pushed;
+    SocketChannel channel(m_name);
+    channel.setPushHandler([&](const Envelope &push) {
+        MessageBody body;
+        QString error;
+        const QMutexLocker lock(&mutex);
+        pushed += MessageBody::decode(push.body, body, error) ? body.rows : RecordList();
+    });
+    const auto seen = [&] {
+        const QMutexLocker lock(&mutex);
+        return pushed;
+    };
+    // The server works on this thread, the requests block theirs.
+    bool subscribed = false;
+    const std::unique_ptr<QThread> client(QThread::create([&] {
+        const MessageBody login{{}, {{{Orvane_Fields::UserAccount::userID, "t1"}}}};
+        const auto request = Envelope::request(Stand_MsgType::LoginRequest, "t1", 60000, login);
+        channel.waitForConnected(60000);
+        channel.request(request, 60000);
+        subscribed = channel.subscribe(Master_MsgType::ManualT0RealTimePoolUsagePush,
+                                       {{Orvane_Fields::UserAccount::userID, "t1"}}, "tradeGate", 60000) &&
+                     channel.request(Envelope::request(Stand_MsgType::EchoRequest, "t1", 60000, {}), 60000).outcome ==
+                         MessageChannel::Outcome::Answered;
+    }));
+    client->start();
+    QTRY_VERIFY_WITH_TIMEOUT(client->isFinished(), 60000);
+    QVERIFY(subscribed);
+    QCOMPARE(seen(), RecordList());
+
+    server.reset();
+    server = std::make_unique<SocketServer>(gateway);
+    QCOMPARE(server->listen(m_name), QString());
+    QTRY_COMPARE_WITH_TIMEOUT(seen().size(), 3, 60000);
+    const VariantRecord t1{{Master_Fields::ManualT0::T0TraderId, "t1"}};
+    QCOMPARE(seen(), steady.all(Master_MsgType::QueryManualT0RealTimePoolUsageRequest, t1));
+    QCOMPARE(steady.pushed(), RecordList());
 }
 
 void SocketServerTest::aLivingNameIsNotTaken()

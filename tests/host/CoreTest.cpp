@@ -48,6 +48,7 @@ private slots:
     void settingsOfAnyBytesComeBack();
     void settingsInMemoryEndWithTheSession();
     void settingsFromTwoThreads();
+    void lateSettingIsNotTheNextSessions();
     void burstIsOneBatch();
     void steadyStreamIsNotPutOff();
     void takenItemsAreNotAnnounced();
@@ -166,6 +167,25 @@ void CoreTest::settingsFromTwoThreads()
     for (int i = 0; i < 200; ++i)
         QCOMPARE(setting(QStringLiteral("this%1").arg(i)).toInt() + setting(QStringLiteral("other%1").arg(i)).toInt(),
                  2 * i);
+}
+
+void CoreTest::lateSettingIsNotTheNextSessions()
+{
+    QTemporaryDir former;
+    QTemporaryDir next;
+    std::atomic<bool> stop{false};
+    auto session = sessionIn(former.path());
+    std::thread other([&] {
+        while (!stop)
+            save("late", 1);
+    });
+    QTRY_VERIFY(setting("late").isValid());
+    session.reset();
+    stop = true;
+    other.join();
+    QFile::remove(former.filePath("host.ini"));
+    sessionIn(next.path()).reset();
+    QVERIFY(!QFile::exists(former.filePath("host.ini")));
 }
 
 void CoreTest::burstIsOneBatch()

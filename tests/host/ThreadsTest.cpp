@@ -1,3 +1,6 @@
+#include "MasterBusinessDataInterface.h"
+#include "ScriptedChannel.h"
+#include "StandMsgType.h"
 #include "Tests.h"
 #include "ZrObject.h"
 
@@ -13,6 +16,7 @@ class ThreadsTest : public QObject
 private slots:
     void ownThreadRunsTheSlots();
     void quitWaitsForTheRunningSlot();
+    void quitEndsWaitingForTheServer();
     void withoutOwnThreadItStaysHere();
 };
 
@@ -41,10 +45,32 @@ void ThreadsTest::quitWaitsForTheRunningSlot()
     });
     while (!entered)
         QThread::yieldCurrentThread();
-    object.thread()->requestInterruption();
-    object.quitThread();
+    object.quitThread(); // which asks the slot to give up
     QVERIFY(left);
     object.quitThread();
+}
+
+void ThreadsTest::quitEndsWaitingForTheServer()
+{
+    ScriptedChannel *channel = nullptr;
+    const auto session = ScriptedReference{}.open(channel);
+    const int subscribed = channel->count(Stand_MsgType::SubscribeRequest);
+    channel->hold(Stand_MsgType::SubscribeRequest);
+    channel->hold("Silent");
+    channel->next("Silent", ScriptedChannel::success());
+    auto outcome = MessageChannel::Outcome::Answered;
+    bool accepted = true;
+    ZrObject object(true, nullptr);
+    QMetaObject::invokeMethod(&object, [&] {
+        const Envelope request = Envelope::request("Silent", "u1", INT_MAX, {});
+        outcome = session->channel().request(request, INT_MAX).outcome; // waits for weeks unless it is ended
+        accepted = MasterBusinessDataInterface::SubscribePushMsgFromServer("Push", {}, {});
+    });
+    QTRY_COMPARE(channel->count("Silent"), 1);
+    object.quitThread();
+    QCOMPARE(int(outcome), int(MessageChannel::Outcome::TimedOut));
+    QVERIFY(!accepted);
+    QCOMPARE(channel->count(Stand_MsgType::SubscribeRequest), subscribed); // nobody was asked, let alone waited for
 }
 
 void ThreadsTest::withoutOwnThreadItStaysHere()

@@ -26,7 +26,6 @@ private slots:
     void cleanup();
 
     void strikesAsOftenAsTold();
-    void strikesOnlyItsAccount();
     void asynchronousRequestsAreStruckToo();
     void truncatedQueryFailsFromItsPage();
     void delayedAnswerComesWithinTheTimeOut();
@@ -34,7 +33,6 @@ private slots:
     void pushesAreStruck();
     void subscriptionsAreStruck();
     void everyHandlerRunsOnceAlsoAfterClosing();
-    void namesOfFaults();
 
 private:
     Outcome request(const QString &account, QString *status = nullptr);
@@ -89,12 +87,8 @@ void FaultChannelTest::strikesAsOftenAsTold()
     faults->clearFaults();
     QCOMPARE(int(request("A1")), int(Outcome::Answered));
     QCOMPARE(server->count("Query"), 2);
-}
-
-void FaultChannelTest::strikesOnlyItsAccount()
-{
     faults->addFault("Query", Fault::Timeout, 0, 1, "A2");
-    QCOMPARE(int(request("A1")), int(Outcome::Answered));
+    QCOMPARE(int(request("A1")), int(Outcome::Answered)); // another account
     QCOMPARE(int(request("A2")), int(Outcome::TimedOut));
     QCOMPARE(int(request("A2")), int(Outcome::Answered));
 }
@@ -211,16 +205,6 @@ void FaultChannelTest::everyHandlerRunsOnceAlsoAfterClosing()
     QVERIFY(!send());
     channel.reset();
     QCOMPARE(ran.load(), 2);
-}
-
-void FaultChannelTest::namesOfFaults()
-{
-    Fault fault = Fault::Fail;
-    QVERIFY(FaultChannel::faultOfName("duplicate", fault));
-    QCOMPARE(int(fault), int(Fault::Duplicate));
-    QVERIFY(FaultChannel::faultOfName("delay", fault));
-    QCOMPARE(int(fault), int(Fault::Delay));
-    QVERIFY(!FaultChannel::faultOfName("Delay", fault));
 }
 
 T0_REGISTER_TEST(FaultChannelTest)

@@ -93,6 +93,11 @@ QString describe(const QList<int> &families)
     return texts.join(QStringLiteral(", "));
 }
 
+bool isPush(const QString &msgType)
+{
+    return msgType == Master_MsgType::ManualT0RealTimePoolUsagePush || msgType == Stand_MsgType::QuotePush;
+}
+
 QString unknown(const QString &what, const QString &name, const QStringList &candidates)
 {
     const QString nearest = nearestName(name, candidates);
@@ -184,7 +189,9 @@ Outcome Commands::runOperation(const CommandLine &command)
         return bad(errorText);
     if (operation->name == QLatin1String("InitData"))
         m_host.events().startClock();
-    return operation->call(command.arguments);
+    const Outcome outcome = operation->call(command.arguments);
+    m_host.events().noteLoading();
+    return outcome;
 }
 
 Outcome Commands::init(const QVector<Argument> &)
@@ -236,7 +243,7 @@ Outcome Commands::picture(const QVector<Argument> &)
     QTextStream errorStream(stderr);
     const QMap<int, qint64> times = m_host.events().loadTimes();
     for (auto time = times.cbegin(); time != times.cend(); ++time)
-        errorStream << describe({time.key()}) << ": " << time.value() << " ms\n";
+        errorStream << describe({time.key()}) << ": " << time.value() << " ms since init\n";
     return Picture::take();
 }
 
@@ -297,6 +304,8 @@ Outcome Commands::fault(const QVector<Argument> &arguments)
                            {QStringLiteral("fail"), QStringLiteral("timeout"), QStringLiteral("delay"),
                             QStringLiteral("truncate"), QStringLiteral("duplicate")}));
 
+    if (fault == FaultChannel::Fault::Truncate && isPush(msgType))
+        return bad(QStringLiteral("truncate strikes paged queries, %1 is a push").arg(msgType));
     const bool hasArgument = fault == FaultChannel::Fault::Delay || fault == FaultChannel::Fault::Truncate;
     const int timesAt = hasArgument ? 3 : 2;
     if (arguments.size() < timesAt || arguments.size() > timesAt + 1)

@@ -8,8 +8,16 @@
 #include <QtCore/QDeadlineTimer>
 
 namespace {
+
 constexpr int interruptCheckMs = 50;
+
+bool isLoaded(int family)
+{
+    const MasterInitStateMgr::InitState state = ManualT0Logic::GetInitStateByType(family);
+    return state == MasterInitStateMgr::Inited || state == MasterInitStateMgr::InitFailed;
 }
+
+} // namespace
 
 EventRecorder::EventRecorder()
 {
@@ -37,6 +45,8 @@ void EventRecorder::record(const QString &name, const QVariant &payload)
     const bool isInited = name == Vanta_Keys::EventMsgName::ManualT0DataInited && m_clock.isValid();
     if (isInited && !m_loadTimes.contains(payload.toInt()))
         m_loadTimes.insert(payload.toInt(), m_clock.elapsed());
+    if (isInited)
+        m_announced.insert(payload.toInt());
     m_recorded.wakeAll();
 }
 
@@ -59,13 +69,21 @@ QMap<int, qint64> EventRecorder::loadTimes() const
     return m_loadTimes;
 }
 
-QList<int> EventRecorder::unfinished(const QList<int> &families) const
+void EventRecorder::noteLoading()
+{
+    const QMutexLocker lock(&m_mutex);
+    unfinished(m_announced.values());
+}
+
+/// A family's state changes before its event is sent: an event that came while it was seen loading was of an
+/// earlier load.
+QList<int> EventRecorder::unfinished(const QList<int> &families)
 {
     QList<int> rest;
     for (const int family : families) {
-        const MasterInitStateMgr::InitState state = ManualT0Logic::GetInitStateByType(family);
-        const bool ended = state == MasterInitStateMgr::Inited || state == MasterInitStateMgr::InitFailed;
-        if (!ended || !m_loadTimes.contains(family))
+        if (!isLoaded(family))
+            m_announced.remove(family);
+        if (!m_announced.contains(family))
             rest.append(family);
     }
     return rest;

@@ -15,14 +15,11 @@ bool standsForItself(const VariantRecord &pool)
     return pool.value(PoolType).toInt() == 0 && pool.contains(PublicPoolQty);
 }
 
-QStringList usageKey(const VariantRecord &row)
+const QStringList &usageFields()
 {
-    QStringList key;
-    for (const QString &field : {T0TraderId, Orvane_Fields::UserAccount::tradingAccount,
-                                 Orvane_Fields::Security::symbol, Orvane_Fields::UserAccount::securityExchange})
-        key.append(row.value(field).toString());
-    key.append(jsonText(row)); // rows of profit name no trader: several may share the rest of the key
-    return key;
+    static const QStringList fields{T0TraderId, Orvane_Fields::UserAccount::tradingAccount,
+                                    Orvane_Fields::Security::symbol, Orvane_Fields::UserAccount::securityExchange};
+    return fields;
 }
 
 } // namespace
@@ -41,13 +38,23 @@ bool RowOrder::byPoolId(const VariantRecord &a, const VariantRecord &b)
 
 bool RowOrder::byUsageKey(const VariantRecord &a, const VariantRecord &b)
 {
-    return usageKey(a) < usageKey(b);
+    for (const QString &field : usageFields()) {
+        const int order = a.value(field).toString().compare(b.value(field).toString());
+        if (order != 0)
+            return order < 0;
+    }
+    return jsonText(a) < jsonText(b); // rows of profit name no trader: several may share all of these
 }
 
 QVariantList RowOrder::sorted(const QVariantList &rows, Less less)
 {
-    QVariantList result = rows;
-    std::stable_sort(result.begin(), result.end(),
-                     [less](const QVariant &a, const QVariant &b) { return less(a.toMap(), b.toMap()); });
+    QVector<VariantRecord> records;
+    records.reserve(rows.size());
+    for (const QVariant &row : rows)
+        records.append(row.toMap());
+    std::stable_sort(records.begin(), records.end(), less);
+    QVariantList result;
+    for (const VariantRecord &record : qAsConst(records))
+        result.append(record);
     return result;
 }

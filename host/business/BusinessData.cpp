@@ -11,6 +11,7 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDateTime>
+#include <QtCore/QThread>
 
 namespace {
 
@@ -141,7 +142,8 @@ VariantRecord MasterBusinessDataInterface::GetSecurityDetailsBySymbol(const QStr
 bool MasterBusinessDataInterface::SubscribePushMsgFromServer(const QString &msgType, const VariantRecord &filter,
                                                              const QString &serviceName)
 {
-    if (QCoreApplication::closingDown())
+    // An object that is being stopped may be in a chain of subscriptions: it is not to wait for each.
+    if (QCoreApplication::closingDown() || QThread::currentThread()->isInterruptionRequested())
         return false;
     const Server::Lease server;
     return server && server->channel->subscribe(msgType, filter, serviceName, subscribeTimeoutMs);

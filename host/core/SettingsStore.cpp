@@ -131,6 +131,7 @@ void SettingsStore::close()
     QMutexLocker lock(&store().mutex);
     store().directory.clear();
     store().files.clear();
+    store().unwritten.clear(); // of somebody who came after the writer; another session is not to write it
 }
 
 QVariant SettingsStore::value(const QString &key, const QString &group, const QString &file, QSettings::Scope scope)

@@ -23,9 +23,11 @@ public:
     /// Before the start: runs on the thread, after its last event, for what must die where it lived.
     void setAtEnd(std::function<void()> atEnd) { m_atEnd = std::move(atEnd); }
 
-    /// Ends the loop and waits for the thread; true when all that ran on it is over. Callable twice.
+    /// Ends the loop and waits for the thread, whose running call is asked to give up (isInterruptionRequested);
+    /// true when all that ran on it is over. Callable twice.
     bool endLoop()
     {
+        requestInterruption();
         quit();
         return wait() && m_ended;
     }

@@ -32,6 +32,13 @@ QString refusal(const QJsonObject &loaderData)
     return {};
 }
 
+/// Canonical paths of what this process has loaded. Main thread only.
+QStringList &loadedFiles()
+{
+    static QStringList files;
+    return files;
+}
+
 QString withFile(const QString &fileName, const QString &what)
 {
     return QStringLiteral("%1: %2").arg(fileName, what);
@@ -66,9 +73,6 @@ QString loadOne(PluginLoader::Plugin &entry)
 
 } // namespace
 
-PluginLoader::PluginLoader() = default;
-PluginLoader::~PluginLoader() = default;
-
 QString PluginLoader::compatVersion()
 {
     return QStringLiteral("2.0.0");
@@ -81,11 +85,11 @@ QList<PluginLoader::Plugin> PluginLoader::load(const QStringList &fileNames)
         Plugin entry;
         entry.fileName = fileName;
         const QString canonical = QFileInfo(fileName).canonicalFilePath();
-        const QString error = m_loaded.contains(canonical) ? QStringLiteral("is loaded already") : loadOne(entry);
+        const QString error = loadedFiles().contains(canonical) ? QStringLiteral("is loaded already") : loadOne(entry);
         if (!error.isEmpty())
             entry.errorText = withFile(fileName, error);
         else
-            m_loaded.append(canonical);
+            loadedFiles().append(canonical);
         HOST_INFO("PluginLoader", fileName << entry.errorText);
         plugins.append(entry);
     }

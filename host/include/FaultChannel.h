@@ -10,10 +10,11 @@ class T0_HOST_EXPORT FaultChannel : public MessageChannel
 {
 public:
     enum class Fault {
-        Fail,     ///< the request is not forwarded; a refusal answers it
-        Timeout,  ///< the request is not forwarded; it times out at once
-        Delay,    ///< argument: ms by which the answer comes later, within the request's time-out
-        Truncate, ///< argument: the page, from 0, from which on a paged query is refused
+        Fail,     ///< the request is not forwarded, a refusal answers it; a push is dropped
+        Timeout,  ///< the request is not forwarded, it times out at once; a push is dropped
+        Delay,    ///< argument: ms by which the answer comes later, within the request's time-out, or a push,
+                  ///< before which no later push comes
+        Truncate, ///< argument: the page, from 0, from which on a paged query is refused; never strikes a push
         Duplicate ///< the answer to an asynchronous request, or a push, is handed over twice
     };
 
@@ -21,7 +22,8 @@ public:
     ~FaultChannel() override;
 
     /// times: how many requests or pushes it strikes, -1: all. tradingAccount: only requests with a row of
-    /// this account; empty: all. Of several faults that fit, the oldest strikes.
+    /// this account; empty: all. Of several faults that fit, the oldest strikes. subscribe() is struck as
+    /// Stand_MsgType::SubscribeRequest.
     void addFault(const QString &msgType, Fault fault, int argument, int times, const QString &tradingAccount = {});
     void clearFaults();
 

@@ -3,10 +3,13 @@
 #include "OrvaneFields.h"
 #include "OrvaneValues.h"
 #include "StandFields.h"
+#include "StandMsgType.h"
+#include "core/Activity.h"
 
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QMutex>
 #include <QtCore/QMutexLocker>
+#include <QtCore/QThread>
 #include <QtCore/QWaitCondition>
 
 #include <algorithm>
@@ -14,6 +17,8 @@
 #include <vector>
 
 namespace {
+
+constexpr int interruptCheckMs = 20;
 
 struct Rule {
     QString msgType;
@@ -75,27 +80,40 @@ public:
     /// The rule that strikes this message, counted down; false when none does.
     bool strike(const Envelope &envelope, Rule &struck);
 
+    /// Blocks the caller until due, at most until the deadline, close() or his thread's interruption.
+    void hold(const QDeadlineTimer &due, const QDeadlineTimer &deadline);
+
+    void push(const Envelope &envelope); ///< on the inner channel's thread
+    void handOverLate(const Envelope &envelope, int copies);
     void runLater(int delayMs, std::function<void()> run);
+    void queue(const QDeadlineTimer &due, std::function<void()> run); ///< with the mutex held
     void runQueue();
 
     QMutex mutex;
     std::vector<Rule> rules;
+    std::shared_ptr<const PushHandler> pushHandler;
     std::vector<Later> later;
     QWaitCondition woken;
     std::thread thread; ///< hands over what a fault delays
-    bool closed = false;
+    int latePushes = 0; ///< queued or running; while there are some, no push overtakes them
+    QDeadlineTimer lastPushDue;
+    bool runsPush = false;
+    bool closed = false; ///< what is queued is due
+    bool ends = false;   ///< nobody queues any more
 };
 
 bool FaultChannel::Private::strike(const Envelope &envelope, Rule &struck)
 {
     QMutexLocker lock(&mutex);
+    if (closed)
+        return false; // the inner channel refuses it
     for (auto rule = rules.begin(); rule != rules.end(); ++rule) {
         if (rule->msgType != envelope.type)
             continue;
         const MessageBody body = bodyOf(envelope);
         if (!concernsAccount(body, rule->tradingAccount))
             continue;
-        if (rule->fault == Fault::Truncate && !reachesPage(*rule, body))
+        if (rule->fault == Fault::Truncate && (envelope.kind == Envelope::Kind::Push || !reachesPage(*rule, body)))
             continue;
         struck = *rule;
         if (rule->times > 0 && --rule->times == 0)
@@ -105,10 +123,61 @@ bool FaultChannel::Private::strike(const Envelope &envelope, Rule &struck)
     return false;
 }
 
+void FaultChannel::Private::hold(const QDeadlineTimer &due, const QDeadlineTimer &deadline)
+{
+    const QDeadlineTimer end = qMin(due, deadline);
+    const QThread *caller = QThread::currentThread();
+    QMutexLocker lock(&mutex);
+    while (!closed && !end.hasExpired() && !caller->isInterruptionRequested())
+        woken.wait(&mutex, qMin(end, QDeadlineTimer(interruptCheckMs)));
+}
+
+void FaultChannel::Private::push(const Envelope &envelope)
+{
+    Rule rule;
+    const bool struck = strike(envelope, rule);
+    if (struck && (rule.fault == Fault::Fail || rule.fault == Fault::Timeout))
+        return;
+    const int copies = struck && rule.fault == Fault::Duplicate ? 2 : 1;
+    const int delayMs = struck && rule.fault == Fault::Delay ? rule.argument : 0;
+
+    QMutexLocker lock(&mutex);
+    if (delayMs == 0 && latePushes == 0) {
+        const auto handler = pushHandler;
+        lock.unlock();
+        for (int i = 0; handler && i < copies; ++i)
+            (*handler)(envelope);
+        return;
+    }
+    const QDeadlineTimer due(delayMs);
+    lastPushDue = latePushes == 0 ? due : qMax(lastPushDue, due);
+    ++latePushes;
+    queue(lastPushDue, [this, envelope, copies, token = Activity::begin()] { handOverLate(envelope, copies); });
+}
+
+void FaultChannel::Private::handOverLate(const Envelope &envelope, int copies)
+{
+    QMutexLocker lock(&mutex);
+    const auto handler = closed ? nullptr : pushHandler;
+    runsPush = true;
+    lock.unlock();
+    for (int i = 0; handler && i < copies; ++i)
+        (*handler)(envelope);
+    lock.relock();
+    runsPush = false;
+    --latePushes;
+    woken.wakeAll();
+}
+
 void FaultChannel::Private::runLater(int delayMs, std::function<void()> run)
 {
     QMutexLocker lock(&mutex);
-    later.push_back({QDeadlineTimer(delayMs), std::move(run)});
+    queue(QDeadlineTimer(delayMs), std::move(run));
+}
+
+void FaultChannel::Private::queue(const QDeadlineTimer &due, std::function<void()> run)
+{
+    later.push_back({due, std::move(run)});
     if (!thread.joinable())
         thread = std::thread([this] { runQueue(); });
     woken.wakeAll();
@@ -118,8 +187,8 @@ void FaultChannel::Private::runQueue()
 {
     const auto earlier = [](const Later &a, const Later &b) { return a.due < b.due; };
     QMutexLocker lock(&mutex);
-    while (!closed || !later.empty()) {
-        const auto next = std::min_element(later.begin(), later.end(), earlier);
+    while (!ends || !later.empty()) {
+        const auto next = std::min_element(later.begin(), later.end(), earlier); // the first of several
         if (next == later.end()) {
             woken.wait(&mutex);
         } else if (!closed && !next->due.hasExpired()) {
@@ -142,7 +211,12 @@ FaultChannel::FaultChannel(std::unique_ptr<MessageChannel> inner)
 FaultChannel::~FaultChannel()
 {
     FaultChannel::close();
-    m_inner.reset(); // its handlers use what is below
+    m_inner.reset(); // its handlers use what is below, and queue until it is gone
+    {
+        QMutexLocker lock(&d->mutex);
+        d->ends = true;
+        d->woken.wakeAll();
+    }
     if (d->thread.joinable())
         d->thread.join();
 }
@@ -182,9 +256,7 @@ MessageChannel::Reply FaultChannel::request(const Envelope &envelope, int timeou
     const QDeadlineTimer deadline(timeoutMs);
     const QDeadlineTimer due(rule.argument);
     const Reply reply = m_inner->request(envelope, timeoutMs);
-    QMutexLocker lock(&d->mutex);
-    while (!d->closed && d->woken.wait(&d->mutex, qMin(due, deadline)))
-        continue;
+    d->hold(due, deadline);
     return due < deadline || reply.outcome != Outcome::Answered ? reply : timedOut();
 }
 
@@ -220,21 +292,34 @@ bool FaultChannel::send(const Envelope &envelope, int timeoutMs, ReplyHandler ha
 bool FaultChannel::subscribe(const QString &pushType, const VariantRecord &filter, const QString &serviceName,
                              int timeoutMs)
 {
-    return m_inner->subscribe(pushType, filter, serviceName, timeoutMs);
+    Rule rule;
+    const MessageBody asked{{{Stand_Fields::Subscription::pushType, pushType}}, {filter}};
+    if (!d->strike(Envelope::request(Stand_MsgType::SubscribeRequest, {}, timeoutMs, asked), rule) ||
+        rule.fault == Fault::Duplicate)
+        return m_inner->subscribe(pushType, filter, serviceName, timeoutMs);
+    if (rule.fault != Fault::Delay)
+        return false;
+    const QDeadlineTimer deadline(timeoutMs);
+    const QDeadlineTimer due(rule.argument);
+    const bool accepted = m_inner->subscribe(pushType, filter, serviceName, timeoutMs);
+    d->hold(due, deadline);
+    return accepted && due < deadline;
 }
 
 void FaultChannel::setPushHandler(PushHandler handler)
 {
-    if (!handler) {
-        m_inner->setPushHandler({});
-        return;
+    const bool isEmpty = !handler;
+    {
+        QMutexLocker lock(&d->mutex);
+        d->pushHandler = isEmpty ? nullptr : std::make_shared<const PushHandler>(std::move(handler));
     }
-    m_inner->setPushHandler([this, handler = std::move(handler)](const Envelope &envelope) {
-        Rule rule;
-        handler(envelope);
-        if (d->strike(envelope, rule) && rule.fault == Fault::Duplicate)
-            handler(envelope);
-    });
+    if (isEmpty)
+        m_inner->setPushHandler({});
+    else
+        m_inner->setPushHandler([this](const Envelope &envelope) { d->push(envelope); });
+    QMutexLocker lock(&d->mutex);
+    while (d->runsPush && d->thread.get_id() != std::this_thread::get_id())
+        d->woken.wait(&d->mutex);
 }
 
 MessageChannel::Connection FaultChannel::connection() const

@@ -37,7 +37,8 @@ public:
     MessageChannel &operator=(const MessageChannel &) = delete;
 
     /// Blocks the caller, on a waiter of its own, until the answer, the time-out or close(); never runs an
-    /// event loop. The request is valid for as long as the caller waits.
+    /// event loop. The request is valid for as long as the caller waits. A caller whose QThread is asked to
+    /// stop (requestInterruption) waits no longer: TimedOut.
     virtual Reply request(const Envelope &envelope, int timeoutMs) = 0;
 
     /// Returns at once. handler runs exactly once, on the channel's thread, with the answer or the time-out.
@@ -45,7 +46,7 @@ public:
     virtual bool send(const Envelope &envelope, int timeoutMs, ReplyHandler handler) = 0;
 
     /// Asks the server for pushes of a type, narrowed by the filter's fields; true when it accepts.
-    /// Blocks for at most timeoutMs. Subscribing again is harmless.
+    /// Blocks for at most timeoutMs, ended as request() is. Subscribing again is harmless.
     virtual bool subscribe(const QString &pushType, const VariantRecord &filter, const QString &serviceName,
                            int timeoutMs) = 0;
 

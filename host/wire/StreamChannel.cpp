@@ -10,12 +10,15 @@
 #include <QtCore/QHash>
 #include <QtCore/QMutex>
 #include <QtCore/QMutexLocker>
+#include <QtCore/QThread>
 #include <QtCore/QWaitCondition>
 
 #include <thread>
 #include <vector>
 
 namespace {
+
+constexpr int interruptCheckMs = 20;
 
 /// Who waits for one answer: a blocked caller, or a handler of send().
 struct Waiter {
@@ -176,10 +179,11 @@ StreamChannel::Reply StreamChannel::request(const Envelope &envelope, int timeou
     if (!waiter)
         return notSent;
     const bool left = transmitUnlessClosed(envelope);
+    const QThread *caller = QThread::currentThread();
 
     QMutexLocker lock(&d->mutex);
-    while (left && !waiter->done && waiter->ended.wait(&d->mutex, waiter->deadline))
-        continue;
+    while (left && !waiter->done && !waiter->deadline.hasExpired() && !caller->isInterruptionRequested())
+        waiter->ended.wait(&d->mutex, qMin(waiter->deadline, QDeadlineTimer(interruptCheckMs)));
     if (waiter->done)
         return waiter->reply;
     d->waiters.remove(envelope.id);

@@ -39,6 +39,7 @@ private slots:
     void overloadsAreToldApartByKinds();
     void nearestNames();
     void publicPoolsOfAMergedListKeepTheirPlace();
+    void rowsOfOneKeyAreOrderedByTheRest();
 };
 T0_REGISTER_TEST(OperationsTest)
 
@@ -141,6 +142,16 @@ void OperationsTest::publicPoolsOfAMergedListKeepTheirPlace()
     for (const QVariant &row : sorted)
         ids.append(row.toMap().value("PoolDetailId").toString());
     QCOMPARE(ids, (QStringList{"P2", "P3", "P9", "P8", "P1"}));
+}
+
+void OperationsTest::rowsOfOneKeyAreOrderedByTheRest()
+{
+    const auto row = [](const char *account, const char *symbol, int number) {
+        return QVariant(VariantRecord{{"tradingAccount", account}, {"symbol", symbol}, {"AAA", number}});
+    };
+    QCOMPARE(RowOrder::sorted({row("A2", "1", 1), row("A1", "2", 3), row("A1", "2", 2), row("A1", "1", 4)},
+                              RowOrder::byUsageKey),
+             (QVariantList{row("A1", "1", 4), row("A1", "2", 2), row("A1", "2", 3), row("A2", "1", 1)}));
 }
 
 #include "OperationsTest.moc"

@@ -121,7 +121,7 @@ void ProgramTest::transcriptOfTheSampleBooks()
         QVERIFY2(actual.at(i) == expected.at(i), "line " + QByteArray::number(i + 1) + ": " + actual.at(i));
     QCOMPARE(actual.size(), expected.size());
     QCOMPARE(run.exitCode, 0);
-    QCOMPARE(run.errors.count(QRegularExpression(QStringLiteral("^[0-5] \\(\\w+\\): \\d+ ms$"),
+    QCOMPARE(run.errors.count(QRegularExpression(QStringLiteral("^[0-5] \\(\\w+\\): \\d+ ms since init$"),
                                                  QRegularExpression::MultilineOption)),
              6);
 }
@@ -168,7 +168,8 @@ void ProgramTest::aFamilyThatFailsIsAnnounced()
 void ProgramTest::badCommandsNameLineAndReason()
 {
     const Run run = runConsole("echo good\n\nGetAllResourceLis\nGetT0Symbols 1\nsleep soon\nquote 1.XX 5\n"
-                               "fault QueryManualT0ResourceRequest brake\nechoo [1\nwait inited 0\necho still here\n");
+                               "fault QueryManualT0ResourceRequest brake\nechoo [1\nwait inited 0\n"
+                               "fault QuotePush truncate 0\necho still here\n");
     QCOMPARE(run.exitCode, 1);
     QCOMPARE(run.errors, QStringLiteral("<stdin>:3: unknown command GetAllResourceLis, did you mean "
                                         "GetAllResourceList?\n"
@@ -177,9 +178,10 @@ void ProgramTest::badCommandsNameLineAndReason()
                                         "<stdin>:6: fail: 证券不存在：1.XX\n"
                                         "<stdin>:7: unknown fault brake\n"
                                         "<stdin>:8: column 7: bad JSON, it is not closed\n"
-                                        "<stdin>:9: nothing is being loaded: init comes first\n"));
+                                        "<stdin>:9: nothing is being loaded: init comes first\n"
+                                        "<stdin>:10: truncate strikes paged queries, QuotePush is a push\n"));
     const QVector<QJsonObject> lines = run.lines();
-    QCOMPARE(lines.size(), 9);
+    QCOMPARE(lines.size(), 10);
     QCOMPARE(lines.at(3).value("line").toInt(), 5);
     QCOMPARE(lines.at(3).value("error"), QJsonValue("argument 1: an integer is expected, not soon"));
     QCOMPARE(lines.constLast().value("result"), QJsonValue("still here"));

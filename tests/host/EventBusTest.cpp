@@ -3,8 +3,6 @@
 #include "Tests.h"
 #include "ZrObject.h"
 
-#include <QtCore/QMutex>
-#include <QtCore/QPointer>
 #include <QtCore/QThread>
 #include <QtTest/QtTest>
 
@@ -36,7 +34,6 @@ class EventBusTest : public QObject
 private slots:
     void listenersRunLaterAndOnTheirThread();
     void eventsOfOneSenderStayInOrder();
-    void listenerMayTakeTheSendersLock();
     void contextMayDieWhileEventsAreSent();
     void stoppedListenerDropsWhatIsQueued();
 };
@@ -79,27 +76,6 @@ void EventBusTest::eventsOfOneSenderStayInOrder()
     second.join();
     QVERIFY(std::is_sorted(seen["first"].cbegin(), seen["first"].cend()));
     QVERIFY(std::is_sorted(seen["second"].cbegin(), seen["second"].cend()));
-}
-
-void EventBusTest::listenerMayTakeTheSendersLock()
-{
-    QObject context;
-    QMutex lock;
-    int heard = 0;
-    EventBus::listen("first", &context, [&](const QVariant &) {
-        QMutexLocker locker(&lock);
-        ++heard;
-        send("second", {}); // a listener may send in its turn
-    });
-    EventBus::listen("second", &context, [&](const QVariant &) {
-        QMutexLocker locker(&lock);
-        ++heard;
-    });
-    {
-        QMutexLocker locker(&lock);
-        send("first", {});
-    }
-    QTRY_COMPARE(heard, 2);
 }
 
 void EventBusTest::contextMayDieWhileEventsAreSent()

@@ -3,6 +3,7 @@
 #include "OrvaneFields.h"
 #include "ScriptedChannel.h"
 #include "StandFields.h"
+#include "StandMsgType.h"
 #include "Tests.h"
 
 #include <QtTest/QtTest>
@@ -25,12 +26,13 @@ private slots:
     void cleanup();
 
     void strikesAsOftenAsTold();
-    void strikesOnlyItsAccount();
     void asynchronousRequestsAreStruckToo();
     void truncatedQueryFailsFromItsPage();
     void delayedAnswerComesWithinTheTimeOut();
-    void pushesAreDoubled();
-    void namesOfFaults();
+    void pushesAreStruck_data();
+    void pushesAreStruck();
+    void subscriptionsAreStruck();
+    void everyHandlerRunsOnceAlsoAfterClosing();
 
 private:
     Outcome request(const QString &account, QString *status = nullptr);
@@ -85,12 +87,8 @@ void FaultChannelTest::strikesAsOftenAsTold()
     faults->clearFaults();
     QCOMPARE(int(request("A1")), int(Outcome::Answered));
     QCOMPARE(server->count("Query"), 2);
-}
-
-void FaultChannelTest::strikesOnlyItsAccount()
-{
     faults->addFault("Query", Fault::Timeout, 0, 1, "A2");
-    QCOMPARE(int(request("A1")), int(Outcome::Answered));
+    QCOMPARE(int(request("A1")), int(Outcome::Answered)); // another account
     QCOMPARE(int(request("A2")), int(Outcome::TimedOut));
     QCOMPARE(int(request("A2")), int(Outcome::Answered));
 }
@@ -137,25 +135,76 @@ void FaultChannelTest::delayedAnswerComesWithinTheTimeOut()
     QCOMPARE(int(faults->request(Envelope::request("Query", "u1", 10, {}), 10).outcome), int(Outcome::TimedOut));
 }
 
-void FaultChannelTest::pushesAreDoubled()
+void FaultChannelTest::pushesAreStruck_data()
 {
-    std::atomic<int> pushes{0};
-    faults->setPushHandler([&](const Envelope &) { ++pushes; });
-    faults->addFault("Push", Fault::Duplicate, 0, 1);
-    server->push("Push", {});
-    server->push("Push", {});
-    QTRY_COMPARE(pushes.load(), 3);
-    faults->setPushHandler({});
+    QTest::addColumn<int>("fault");
+    QTest::addColumn<QString>("received");
+    QTest::newRow("dropped by fail") << int(Fault::Fail) << "1 2 3";
+    QTest::newRow("dropped by timeout") << int(Fault::Timeout) << "1 2 3";
+    QTest::newRow("the later ones wait behind it") << int(Fault::Delay) << "0 1 2 3";
+    QTest::newRow("doubled") << int(Fault::Duplicate) << "0 0 1 2 3";
+    QTest::newRow("never truncated") << int(Fault::Truncate) << "0 1 2 3";
 }
 
-void FaultChannelTest::namesOfFaults()
+void FaultChannelTest::pushesAreStruck()
 {
-    Fault fault = Fault::Fail;
-    QVERIFY(FaultChannel::faultOfName("duplicate", fault));
-    QCOMPARE(int(fault), int(Fault::Duplicate));
-    QVERIFY(FaultChannel::faultOfName("delay", fault));
-    QCOMPARE(int(fault), int(Fault::Delay));
-    QVERIFY(!FaultChannel::faultOfName("Delay", fault));
+    QFETCH(int, fault);
+    QMutex mutex;
+    QStringList received;
+    faults->setPushHandler([&](const Envelope &envelope) {
+        MessageBody body;
+        QString errorText;
+        MessageBody::decode(envelope.body, body, errorText);
+        const QMutexLocker lock(&mutex);
+        received.append(body.rows.value(0).value("n").toString());
+    });
+    faults->addFault("Push", Fault(fault), Fault(fault) == Fault::Delay ? 20 : 0, 1);
+    for (int i = 0; i < 4; ++i)
+        server->push("Push", {{"n", i}});
+    QVERIFY(session->settle(60000)); // what is delayed counts as under way
+    faults->setPushHandler({});
+    QTEST(received.join(' '), "received");
+}
+
+void FaultChannelTest::subscriptionsAreStruck()
+{
+    const auto subscribe = [this](int timeoutMs) { return faults->subscribe("Push", {}, {}, timeoutMs); };
+    const int before = server->count(Stand_MsgType::SubscribeRequest);
+    for (Fault fault : {Fault::Fail, Fault::Timeout}) {
+        faults->addFault(Stand_MsgType::SubscribeRequest, fault, 0, 1);
+        QVERIFY(!subscribe(60000));
+    }
+    QCOMPARE(server->count(Stand_MsgType::SubscribeRequest), before);
+    faults->addFault(Stand_MsgType::SubscribeRequest, Fault::Delay, 60000, 1);
+    QVERIFY(!subscribe(10)); // later than its time-out
+    faults->addFault(Stand_MsgType::SubscribeRequest, Fault::Delay, 1, 1);
+    QVERIFY(subscribe(60000));
+    QCOMPARE(server->count(Stand_MsgType::SubscribeRequest), before + 2);
+}
+
+void FaultChannelTest::everyHandlerRunsOnceAlsoAfterClosing()
+{
+    session.reset();
+    auto scripted = std::make_unique<ScriptedChannel>();
+    scripted->always("Query", [](const MessageBody &) { return ScriptedChannel::success(); });
+    scripted->hold("Query");
+    auto channel = std::make_unique<FaultChannel>(std::move(scripted));
+    channel->addFault("Query", Fault::Timeout, 0, 1);
+    channel->addFault("Query", Fault::Delay, 60000, 1);
+    channel->addFault("Query", Fault::Timeout, 0, 1);
+    std::atomic<int> ran{0};
+    const auto send = [&] {
+        return channel->send(Envelope::request("Query", "u1", 60000, {}), 60000,
+                             [&](const MessageChannel::Reply &) { ++ran; });
+    };
+    QVERIFY(send());
+    QTRY_COMPARE(ran.load(), 1); // the thread that hands over has something to end with
+    QVERIFY(send());
+    channel->close();
+    QTRY_COMPARE(ran.load(), 2);
+    QVERIFY(!send());
+    channel.reset();
+    QCOMPARE(ran.load(), 2);
 }
 
 T0_REGISTER_TEST(FaultChannelTest)

@@ -141,7 +141,6 @@ void MessageBodyTest::everyTypeArrivesAsPromised_data()
     QTest::addColumn<QVariant>("arrives");
     QTest::newRow("int") << QVariant(-5) << QVariant(qlonglong(-5));
     QTest::newRow("unsigned int") << QVariant(5u) << QVariant(qlonglong(5));
-    QTest::newRow("short") << QVariant::fromValue(short(-3)) << QVariant(qlonglong(-3));
     QTest::newRow("smallest integer") << QVariant(std::numeric_limits<qlonglong>::min())
                                       << QVariant(std::numeric_limits<qlonglong>::min());
     QTest::newRow("largest integer") << QVariant(std::numeric_limits<qulonglong>::max())
@@ -154,7 +153,6 @@ void MessageBodyTest::everyTypeArrivesAsPromised_data()
     QTest::newRow("hash") << QVariant(QVariantHash{{"k", "v"}}) << QVariant(QVariantMap{{"k", "v"}});
     QTest::newRow("date") << QVariant(QDate(2024, 2, 29)) << QVariant("2024-02-29");
     QTest::newRow("null text") << QVariant(QString()) << QVariant(QString());
-    QTest::newRow("invalid") << QVariant() << QVariant();
 }
 
 void MessageBodyTest::everyTypeArrivesAsPromised()

@@ -73,6 +73,8 @@ void PluginLoaderTest::folderIsLoadedOnceAndInOrder()
     QCOMPARE(plugin->property("extended").toInt(), 1);
     QCOMPARE(plugin->property("initialized").toInt(), 2); // the refused time and this one
     QCOMPARE(loaded.at(2).errorText, folder.filePath("c.so") + QStringLiteral(": is loaded already"));
+    QCOMPARE(PluginLoader().load({pluginFile("good")}).first().errorText,
+             pluginFile("good") + QStringLiteral(": is loaded already")); // by any loader
 }
 
 namespace {

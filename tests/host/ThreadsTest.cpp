@@ -1,10 +1,11 @@
+#include "MasterBusinessDataInterface.h"
+#include "ScriptedChannel.h"
+#include "StandMsgType.h"
 #include "Tests.h"
 #include "ZrObject.h"
 
 #include <QtCore/QThread>
 #include <QtTest/QtTest>
-
-#include <atomic>
 
 class ThreadsTest : public QObject
 {
@@ -12,7 +13,7 @@ class ThreadsTest : public QObject
 
 private slots:
     void ownThreadRunsTheSlots();
-    void quitWaitsForTheRunningSlot();
+    void quitEndsWaitingForTheServer();
     void withoutOwnThreadItStaysHere();
 };
 
@@ -28,23 +29,28 @@ void ThreadsTest::ownThreadRunsTheSlots()
     QCOMPARE(ranOn->objectName(), QStringLiteral("Own"));
 }
 
-void ThreadsTest::quitWaitsForTheRunningSlot()
+void ThreadsTest::quitEndsWaitingForTheServer()
 {
+    ScriptedChannel *channel = nullptr;
+    const auto session = ScriptedReference{}.open(channel);
+    const int subscribed = channel->count(Stand_MsgType::SubscribeRequest);
+    channel->hold(Stand_MsgType::SubscribeRequest);
+    channel->hold("Silent");
+    channel->next("Silent", ScriptedChannel::success());
+    auto outcome = MessageChannel::Outcome::Answered;
+    bool accepted = true;
     ZrObject object(true, nullptr);
-    std::atomic<bool> entered{false};
-    std::atomic<bool> left{false};
     QMetaObject::invokeMethod(&object, [&] {
-        entered = true;
-        while (!object.thread()->isInterruptionRequested())
-            QThread::yieldCurrentThread();
-        left = true;
+        const Envelope request = Envelope::request("Silent", "u1", INT_MAX, {});
+        outcome = session->channel().request(request, INT_MAX).outcome; // waits for weeks unless it is ended
+        accepted = MasterBusinessDataInterface::SubscribePushMsgFromServer("Push", {}, {});
     });
-    while (!entered)
-        QThread::yieldCurrentThread();
-    object.thread()->requestInterruption();
+    QTRY_COMPARE(channel->count("Silent"), 1);
+    object.quitThread(); // waits for the slot, which leaves at once
     object.quitThread();
-    QVERIFY(left);
-    object.quitThread();
+    QCOMPARE(int(outcome), int(MessageChannel::Outcome::TimedOut));
+    QVERIFY(!accepted);
+    QCOMPARE(channel->count(Stand_MsgType::SubscribeRequest), subscribed); // nobody was asked, let alone waited for
 }
 
 void ThreadsTest::withoutOwnThreadItStaysHere()

@@ -42,29 +42,79 @@ struct Instrument {
 
     explicit Instrument(const VariantRecord &row)
     {
-        const QString id = str(row, Security::securityID);
-        const QString exchange = str(row, securityExchange);
-        if (id == "600000" && exchange == "SH")
-            symbol = "600000.SH";
-        else if (id == "300001" && exchange == "SZ")
-            symbol = "300001.SZ";
-        else if (id == "110001" && exchange == "SH")
-            symbol = "110001.SH", factor = 10;
-        else if (id == "00700" && (exchange == "HHK" || exchange == "SZHK"))
-            symbol = "00700.HK", factor = 100;
+        static const QMap<QString, QPair<QString, int>> known{{"600000 SH", {"600000.SH", 1}},
+                                                              {"300001 SZ", {"300001.SZ", 1}},
+                                                              {"110001 SH", {"110001.SH", 10}},
+                                                              {"00700 HHK", {"00700.HK", 100}},
+                                                              {"00700 SZHK", {"00700.HK", 100}}};
+        const QString id = str(row, Security::securityID) + ' ' + str(row, securityExchange);
+        symbol = known.value(id).first;
+        factor = known.value(id, {"", 1}).second;
     }
 };
 
-/// Puts row in the place of the one with the same value of field, else at the end.
-void put(RecordList &rows, const VariantRecord &row, const QString &field)
+using Text = QString (*)(const VariantRecord &);
+
+template <Text keyOf> void sortBy(RecordList &rows)
+{
+    std::sort(rows.begin(), rows.end(), [](const auto &a, const auto &b) { return keyOf(a) < keyOf(b); });
+}
+
+/// Puts row in the place of the one with the same key, else at the end.
+template <Text keyOf> void put(RecordList &rows, const VariantRecord &row)
 {
     for (VariantRecord &held : rows) {
-        if (str(held, field) == str(row, field)) {
+        if (keyOf(held) == keyOf(row)) {
             held = row;
             return;
         }
     }
     rows.append(row);
+}
+
+template <typename Condition> RecordList those(const RecordList &rows, Condition condition)
+{
+    RecordList result;
+    for (const VariantRecord &row : rows) {
+        if (condition(row))
+            result.append(row);
+    }
+    return result;
+}
+
+template <typename Change> RecordList each(RecordList rows, Change change)
+{
+    for (VariantRecord &row : rows)
+        row = change(row);
+    return rows;
+}
+
+QString resourceId(const VariantRecord &row)
+{
+    return str(row, ResourceId);
+}
+
+QString poolId(const VariantRecord &row)
+{
+    return str(row, PoolDetailId);
+}
+
+/// Account, symbol and exchange: what a public pool and its partner have in common.
+QString holding(const VariantRecord &row)
+{
+    return QStringList{str(row, tradingAccount), str(row, Security::symbol), str(row, securityExchange)}.join('_');
+}
+
+QString usageKey(const VariantRecord &row)
+{
+    return QStringList{str(row, T0TraderId), str(row, tradingAccount), Instrument(row).symbol,
+                       str(row, securityExchange)}
+        .join('_');
+}
+
+QString security(const VariantRecord &row)
+{
+    return str(row, Security::symbol) + str(row, securityExchange);
 }
 
 bool matches(const VariantRecord &row, const QStringList &accounts, const QString &symbol, const QString &exchange)
@@ -73,10 +123,10 @@ bool matches(const VariantRecord &row, const QStringList &accounts, const QStrin
            (exchange.isEmpty() || str(row, securityExchange) == exchange);
 }
 
-void sortBy(RecordList &rows, const QString &field)
+QStringList ownQuantities()
 {
-    std::sort(rows.begin(), rows.end(),
-              [&field](const VariantRecord &a, const VariantRecord &b) { return str(a, field) < str(b, field); });
+    return {PreUnclosedBuyLimit, PreUnclosedSellLimit, PreUnclosedBoughtQty, PreUnclosedSoldQty, DailyBuyLimit,
+            DailySellLimit,      DailyBoughtQty,       DailySoldQty,         RtPoolTotalQty};
 }
 
 VariantRecord scaledResource(VariantRecord row)
@@ -108,8 +158,7 @@ VariantRecord derivedUsage(VariantRecord row)
 {
     const Instrument instrument(row);
     row.insert(Security::symbol, instrument.symbol);
-    for (const QString &field : {PreUnclosedBuyLimit, PreUnclosedSellLimit, PreUnclosedBoughtQty, PreUnclosedSoldQty,
-                                 DailyBuyLimit, DailySellLimit, DailyBoughtQty, DailySoldQty, RtPoolTotalQty}) {
+    for (const QString &field : ownQuantities()) {
         if (row.contains(field))
             row.insert(field, qlonglong(std::llround(std::trunc(num(row, field) * instrument.factor))));
     }
@@ -136,13 +185,6 @@ VariantRecord derivedUsage(VariantRecord row)
                              : open < 0 ? QVariant(sold / num(row, RtRealSoldQty))
                                         : QVariant(0));
     return row;
-}
-
-QString usageKey(const VariantRecord &row)
-{
-    return QStringList{str(row, T0TraderId), str(row, tradingAccount), Instrument(row).symbol,
-                       str(row, securityExchange)}
-        .join('_');
 }
 
 /// Floating and realized profit of one leg at a price, fees as given for the open and the closed part.
@@ -180,12 +222,11 @@ void Model::finish(int family, bool success)
 
 void Model::initData()
 {
-    if (startLoad(Products))
-        asked.append("products");
-    if (startLoad(Traders))
-        asked.append("traders");
-    if (startLoad(5))
-        asked.append("priority");
+    for (const auto &[family, query] :
+         {std::pair(Products, "products"), {Traders, "traders"}, {Priority, "priority"}}) {
+        if (startLoad(family))
+            asked.append(query);
+    }
 }
 
 void Model::refreshType(int type)
@@ -196,56 +237,58 @@ void Model::refreshType(int type)
     if (type == Products) {
         accounts.clear();
         enabled.clear();
-        startLoad(type);
-        asked.append("products");
     } else if (type == Traders) {
         traderNames.clear();
+    }
+    if (type == Products || type == Traders) {
         startLoad(type);
-        asked.append("traders");
-    } else if (type == Resources) {
-        loadAccounts(type, resources, waitingResources, "resources ");
-    } else if (type == Pools) {
-        poolTraderIsUser = true;
-        loadAccounts(type, pools, waitingPools, "pools ");
+        asked.append(type == Products ? "products" : "traders");
+    } else if (type == Resources || type == Pools) {
+        loadAccounts(type);
     }
 }
 
-void Model::loadAccounts(int family, RecordList &rows, QMap<QString, int> &waiting, const QString &query)
+void Model::loadAccounts(int family)
 {
     startLoad(family);
-    rows.clear();
+    poolTraderIsUser = poolTraderIsUser || family == Pools;
+    (family == Pools ? pools : resources).clear();
+    QMap<QString, int> &waiting = waitingAccounts[family];
     waiting.clear();
     for (const QString &account : qAsConst(accounts))
         waiting.insert(account, 0);
     if (waiting.isEmpty())
         finish(family, true);
     for (auto account = waiting.cbegin(); account != waiting.cend(); ++account)
-        asked.append(query + account.key());
+        asked.append((family == Pools ? "pools " : "resources ") + account.key());
 }
 
-/// Book-keeping of an answer during a load; whether its rows are to be taken.
-bool Model::answersLoad(int family, const QString &account, bool success, QMap<QString, int> &waiting,
-                        const QString &query)
+/// Book-keeping of an answer during a load.
+void Model::answersLoad(int family, const QString &account, bool success)
 {
+    QMap<QString, int> &waiting = waitingAccounts[family];
     if (!success && waiting.value(account) == 0) {
         waiting.insert(account, 1);
-        asked.append(query + account);
+        asked.append((family == Pools ? "pools " : "resources ") + account);
     } else if (waiting.remove(account) > 0 && waiting.isEmpty()) {
         finish(family, success);
     }
-    return success;
+}
+
+/// The fifth failure, and every one after it, gives up.
+void Model::failed(int family, const QString &query)
+{
+    if (++failures[family] < 5)
+        asked.append(query);
+    else
+        finish(family, false);
 }
 
 void Model::answerProducts(bool success, const RecordList &rows)
 {
-    if (!success) {
-        if (++productFailures < 5)
-            asked.append("products");
-        else
-            finish(Products, false);
-        return;
-    }
-    productFailures = 0;
+    if (!success)
+        return failed(Products, "products");
+    failures[Products] = 0;
     accounts.clear();
     enabled.clear();
     for (const VariantRecord &row : rows) {
@@ -264,79 +307,70 @@ void Model::answerProducts(bool success, const RecordList &rows)
     refreshType(Pools);
 }
 
-void Model::answerTraders(bool success, const RecordList &rows, bool manager)
+void Model::answerTraders(bool success, const RecordList &rows, bool isManager)
 {
-    if (!success) {
-        if (++traderFailures < 5)
-            asked.append("traders");
-        else
-            finish(Traders, false);
-        return;
-    }
+    if (!success)
+        return failed(Traders, "traders");
     traderNames.clear();
     for (const VariantRecord &row : rows)
         traderNames.insert(str(row, userID), str(row, Orvane_Fields::UserAccount::userName));
-    isManager = manager;
     finish(Traders, true);
     if (startLoad(Usage))
         asked.append("usage " + (isManager ? QStringList(traderNames.keys()).join(',') : Rows::user));
 }
 
+void Model::answerPriority(bool success, const QStringList &priority)
+{
+    if (!success)
+        return;
+    ownAccounts = priority;
+    finish(Priority, true);
+}
+
 void Model::answerResources(const QString &account, bool success, const RecordList &rows, bool cover)
 {
     const bool loading = states[Resources] == Loading;
-    if (!success && !loading)
-        return;
-    if (success && !loading && cover) {
-        const RecordList before = resources;
-        resources.clear();
-        for (const VariantRecord &held : before) {
-            if (str(held, tradingAccount) != account)
-                resources.append(held);
-        }
-    }
+    if (success && !loading && cover)
+        resources = those(resources, [&](const auto &row) { return str(row, tradingAccount) != account; });
     if (success) {
         for (const VariantRecord &row : rows)
-            put(resources, scaledResource(row), ResourceId);
+            put<resourceId>(resources, scaledResource(row));
     }
     if (loading)
-        answersLoad(Resources, account, success, waitingResources, "resources ");
-    else
+        answersLoad(Resources, account, success);
+    else if (success)
         events.append("resources " + account);
 }
 
 void Model::answerPools(const QString &account, bool success, const RecordList &rows)
 {
-    if (states[Pools] == Loading) {
-        if (success) {
-            for (const VariantRecord &row : rows)
-                put(pools, scaledPool(row, true), PoolDetailId);
-        }
-        answersLoad(Pools, account, success, waitingPools, "pools ");
-        return;
-    }
-    if (!success)
-        return;
+    const bool loading = states[Pools] == Loading;
     RecordList fresh;
     for (const VariantRecord &row : rows)
-        put(fresh, scaledPool(row, false), PoolDetailId);
-    QStringList changed = Rows::texts(fresh, PoolDetailId);
-    QStringList deleted;
-    RecordList left;
-    for (const VariantRecord &held : qAsConst(pools)) {
-        const QString id = str(held, PoolDetailId);
-        const bool ofAccount = str(held, tradingAccount) == account;
-        const bool listed = Rows::texts(fresh, PoolDetailId).contains(id);
-        if (ofAccount && !listed)
-            deleted.append(id);
-        else
-            left.append(held);
-        if (ofAccount && fresh.contains(held))
-            changed.removeAll(id);
+        put<poolId>(fresh, scaledPool(row, loading));
+    if (success && !loading)
+        announceChanges(account, fresh);
+    if (success) {
+        for (const VariantRecord &row : qAsConst(fresh))
+            put<poolId>(pools, row);
     }
-    pools = left;
-    for (const VariantRecord &row : qAsConst(fresh))
-        put(pools, row, PoolDetailId);
+    if (loading)
+        answersLoad(Pools, account, success);
+}
+
+/// A later answer: takes what it does not list any more out of the account.
+void Model::announceChanges(const QString &account, const RecordList &fresh)
+{
+    const QStringList listed = Rows::texts(fresh, PoolDetailId);
+    QStringList changed = listed;
+    QStringList deleted;
+    for (const VariantRecord &held : qAsConst(pools)) {
+        if (str(held, tradingAccount) == account && !listed.contains(poolId(held)))
+            deleted.append(poolId(held));
+        if (str(held, tradingAccount) == account && fresh.contains(held))
+            changed.removeAll(poolId(held));
+    }
+    pools = those(pools, [&](const auto &row) { return !deleted.contains(poolId(row)); });
     poolTraderIsUser = false;
     deleted.sort();
     if (!changed.isEmpty())
@@ -351,28 +385,17 @@ void Model::answerUsage(bool success, const RecordList &rows)
         return;
     if (states[Usage] == Loading) {
         usage.clear();
-        for (const VariantRecord &row : rows) {
-            RecordList others;
-            for (const VariantRecord &held : qAsConst(usage)) {
-                if (usageKey(held) != usageKey(row))
-                    others.append(held);
-            }
-            usage = others << derivedUsage(row);
-        }
+        for (const VariantRecord &row : rows)
+            put<usageKey>(usage, derivedUsage(row));
         finish(Usage, true);
         return;
     }
+    const RecordList taken = those(rows, [&](const auto &row) { return merge(row); });
     QStringList changed;
-    bool news = false;
-    for (const VariantRecord &row : rows) {
-        if (!merge(row))
-            continue;
+    for (const VariantRecord &row : taken)
         changed.append(usageKey(row));
-        news = news || isNews(row);
-    }
     events.append("usage " + changed.join(','));
-    if (news)
-        announceSymbols();
+    announceNews(taken);
 }
 
 void Model::push(const VariantRecord &row)
@@ -380,34 +403,30 @@ void Model::push(const VariantRecord &row)
     if (!merge(row))
         return;
     events.append("usage " + usageKey(row));
-    if (isNews(row))
-        announceSymbols();
+    announceNews({row});
 }
 
-bool Model::merge(VariantRecord row)
+bool Model::merge(const VariantRecord &row)
 {
-    for (VariantRecord &held : usage) {
-        if (usageKey(held) != usageKey(row))
-            continue;
-        if (!(str(held, Master_Fields::System::ModifyTime) < str(row, Master_Fields::System::ModifyTime)))
-            return false;
-        held = derivedUsage(row);
-        return true;
-    }
-    usage.append(derivedUsage(row));
-    return true;
+    using Master_Fields::System::ModifyTime;
+    const auto isHeldSince = [&](const auto &held) {
+        return usageKey(held) == usageKey(row) && !(str(held, ModifyTime) < str(row, ModifyTime));
+    };
+    const bool isNews = those(usage, isHeldSince).isEmpty();
+    if (isNews)
+        put<usageKey>(usage, derivedUsage(row));
+    return isNews;
 }
 
-bool Model::isNews(const VariantRecord &row) const
+void Model::announceNews(const RecordList &taken)
 {
-    return str(row, T0TraderId) == Rows::user && chosen.contains(str(row, tradingAccount)) &&
-           !tradableSymbols.contains(Instrument(row).symbol);
-}
-
-void Model::announceSymbols()
-{
-    const QStringList accountsNow = chosen;
-    choose(accountsNow);
+    const auto bringsSymbol = [&](const auto &row) {
+        return str(row, T0TraderId) == Rows::user && chosen.contains(str(row, tradingAccount)) &&
+               !tradableSymbols.contains(Instrument(row).symbol);
+    };
+    if (those(taken, bringsSymbol).isEmpty())
+        return;
+    choose(QStringList(chosen));
     events.last() = "symbols";
 }
 
@@ -426,19 +445,32 @@ QString Model::traderOf(const VariantRecord &pool) const
     return str(pool, poolTraderIsUser ? userID : T0TraderId);
 }
 
+QString Model::nameOf(const QString &trader) const
+{
+    return trader == publicTrader ? trader : traderNames.value(trader);
+}
+
+VariantRecord Model::named(VariantRecord pool) const
+{
+    pool.insert(T0TraderName, nameOf(str(pool, T0TraderId)));
+    return pool;
+}
+
+RecordList Model::poolsByResource(const QString &id) const
+{
+    RecordList own = those(pools, [&](const auto &pool) { return resourceId(pool) == id; });
+    sortBy<poolId>(own);
+    return own;
+}
+
 VariantRecord Model::withSummary(VariantRecord resource) const
 {
-    RecordList own;
-    for (const VariantRecord &pool : pools) {
-        if (str(pool, ResourceId) == str(resource, ResourceId))
-            own.append(pool);
-    }
-    sortBy(own, PoolDetailId);
     int publicQty = 0;
     int privateQty = 0;
     QStringList ids;
     QStringList names;
-    for (const VariantRecord &pool : qAsConst(own)) {
+    const RecordList own = poolsByResource(resourceId(resource));
+    for (const VariantRecord &pool : own) {
         const bool isPrivate = pool.value(PoolType).toInt() == 1;
         (isPrivate ? privateQty : publicQty) += int(num(pool, PoolTotalQty));
         ids.append(isPrivate ? str(pool, T0TraderId) : publicTrader);
@@ -451,108 +483,99 @@ VariantRecord Model::withSummary(VariantRecord resource) const
     return resource;
 }
 
-VariantRecord Model::named(VariantRecord pool) const
-{
-    const QString trader = str(pool, T0TraderId);
-    pool.insert(T0TraderName, trader == publicTrader ? trader : traderNames.value(trader));
-    return pool;
-}
-
 RecordList Model::allResources() const
 {
-    RecordList rows;
-    for (const VariantRecord &resource : resources)
-        rows.append(withSummary(resource));
-    return rows;
+    return each(resources, [&](const auto &row) { return withSummary(row); });
+}
+
+RecordList Model::resource(const QString &id) const
+{
+    return those(resources, [&](const auto &row) { return resourceId(row) == id; });
 }
 
 RecordList Model::resourcesOf(const QStringList &products, const QString &assetProp, const QString &symbol,
                               const QString &exchange, const QStringList &traderIds) const
 {
-    QStringList of;
-    for (const Candidate &candidate : candidates()) {
-        if (products.contains(candidate.product) && enabled.value(candidate.product).contains(candidate.assetProp) &&
-            (assetProp.isEmpty() || candidate.assetProp == assetProp))
-            of.append(candidate.account);
-    }
-    RecordList rows;
-    for (const VariantRecord &resource : resources) {
-        bool hasTrader = traderIds.isEmpty();
-        for (const VariantRecord &pool : pools)
-            hasTrader =
-                hasTrader || (str(pool, ResourceId) == str(resource, ResourceId) && traderIds.contains(traderOf(pool)));
-        if (hasTrader && matches(resource, of, symbol, exchange))
-            rows.append(withSummary(resource));
-    }
-    return rows;
+    const QStringList of = enabledAccounts(products, assetProp);
+    return those(allResources(), [&](const auto &row) {
+        const RecordList own = poolsByResource(resourceId(row));
+        const bool hasTrader =
+            std::any_of(own.cbegin(), own.cend(), [&](const auto &pool) { return traderIds.contains(traderOf(pool)); });
+        return (traderIds.isEmpty() || hasTrader) && matches(row, of, symbol, exchange);
+    });
 }
 
 RecordList Model::allPools() const
 {
-    RecordList rows;
-    for (const VariantRecord &pool : pools)
-        rows.append(named(pool));
-    return rows;
+    return each(pools, [&](const auto &pool) { return named(pool); });
 }
 
-RecordList Model::poolsOfResource(const QString &resourceId, int type) const
+RecordList Model::poolsOfResource(const QString &id, int type) const
+{
+    return those(allPools(), [&](const auto &pool) {
+        return resourceId(pool) == id && (type == 3 || pool.value(PoolType).toInt() == type);
+    });
+}
+
+RecordList Model::poolsById(const QStringList &ids) const
 {
     RecordList rows;
-    for (const VariantRecord &pool : pools) {
-        if (str(pool, ResourceId) == resourceId && (type == 3 || pool.value(PoolType).toInt() == type))
-            rows.append(named(pool));
-    }
+    for (const QString &id : ids)
+        rows += those(pools, [&](const auto &pool) { return poolId(pool) == id; });
     return rows;
 }
 
 RecordList Model::poolsOf(const QStringList &accountList, const QStringList &traderIds, const QString &symbol,
                           const QString &exchange, bool withPublic) const
 {
+    RecordList matching =
+        those(allPools(), [&](const auto &pool) { return matches(pool, accountList, symbol, exchange); });
+    sortBy<poolId>(matching);
     RecordList rows;
-    RecordList publicRows; // one for each account, symbol and exchange, the last by id
-    RecordList all = pools;
-    sortBy(all, PoolDetailId);
-    const auto sameHolding = [](const VariantRecord &a, const VariantRecord &b) {
-        return matches(a, {str(b, tradingAccount)}, str(b, Security::symbol), str(b, securityExchange)) &&
-               str(a, Security::symbol) == str(b, Security::symbol);
-    };
-    for (const VariantRecord &pool : qAsConst(all)) {
-        if (!matches(pool, accountList, symbol, exchange))
-            continue;
+    RecordList publicRows; // one for each holding, the last by id
+    for (const VariantRecord &pool : qAsConst(matching)) {
         const QString trader = traderOf(pool);
-        const bool isPublic = trader == publicTrader;
-        if (traderIds.isEmpty() ? !(withPublic && isPublic) : !trader.isEmpty() && traderIds.contains(trader))
-            rows.append(named(pool));
-        if (!withPublic || !isPublic)
-            continue;
-        for (int i = publicRows.size() - 1; i >= 0; --i) {
-            if (sameHolding(publicRows.at(i), pool))
-                publicRows.removeAt(i);
-        }
-        publicRows.append(pool);
+        const bool isPublic = withPublic && trader == publicTrader;
+        if (traderIds.isEmpty() ? !isPublic : !trader.isEmpty() && traderIds.contains(trader))
+            rows.append(pool);
+        if (isPublic)
+            put<holding>(publicRows, pool);
     }
     for (VariantRecord &row : rows) {
         for (int i = publicRows.size() - 1; i >= 0; --i) {
-            if (sameHolding(publicRows.at(i), row))
+            if (holding(publicRows.at(i)) == holding(row))
                 row.insert(PublicPoolQty, publicRows.takeAt(i).value(PoolTotalQty));
         }
     }
-    for (VariantRecord row : qAsConst(publicRows)) {
-        row.insert(PublicPoolQty, row.value(PoolTotalQty));
-        row.insert(PoolTotalQty, 0);
-        rows.append(row);
+    sortBy<holding>(publicRows);
+    return rows + each(publicRows, [](VariantRecord row) {
+               row.remove(T0TraderName);
+               row.insert(PublicPoolQty, row.value(PoolTotalQty));
+               row.insert(PoolTotalQty, 0);
+               return row;
+           });
+}
+
+QStringList Model::enabledAccounts(const QStringList &products, const QString &assetProp) const
+{
+    QStringList of;
+    for (const QString &product : products) {
+        for (const Candidate &candidate : candidates()) {
+            if (candidate.product == product && enabled.value(product).contains(candidate.assetProp) &&
+                (assetProp.isEmpty() || candidate.assetProp == assetProp))
+                of.append(candidate.account);
+        }
     }
-    return rows;
+    return of;
 }
 
 QStringList Model::accountsOf(const QStringList &products, const QStringList &properties) const
 {
     QStringList of;
     for (const Candidate &candidate : candidates()) {
-        const bool wanted =
-            products.isEmpty() ? enabled.contains(candidate.product) : products.contains(candidate.product);
+        const QStringList wanted = products.isEmpty() ? QStringList(enabled.keys()) : products;
         const QStringList props = properties.isEmpty() ? enabled.value(candidate.product) : properties;
-        if (wanted && props.contains(candidate.assetProp))
+        if (wanted.contains(candidate.product) && props.contains(candidate.assetProp))
             of.append(candidate.account);
     }
     return of;
@@ -561,41 +584,40 @@ QStringList Model::accountsOf(const QStringList &products, const QStringList &pr
 RecordList Model::usageOf(const QStringList &accountList, const QStringList &traderIds, const QString &symbol,
                           const QString &exchange) const
 {
-    RecordList rows;
-    for (const VariantRecord &record : usage) {
-        if (matches(record, accountList, symbol, exchange) &&
-            (traderIds.isEmpty() || traderIds.contains(str(record, T0TraderId))))
-            rows.append(record);
-    }
-    return rows;
+    return those(usage, [&](const auto &row) {
+        return matches(row, accountList, symbol, exchange) &&
+               (traderIds.isEmpty() || traderIds.contains(str(row, T0TraderId)));
+    });
+}
+
+VariantRecord Model::usageDetail(const QString &account, const QString &trader, const QString &symbol,
+                                 const QString &exchange) const
+{
+    if (trader.isEmpty() || symbol.isEmpty() || exchange.isEmpty())
+        return {};
+    return usageOf({account}, {trader}, symbol, exchange).value(0);
 }
 
 RecordList Model::sumsOf(const QStringList &accountList, const QString &trader, const QString &symbol,
                          const QString &exchange) const
 {
-    if (trader.isEmpty())
-        return {};
-    RecordList rows = usageOf(accountList, {trader}, symbol, exchange);
-    std::sort(rows.begin(), rows.end(),
-              [](const VariantRecord &a, const VariantRecord &b) { return usageKey(a) < usageKey(b); });
-    RecordList sums;
-    const auto group = [](const VariantRecord &row) { return str(row, Security::symbol) + str(row, securityExchange); };
+    RecordList rows;
+    if (!trader.isEmpty())
+        rows = usageOf(accountList, {trader}, symbol, exchange);
+    sortBy<usageKey>(rows);
+    QMap<QString, VariantRecord> sums;
     for (const VariantRecord &row : qAsConst(rows)) {
-        const auto sum = std::find_if(sums.begin(), sums.end(),
-                                      [&](const VariantRecord &held) { return group(held) == group(row); });
-        if (sum == sums.end()) {
-            sums.append(row);
+        if (!sums.contains(security(row))) {
+            sums.insert(security(row), row);
             continue;
         }
+        VariantRecord &sum = sums[security(row)];
         for (const QString &field :
-             {PreUnclosedBuyLimit, PreUnclosedSellLimit, PreUnclosedBoughtQty, PreUnclosedSoldQty, DailyBuyLimit,
-              DailySellLimit, DailyBoughtQty, DailySoldQty, RtPoolTotalQty, RtTotalBuyLimit, RtTotalSellLimit,
-              PreUnclosedBoughtAmount, PreUnclosedSoldAmount, DailyBoughtAmount, DailySoldAmount})
-            sum->insert(field, num(*sum, field) + num(row, field));
+             ownQuantities() + QStringList{RtTotalBuyLimit, RtTotalSellLimit, PreUnclosedBoughtAmount,
+                                           PreUnclosedSoldAmount, DailyBoughtAmount, DailySoldAmount})
+            sum.insert(field, num(sum, field) + num(row, field));
     }
-    std::sort(sums.begin(), sums.end(),
-              [&](const VariantRecord &a, const VariantRecord &b) { return group(a) < group(b); });
-    return sums;
+    return sums.values();
 }
 
 RecordList Model::profitOf(const QStringList &accountList, const QString &trader, const QString &symbol,

@@ -10,7 +10,7 @@
 class Model
 {
 public:
-    enum Family { Products, Traders, Resources, Pools, Usage };
+    enum Family { Products, Traders, Resources, Pools, Usage, Priority };
     enum State { None, Loading, Done, Failed };
 
     void initData();
@@ -20,19 +20,26 @@ public:
     void answerResources(const QString &account, bool success, const RecordList &rows, bool cover);
     void answerPools(const QString &account, bool success, const RecordList &rows);
     void answerUsage(bool success, const RecordList &rows);
+    void answerPriority(bool success, const QStringList &priority);
     void push(const VariantRecord &row);
     void choose(const QStringList &accounts);
 
+    QString nameOf(const QString &trader) const;
     RecordList allResources() const;
+    RecordList resource(const QString &id) const;
     RecordList resourcesOf(const QStringList &products, const QString &assetProp, const QString &symbol,
                            const QString &exchange, const QStringList &traderIds) const;
     RecordList allPools() const;
     RecordList poolsOfResource(const QString &resourceId, int type) const;
+    RecordList poolsById(const QStringList &ids) const;
     RecordList poolsOf(const QStringList &accounts, const QStringList &traderIds, const QString &symbol,
                        const QString &exchange, bool withPublic) const;
+    QStringList enabledAccounts(const QStringList &products, const QString &assetProp) const;
     QStringList accountsOf(const QStringList &products, const QStringList &properties) const;
     RecordList usageOf(const QStringList &accounts, const QStringList &traderIds, const QString &symbol,
                        const QString &exchange) const;
+    VariantRecord usageDetail(const QString &account, const QString &trader, const QString &symbol,
+                              const QString &exchange) const;
     RecordList sumsOf(const QStringList &accounts, const QString &trader, const QString &symbol,
                       const QString &exchange) const;
     RecordList profitOf(const QStringList &accounts, const QString &trader, const QString &symbol,
@@ -41,10 +48,11 @@ public:
     QStringList accounts;               ///< enabled, as the server lists them
     QMap<QString, QStringList> enabled; ///< product to its asset properties, ascending
     QMap<QString, QString> traderNames;
+    QStringList ownAccounts; ///< of the user, as their priority says
     QStringList chosen;
     QStringList tradableSymbols;
-    State states[6] = {};
-    bool known[6] = {};
+    State states[7] = {}; ///< one more than there are families: an unknown type
+    bool known[7] = {};
 
     QStringList asked;
     QStringList events;
@@ -52,23 +60,21 @@ public:
 private:
     bool startLoad(int family);
     void finish(int family, bool success);
-    void loadAccounts(int family, RecordList &rows, QMap<QString, int> &waiting, const QString &query);
-    bool answersLoad(int family, const QString &account, bool success, QMap<QString, int> &waiting,
-                     const QString &query);
+    void loadAccounts(int family);
+    void answersLoad(int family, const QString &account, bool success);
+    void failed(int family, const QString &query);
+    void announceChanges(const QString &account, const RecordList &fresh);
+    bool merge(const VariantRecord &row);
+    void announceNews(const RecordList &taken);
     QString traderOf(const VariantRecord &pool) const;
-    VariantRecord withSummary(VariantRecord resource) const;
     VariantRecord named(VariantRecord pool) const;
-    bool merge(VariantRecord row);
-    bool isNews(const VariantRecord &record) const;
-    void announceSymbols();
+    VariantRecord withSummary(VariantRecord resource) const;
+    RecordList poolsByResource(const QString &id) const;
 
-    int productFailures = 0;
-    int traderFailures = 0;
-    bool isManager = false;
+    int failures[2] = {};
     bool poolTraderIsUser = true;
     RecordList resources;
     RecordList pools;
     RecordList usage;
-    QMap<QString, int> waitingResources;
-    QMap<QString, int> waitingPools;
+    QMap<QString, int> waitingAccounts[4];
 };

@@ -1,5 +1,6 @@
 #include "LogicTest.h"
 #include "Model.h"
+#include "RealtimeFields.h"
 #include "Tests.h"
 
 #include <cmath>
@@ -30,7 +31,10 @@ public:
     }
 
     QString account() { return of({"A1", "A2", "A3", "A4"}); }
-    QString security() { return of({"600000 SH", "300001 SZ", "110001 SH", "00700 HHK", "00700 SZHK", "999999 SH"}); }
+    QString security()
+    {
+        return of({"600000 SH", "300001 SZ", "110001 SH", "00700 HHK", "00700 SZHK", "999998 SH", "999999 SH"});
+    }
     QString trader() { return of({"u1", "t2", "t3", "public", "public", ""}); }
     QVariant quantity() { return oneIn(3) ? QVariant(upTo(400) / 2.0) : QVariant(upTo(200)); }
     QVariant limit() { return oneIn(2) ? QVariant(-1) : quantity(); }
@@ -66,19 +70,18 @@ public:
     {
         VariantRecord row = Rows::usage(account, of({"u1", "u1", "t2", "t3", ""}), security(),
                                         QStringLiteral("%1").arg(++m_clock / 8 - upTo(4), 8, 10, QLatin1Char('0')));
-        for (const QString &field :
-             {PreUnclosedBuyLimit, PreUnclosedSellLimit, PreUnclosedBoughtQty, PreUnclosedSoldQty, DailyBuyLimit,
-              DailySellLimit, DailyBoughtQty, DailySoldQty, RtPoolTotalQty}) {
+        for (const QString &field : RealtimeFields::scaledQty()) {
             if (!oneIn(6))
                 row.insert(field, quantity());
         }
-        for (const QString &field :
-             {PreUnclosedBoughtAmount, PreUnclosedSoldAmount, DailyBoughtAmount, DailySoldAmount})
+        for (const QString &field : RealtimeFields::summedAmount())
             row.insert(field, upTo(100000) / 4.0);
         row.insert(DailyBuyTradeFee, upTo(3) / 8.0);
         row.insert(DailySellTradeFee, upTo(3) / 8.0);
         row.insert(PreUnclosedSide, of({"BuyOpen", "SellOpen", "NoOpenPos", ""}));
         row.insert(TransDayProfitOwner, of({"ProfitToOrg", ""}));
+        if (oneIn(4))
+            row.insert(Orvane_Fields::Security::symbol, "sent"); // the host's symbol counts
         return row;
     }
 
@@ -165,8 +168,8 @@ void ModelTest::hubAnswersAsTheModelDoes()
     open(Mode::ByHand, {600000, 600000, 0});
     model = Model();
     Chance chance(seed);
-    hub->InitData();
-    model.initData();
+    for (int type = 0; type <= 6; ++type)
+        hub->RefreshDataByType(type); // nothing was started yet
     for (int i = 0; i < stepCount() / 4; ++i) {
         step(chance);
         compareState();
@@ -179,8 +182,8 @@ void ModelTest::hubAnswersAsTheModelDoes()
 
 void ModelTest::step(Chance &chance)
 {
-    const int kind = chance.upTo(40);
-    const bool success = !chance.oneIn(5);
+    const int kind = chance.upTo(44);
+    const bool success = kind < 35 ? !chance.oneIn(5) : chance.oneIn(2); // five failures in a row must be met
     const QString code = success ? Rows::Success : chance.of({"fail", "timeout"});
     if (kind < 20) {
         answerSomeAccount(chance);
@@ -192,7 +195,7 @@ void ModelTest::step(Chance &chance)
         hub->SetCurrentTradeAccount(accounts);
         model.choose(accounts);
     } else if (kind < 35) {
-        const int type = chance.upTo(6);
+        const int type = chance.upTo(7);
         lastStep = QStringLiteral("refresh %1").arg(type);
         hub->RefreshDataByType(type);
         model.refreshType(type);
@@ -200,11 +203,20 @@ void ModelTest::step(Chance &chance)
         RecordList rows;
         for (int i = chance.upTo(6); i > 0; --i) {
             const QString account = chance.account();
-            rows.append(Rows::product(account == "A4" ? "P2" : "P1", account));
+            rows.append(Rows::product(chance.oneIn(9) ? "P7" : account == "A4" ? "P2" : "P1", account));
         }
         lastStep = "products " + code;
         answerProducts(rows, code);
         model.answerProducts(success, rows);
+    } else if (kind < 40) {
+        lastStep = "InitData";
+        hub->InitData();
+        model.initData();
+    } else if (kind < 42) {
+        const QStringList accounts = chance.some({"A1", "A2", "A3"});
+        lastStep = "priority " + code;
+        answerPriority(accounts, code);
+        model.answerPriority(success, accounts);
     } else {
         RecordList rows;
         for (const QString &id : chance.some({"u1", "t2", "t3", "t4"}))
@@ -282,11 +294,12 @@ void ModelTest::compareState()
     differences = HubProbe::indexFaults(*hub);
     differ("asked", sorted(takeAsked()), sorted(std::exchange(model.asked, {})));
     differ("events", takeEvents(), std::exchange(model.events, {}));
-    for (int type = 0; type < 5; ++type)
+    for (int type = 0; type <= 6; ++type)
         differ(QStringLiteral("state %1").arg(type), int(hub->GetInitStateByType(type)), int(model.states[type]));
     differ("accounts", hub->GetAllT0TradingAccountList(), model.accounts);
     differ("products", hub->GetAllT0ProductAccount(), model.enabled);
     differ("traders", hub->GetAllT0TraderId(), model.traderNames);
+    differ("own accounts", hub->GetAllT0TradingAccountListByCurUser(), model.ownAccounts);
     differ("chosen", hub->GetCurrentTradeAccount(), model.chosen);
     differ("symbols", hub->GetCurrentTradableSymbolList(), model.tradableSymbols);
     differ("all resources", hub->GetAllResourceList(), model.allResources());
@@ -298,7 +311,7 @@ void ModelTest::compareLookups(Chance &chance)
     for (int i = 0; i < 6; ++i) {
         const QStringList accounts = chance.some({"A1", "A2", "A3", "A4", "A9"});
         const QStringList products = chance.some({"P1", "P2", "P9"});
-        const QStringList properties = chance.some({"Cash", "Credit"});
+        const QStringList properties = chance.some({"Cash", "Credit", "Cash", "Credit", "cash"});
         const QStringList traders = chance.some({"u1", "t2", "t3", "public", "", "none"});
         const QString symbol = chance.of({"", "", "600000.SH", "110001.SH", "00700.HK", "none"});
         const QString exchange = chance.of({"", "", "SH", "HHK", "SZHK", "none"});
@@ -314,14 +327,39 @@ void ModelTest::compareLookups(Chance &chance)
         for (bool withPublic : {false, true}) {
             differ("pools " + filter + (withPublic ? " with public" : ""),
                    hub->GetSecurityPoolDetailListByTradingList(accounts, traders, symbol, exchange, withPublic),
-                   model.poolsOf(accounts, traders, symbol, exchange, withPublic));
+                   model.poolsOf(accounts, traders, symbol, exchange, withPublic), withPublic);
             differ("pools of products " + filter,
                    hub->GetSecurityPoolDetail(products, properties, traders, symbol, exchange, withPublic),
-                   model.poolsOf(model.accountsOf(products, properties), traders, symbol, exchange, withPublic));
+                   model.poolsOf(model.accountsOf(products, properties), traders, symbol, exchange, withPublic),
+                   withPublic);
         }
+        const QString account = accounts.value(0);
+        const RecordList own = model.poolsOf({account}, {trader}, symbol, exchange, false);
         differ("one trader's pools " + filter,
-               hub->GetSecurityPoolDetailListByTrading(accounts.value(0), trader, symbol, exchange),
-               model.poolsOf({accounts.value(0)}, {trader}, symbol, exchange, false));
+               hub->GetSecurityPoolDetailListByTrading(account, trader, symbol, exchange), own);
+        differ("one trader's first pool " + filter,
+               {hub->GetSecurityPoolDetailByTrading(account, trader, symbol, exchange)}, {own.value(0)});
+        const QStringList ids{QStringLiteral("p%1").arg(chance.upTo(16)), "none", "p3", "p1", "p3"};
+        differ("pools by id", hub->GetSecurityPoolDetailByIdList(ids), model.poolsById(ids), true);
+        differ("pool by id", {hub->GetSecurityPoolDetailById(ids.first())}, {model.poolsById({ids.first()}).value(0)});
+        differ("resource " + resource, {hub->GetResourceDetailById(resource)}, {model.resource(resource).value(0)});
+        differ("usage record " + filter, {hub->GetRealtimePoolDetail(account, trader, symbol, exchange)},
+               {model.usageDetail(account, trader, symbol, exchange)});
+        differ("name of " + trader, hub->GetTraderNameByTraderId(trader), model.nameOf(trader));
+        const QString product = products.value(0);
+        const QStringList enabled = model.enabled.value(product);
+        differ("properties of " + product, hub->GetProductAssetPropList(product), enabled);
+        differ("property of " + product, hub->IsProductAndAssetPropInT0(product, assetProp),
+               enabled.contains(assetProp));
+        differ("accounts of " + product, hub->GetTradingAccountListByProductAndAssetProp(product, assetProp),
+               model.enabledAccounts({product}, assetProp));
+        differ("pools of one product " + filter,
+               hub->GetSecurityPoolDetail(product, assetProp, trader, symbol, exchange, true),
+               product.isEmpty() || assetProp.isEmpty()
+                   ? RecordList()
+                   : model.poolsOf(model.accountsOf({product}, {assetProp}),
+                                   trader.isEmpty() ? QStringList() : QStringList(trader), symbol, exchange, true),
+               true);
         const int type = chance.upTo(4);
         differ("pools of " + resource, hub->GetSecurityPoolDetailByResourceId(resource, type),
                model.poolsOfResource(resource, type));

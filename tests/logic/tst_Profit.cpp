@@ -20,7 +20,6 @@ private slots:
     void notANumberStaysOne();
     void withoutAPriceNothingIsWritten_data();
     void withoutAPriceNothingIsWritten();
-    void listsEveryRecord();
 };
 
 void ProfitTest::valuesOneLeg_data()
@@ -122,27 +121,6 @@ void ProfitTest::withoutAPriceNothingIsWritten()
     double total = 3;
     QVERIFY(!hub->CalcProfitLossByRealtimeMap(record, price, floating, realized, total));
     QCOMPARE((QVector<double>{floating, realized, total}), (QVector<double>{1, 2, 3}));
-}
-
-void ProfitTest::listsEveryRecord()
-{
-    const VariantRecord bought{{DailyBoughtQty, 100}, {DailyBoughtAmount, 1000.0}};
-    start({}, {},
-          {Rows::usage("A1", "u1", "600000 SH", "1", bought), Rows::usage("A1", "t2", "600000 SH", "1", bought),
-           Rows::usage("A1", "u1", "300001 SZ", "1", bought)});
-    using namespace Orvane_Fields;
-    const VariantRecord priced{{UserAccount::tradingAccount, "A1"},
-                               {Security::symbol, "600000.SH"},
-                               {UserAccount::securityExchange, "SH"},
-                               {FloatProfit, 50.0},
-                               {RealizeProfit, 0.0},
-                               {TotalProfit, 50.0}};
-    const VariantRecord unpriced{
-        {UserAccount::tradingAccount, "A1"}, {Security::symbol, "300001.SZ"}, {UserAccount::securityExchange, "SZ"}};
-    QCOMPARE(hub->GetProfitLossDataList({"A1"}, "t2", "", ""), RecordList{priced});
-    QCOMPARE(hub->GetProfitLossDataList({"A1"}, "", "300001.SZ", ""), RecordList{unpriced});
-    QCOMPARE(hub->GetProfitLossDataList({"A1"}, "", "", "").size(), 3); // no trader means all
-    QVERIFY(hub->GetProfitLossDataList({}, "", "", "").isEmpty());
 }
 
 T0_REGISTER_TEST(ProfitTest)

@@ -30,22 +30,14 @@ class RealtimeTest : public LogicTest
 private slots:
     void scalesQuantities_data();
     void scalesQuantities();
-    void derivesTheOpenPosition_data();
-    void derivesTheOpenPosition();
     void feesFallOnTheClosingSide_data();
     void feesFallOnTheClosingSide();
-    void limitsSaturate();
-    void averageOfNothingIsNotGuarded();
+    void extremes();
     void newerTimeIsTaken_data();
     void newerTimeIsTaken();
-    void firstLoadReplacesWithoutComparingTimes();
     void laterAnswerAnnouncesWhatItChanged();
     void failedFirstLoadIsRepeatedAndLaterOnesAreNot();
-    void recordsWithoutIdsStayInvisible();
-    void unknownSecuritiesShareAKey();
-    void sumsBySymbolAndExchange();
     void newSymbolsOfTheUserAreGathered();
-    void laterAnswerAnnouncesNewSymbolsAtOnce();
 };
 
 void RealtimeTest::scalesQuantities_data()
@@ -80,34 +72,6 @@ void RealtimeTest::scalesQuantities()
     }
 }
 
-void RealtimeTest::derivesTheOpenPosition_data()
-{
-    QTest::addColumn<VariantRecord>("fields");
-    QTest::addColumn<QVector<qint64>>("open"); // pre, daily, all
-    QTest::addColumn<QString>("side");
-    QTest::newRow("long") << position(300, 100, 0, 0) << QVector<qint64>{0, 200, 200} << BuyOpen;
-    QTest::newRow("short") << position(0, 100, 50, 0) << QVector<qint64>{50, -100, -50} << SellOpen;
-    QTest::newRow("flat over both days") << position(0, 50, 50, 0) << QVector<qint64>{50, -50, 0} << NoOpenPos;
-    QTest::newRow("nothing at all") << VariantRecord() << QVector<qint64>{0, 0, 0} << NoOpenPos;
-}
-
-void RealtimeTest::derivesTheOpenPosition()
-{
-    QFETCH(VariantRecord, fields);
-    QFETCH(QVector<qint64>, open);
-    QFETCH(QString, side);
-    fields.insert(DailyBoughtAmount, 3000.0);
-    fields.insert(DailySoldAmount, 1200.0);
-    RealtimeFields::derive(fields, "S", 1);
-    QCOMPARE(fields.value(PreOpenQty), QVariant(open.at(0)));
-    QCOMPARE(fields.value(DailyOpenQty), QVariant(open.at(1)));
-    QCOMPARE(fields.value(OpenPosQty), QVariant(open.at(2)));
-    QCOMPARE(fields.value(OpenPosSide).toString(), side);
-    const QVariant price = fields.value(OpenAvgPrice);
-    QCOMPARE(price, open.at(2) == 0 ? QVariant(0) : side == BuyOpen ? QVariant(10.0) : QVariant(12.0));
-    QCOMPARE(price.type(), open.at(2) == 0 ? QVariant::LongLong : QVariant::Double);
-}
-
 void RealtimeTest::feesFallOnTheClosingSide_data()
 {
     QTest::addColumn<QString>("carried");
@@ -137,7 +101,7 @@ void RealtimeTest::feesFallOnTheClosingSide()
     QCOMPARE(record.value(RtRealSoldQty), QVariant(qint64(60)));
 }
 
-void RealtimeTest::limitsSaturate()
+void RealtimeTest::extremes()
 {
     constexpr qint64 max = std::numeric_limits<qint64>::max();
     VariantRecord record{{DailyBuyLimit, 9e18}, {PreUnclosedBuyLimit, 9e18}, {DailySellLimit, 7}};
@@ -146,15 +110,12 @@ void RealtimeTest::limitsSaturate()
     QCOMPARE(record.value(RtTotalSellLimit), QVariant(qint64(7)));
     RealtimeFields::add(record, record);
     QCOMPARE(record.value(RtTotalBuyLimit), QVariant(max));
-}
+    QCOMPARE(record.value(OpenAvgPrice).type(), QVariant::LongLong);
 
-void RealtimeTest::averageOfNothingIsNotGuarded()
-{
-    VariantRecord record = position(-5, -10, 5, 0); // open 10 with nothing bought
-    record.insert(DailyBoughtAmount, 7);
-    RealtimeFields::derive(record, "S", 1);
-    QCOMPARE(record.value(OpenPosSide).toString(), BuyOpen);
-    QVERIFY(std::isinf(record.value(OpenAvgPrice).toDouble()));
+    VariantRecord unbought = position(-5, -10, 5, 0); // open 10 with nothing bought
+    unbought.insert(DailyBoughtAmount, 7);
+    RealtimeFields::derive(unbought, "S", 1);
+    QVERIFY(std::isinf(unbought.value(OpenAvgPrice).toDouble()));
 }
 
 void RealtimeTest::newerTimeIsTaken_data()
@@ -192,21 +153,6 @@ void RealtimeTest::newerTimeIsTaken()
     QCOMPARE(hub->GetRealtimePoolKey(record), QString(key));
 }
 
-void RealtimeTest::firstLoadReplacesWithoutComparingTimes()
-{
-    answerTraders({Rows::trader("t2", "Two")}, false);
-    push(Rows::usage("A1", "u1", "600000 SH", "5", {{DailyBoughtQty, 5}}));
-    push(Rows::usage("A1", "u1", "300001 SZ", "5"));
-    takeAsked();
-    takeEvents();
-    answerUsage({Rows::usage("A1", "u1", "600000 SH", "4", {{DailyBoughtQty, 4}}),
-                 Rows::usage("A1", "u1", "600000 SH", "3", {{DailyBoughtQty, 3}})});
-    QCOMPARE(takeEvents(), QStringList("inited 4"));
-    QCOMPARE(HubProbe::usageKeys(*hub), QStringList(key));
-    QCOMPARE(hub->GetRealtimePoolDetail("A1", "u1", "600000.SH", "SH").value(DailyBoughtQty).toInt(), 3);
-    QCOMPARE(HubProbe::indexFaults(*hub), QStringList());
-}
-
 void RealtimeTest::laterAnswerAnnouncesWhatItChanged()
 {
     const VariantRecord first = Rows::usage("A1", "u1", "600000 SH", "1");
@@ -242,62 +188,6 @@ void RealtimeTest::failedFirstLoadIsRepeatedAndLaterOnesAreNot()
     QCOMPARE(takeAsked(), QStringList());
 }
 
-void RealtimeTest::recordsWithoutIdsStayInvisible()
-{
-    start();
-    push({});
-    QCOMPARE(takeEvents(), QStringList("usage ___"));
-    QVERIFY(hub->GetRealtimePoolDetailList({"A1", "A2"}, {}, "", "").isEmpty());
-    QVERIFY(hub->GetRealtimePoolDetail("", "", "", "").isEmpty());
-    QVERIFY(hub->GetProfitLossDataList({"A1"}, "", "", "").isEmpty());
-}
-
-void RealtimeTest::unknownSecuritiesShareAKey()
-{
-    start();
-    VariantRecord row = Rows::usage("A1", "u1", "999998 SH", "1", {{DailyBoughtQty, 3}});
-    row.insert(Orvane_Fields::Security::symbol, "sent.SH"); // the host's symbol counts, not the server's
-    push(row);
-    push(Rows::usage("A1", "u1", "999999 SH", "2", {{DailyBoughtQty, 4}}));
-    QCOMPARE(takeEvents(), QStringList({"usage u1_A1__SH", "usage u1_A1__SH"}));
-    const RecordList held = hub->GetRealtimePoolDetailList({"A1"}, {}, "", "");
-    QCOMPARE(held.size(), 1);
-    QCOMPARE(held.first().value(DailyBoughtQty).toInt(), 4);
-}
-
-void RealtimeTest::sumsBySymbolAndExchange()
-{
-    const auto row = [](const char *account, const char *trader, const char *security, int bought, double amount) {
-        return Rows::usage(
-            account, trader, security, "1",
-            {{DailyBoughtQty, bought}, {DailyBoughtAmount, amount}, {DailyBuyLimit, 5}, {PreUnclosedBuyLimit, 1}});
-    };
-    VariantRecord huge = row("A1", "u1", "300001 SZ", 1, 1);
-    huge.insert(DailySellLimit, 9e18);
-    VariantRecord hugeToo = row("A2", "u1", "300001 SZ", 1, 1);
-    hugeToo.insert(DailySellLimit, 9e18);
-    start({}, {},
-          {row("A2", "u1", "600000 SH", 200, 20.5), row("A1", "u1", "600000 SH", 100, 10.25),
-           row("A1", "t2", "600000 SH", 1000, 1), row("A1", "u1", "00700 SZHK", 1, 1),
-           row("A2", "u1", "00700 HHK", 1, 1), huge, hugeToo});
-    const RecordList sums = hub->GetRealtimeSumListMergeBySymbolExchange({"A2", "A1", "A1"}, "u1", "", "");
-    QStringList groups;
-    for (const VariantRecord &sum : sums)
-        groups.append(text(sum, Orvane_Fields::Security::symbol) + ' ' +
-                      text(sum, Orvane_Fields::UserAccount::securityExchange));
-    QCOMPARE(groups, QStringList({"00700.HK HHK", "00700.HK SZHK", "300001.SZ SZ", "600000.SH SH"}));
-    QCOMPARE(sums.at(2).value(RtTotalSellLimit), QVariant(std::numeric_limits<qint64>::max()));
-    const VariantRecord sum = sums.at(3);
-    QCOMPARE(sum.value(DailyBoughtQty), QVariant(qint64(300)));
-    QCOMPARE(sum.value(DailyBoughtAmount), QVariant(30.75));
-    QCOMPARE(sum.value(RtTotalBuyLimit), QVariant(qint64(12)));
-    // Everything else is the first record's, A1 by its key.
-    QCOMPARE(sum.value(OpenPosQty), QVariant(qint64(100)));
-    QCOMPARE(text(sum, Orvane_Fields::UserAccount::tradingAccount), QStringLiteral("A1"));
-    QVERIFY(hub->GetRealtimeSumListMergeBySymbolExchange({"A1"}, "", "", "").isEmpty());
-    QVERIFY(hub->GetRealtimeSumListMergeBySymbolExchange({}, "u1", "", "").isEmpty());
-}
-
 void RealtimeTest::newSymbolsOfTheUserAreGathered()
 {
     close();
@@ -315,16 +205,6 @@ void RealtimeTest::newSymbolsOfTheUserAreGathered()
     QCOMPARE(hub->GetCurrentTradableSymbolList(), QStringList({"110001.SH", "300001.SZ", "600000.SH"}));
     push(Rows::usage("A1", "u1", "110001 SH", "999")); // no longer new
     QCOMPARE(takeEvents(), QStringList("usage u1_A1_110001.SH_SH"));
-}
-
-void RealtimeTest::laterAnswerAnnouncesNewSymbolsAtOnce()
-{
-    start();
-    hub->SetCurrentTradeAccount({"A1"});
-    takeEvents();
-    answerUsage({Rows::usage("A1", "u1", "110001 SH", "1"), Rows::usage("A1", "u1", "300001 SZ", "1")});
-    QCOMPARE(takeEvents(), QStringList({"usage u1_A1_110001.SH_SH,u1_A1_300001.SZ_SZ", "symbols"}));
-    QCOMPARE(hub->GetCurrentTradableSymbolList(), QStringList({"110001.SH", "300001.SZ"}));
 }
 
 T0_REGISTER_TEST(RealtimeTest)

@@ -11,13 +11,10 @@ class ResourcesTest : public LogicTest
 private slots:
     void quantitiesAreDisplayUnits_data();
     void quantitiesAreDisplayUnits();
-    void summaryOfPools();
     void summaryBeyondIntIsClamped();
     void shortFormOfTheAnswerCovers();
     void loadFinishesWithItsLastAccount_data();
     void loadFinishesWithItsLastAccount();
-    void foreignAnswerDoesNotFinishALoad();
-    void secondRefreshStartsTheLoadAnew();
 };
 
 void ResourcesTest::quantitiesAreDisplayUnits_data()
@@ -45,27 +42,6 @@ void ResourcesTest::quantitiesAreDisplayUnits()
     takeEvents();
 }
 
-void ResourcesTest::summaryOfPools()
-{
-    start({Rows::resource("r1", "A1", "600000 SH", 1000), Rows::resource("r2", "A1", "600000 SH", 10)},
-          {Rows::pool("p2", "A1", "600000 SH", "public", 300, "r1"),
-           Rows::pool("p1", "A1", "600000 SH", "t2", 200, "r1"),
-           Rows::pool("p3", "A1", "600000 SH", "gone", 100, "r1")});
-    const RecordList all = hub->GetAllResourceList();
-    QCOMPARE(Rows::texts(all, ResourceId), QStringList({"r1", "r2"}));
-    for (const VariantRecord &resource : all) {
-        const bool hasPools = resource.value(ResourceId) == "r1";
-        QCOMPARE(resource.value(PublicPoolQty), QVariant(hasPools ? 300 : 0));
-        QCOMPARE(resource.value(PrivatePoolQty), QVariant(hasPools ? 300 : 0));
-        QCOMPARE(resource.value(PublicPoolQty).type(), QVariant::Int);
-        // By pool id; an unknown trader has an empty name and keeps its place.
-        QCOMPARE(resource.value(T0TraderId).toString(), QString(hasPools ? "t2,public,gone" : ""));
-        QCOMPARE(resource.value(T0TraderName).toString(), QString(hasPools ? "Two,public," : ""));
-    }
-    QVERIFY(!hub->GetResourceDetailById("r1").contains(PublicPoolQty));
-    QVERIFY(hub->GetResourceDetailById("unknown").isEmpty());
-}
-
 void ResourcesTest::summaryBeyondIntIsClamped()
 {
     VariantRecord third = Rows::pool("p3", "A1", "600000 SH", "x", 5, "r1");
@@ -75,6 +51,7 @@ void ResourcesTest::summaryBeyondIntIsClamped()
            Rows::pool("p2", "A1", "600000 SH", "u1", 2000000000, "r1"), third});
     const VariantRecord resource = hub->GetAllResourceList().first();
     QCOMPARE(resource.value(PrivatePoolQty), QVariant(std::numeric_limits<int>::max()));
+    QCOMPARE(resource.value(PublicPoolQty).type(), QVariant::Int);
     QCOMPARE(resource.value(PublicPoolQty), QVariant(5));
     QCOMPARE(resource.value(T0TraderId).toString(), QStringLiteral("t2,u1,public"));
 }
@@ -128,40 +105,6 @@ void ResourcesTest::loadFinishesWithItsLastAccount()
     QCOMPARE(int(hub->GetInitStateByType(ManualT0Logic::SecurityPools)), state);
     QCOMPARE(hub->GetAllResourceList().size(), answers.filter("success").size());
     QCOMPARE(hub->GetAllSecurityPoolList().size(), answers.filter("success").size());
-}
-
-void ResourcesTest::foreignAnswerDoesNotFinishALoad()
-{
-    hub->InitData();
-    answerProducts({Rows::product("P1", "A1"), Rows::product("P1", "A2")});
-    answerResources("A9", {});
-    answerResources("A1", {});
-    answerResources("A1", {}); // a late one of an earlier load
-    QCOMPARE(hub->GetInitStateByType(ManualT0Logic::Resources), State::Initing);
-    answerResources("A2", {});
-    answerPools("A9", {});
-    answerPools("A2", {});
-    answerPools("A2", {});
-    QCOMPARE(takeEvents(), QStringList({"inited 0", "inited 2"}));
-    answerPools("A1", {});
-    QCOMPARE(takeEvents(), QStringList("inited 3"));
-    takeAsked();
-}
-
-void ResourcesTest::secondRefreshStartsTheLoadAnew()
-{
-    start({Rows::resource("r1", "A1", "600000 SH", 1)});
-    hub->RefreshDataByType(ManualT0Logic::Resources);
-    answerResources("A1", {Rows::resource("r1", "A1", "600000 SH", 1)});
-    hub->RefreshDataByType(ManualT0Logic::Resources);
-    QVERIFY(hub->GetAllResourceList().isEmpty());
-    for (const char *account : {"A2", "A3", "A4"})
-        answerResources(account, {});
-    QCOMPARE(takeEvents(), QStringList());
-    answerResources("A1", {Rows::resource("r1", "A1", "600000 SH", 1)});
-    QCOMPARE(takeEvents(), QStringList("inited 2"));
-    QCOMPARE(hub->GetAllResourceList().size(), 1);
-    QCOMPARE(takeAsked().count("resources A1"), 2);
 }
 
 T0_REGISTER_TEST(ResourcesTest)

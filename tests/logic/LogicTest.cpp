@@ -160,25 +160,19 @@ void LogicTest::record(const QString &query)
 void LogicTest::recordQueries()
 {
     using Hub = ManualT0LogicPrivate;
-    const auto type = Qt::DirectConnection; // on whatever thread asks
+    const auto note = [this](auto signal, auto textOf) { // on whatever thread asks
+        connect(
+            hub.get(), signal, this, [this, textOf](const QVariantMap &query) { record(textOf(query)); },
+            Qt::DirectConnection);
+    };
+    note(&Hub::signalQueryT0Products, [](const QVariantMap &) { return "products"; });
     connect(
-        hub.get(), &Hub::signalQueryT0Products, this, [this] { record("products"); }, type);
-    connect(
-        hub.get(), &Hub::signalQueryT0Traders, this, [this] { record("traders"); }, type);
-    connect(
-        hub.get(), &Hub::signalQueryT0AccountPriority, this, [this] { record("priority"); }, type);
-    connect(
-        hub.get(), &Hub::signalQueryResources, this,
-        [this](const QVariantMap &query) { record(QStringLiteral("resources ") + accountOf(query)); }, type);
-    connect(
-        hub.get(), &Hub::signalQuerySecurityPool, this,
-        [this](const QVariantMap &query) { record(QStringLiteral("pools ") + accountOf(query)); }, type);
-    connect(
-        hub.get(), &Hub::signalQueryPoolRealTimeData, this,
-        [this](const QVariantMap &query) {
-            record(QStringLiteral("usage ") + query.value(Master_Fields::ManualT0::T0TraderId).toString());
-        },
-        type);
+        hub.get(), &Hub::signalQueryT0Traders, this, [this] { record("traders"); }, Qt::DirectConnection);
+    note(&Hub::signalQueryT0AccountPriority, [](const QVariantMap &) { return "priority"; });
+    note(&Hub::signalQueryResources, [](const QVariantMap &query) { return "resources " + accountOf(query); });
+    note(&Hub::signalQuerySecurityPool, [](const QVariantMap &query) { return "pools " + accountOf(query); });
+    note(&Hub::signalQueryPoolRealTimeData,
+         [](const QVariantMap &query) { return "usage " + text(query, Master_Fields::ManualT0::T0TraderId); });
 }
 
 void LogicTest::answerProducts(const RecordList &rows, const QString &code)

@@ -187,17 +187,26 @@ VariantRecord derivedUsage(VariantRecord row)
     return row;
 }
 
-/// Floating and realized profit of one leg at a price, fees as given for the open and the closed part.
-void addLeg(double bought, double sold, double boughtAmount, double soldAmount, double price, double openBuyFee,
-            double openSellFee, double closedBuyFee, double closedSellFee, double &floating, double &realized)
+struct Fees {
+    double buy;
+    double sell;
+};
+
+/// Adds the floating and the realized profit of one leg, fees as given for its open and its closed part.
+void addLeg(const VariantRecord &row, const QStringList &fields, Fees open, Fees closed, double &floating,
+            double &realized)
 {
+    const double price = 10.5;
+    const double bought = num(row, fields.at(0));
+    const double sold = num(row, fields.at(1));
+    const double averageBuy = num(row, fields.at(2)) / bought;
+    const double averageSell = num(row, fields.at(3)) / sold;
     if (bought > sold)
-        floating += (price - (1 + openBuyFee) * boughtAmount / bought) * (bought - sold);
+        floating += (price - (1 + open.buy) * averageBuy) * (bought - sold);
     if (sold > bought)
-        floating += ((1 - openSellFee) * soldAmount / sold - price) * (sold - bought);
+        floating += ((1 - open.sell) * averageSell - price) * (sold - bought);
     if (bought > 0 && sold > 0)
-        realized += (soldAmount / sold * (1 - closedSellFee) - boughtAmount / bought * (1 + closedBuyFee)) *
-                    std::min(bought, sold);
+        realized += (averageSell * (1 - closed.sell) - averageBuy * (1 + closed.buy)) * std::min(bought, sold);
 }
 
 } // namespace
@@ -631,20 +640,16 @@ RecordList Model::profitOf(const QStringList &accountList, const QString &trader
         for (const QString &field : {tradingAccount, Security::symbol, securityExchange})
             row.insert(field, record.value(field));
         if (str(record, Security::symbol) == "600000.SH") {
-            const double price = 10.5;
-            const double buyFee = num(record, DailyBuyTradeFee);
-            const double sellFee = num(record, DailySellTradeFee);
+            const Fees fees{num(record, DailyBuyTradeFee), num(record, DailySellTradeFee)};
             const QString side = str(record, PreUnclosedSide);
-            const bool today = side.isEmpty();
+            const Fees closing = side.isEmpty() ? fees : side == "BuyOpen" ? Fees{0, fees.sell} : Fees{fees.buy, 0};
             double floating = 0;
             double carried = 0;
             double realized = 0;
-            addLeg(num(record, PreUnclosedBoughtQty), num(record, PreUnclosedSoldQty),
-                   num(record, PreUnclosedBoughtAmount), num(record, PreUnclosedSoldAmount), price, today ? buyFee : 0,
-                   today ? sellFee : 0, side == "BuyOpen" ? 0 : buyFee, today || side == "BuyOpen" ? sellFee : 0,
-                   floating, carried);
-            addLeg(num(record, DailyBoughtQty), num(record, DailySoldQty), num(record, DailyBoughtAmount),
-                   num(record, DailySoldAmount), price, buyFee, sellFee, buyFee, sellFee, floating, realized);
+            addLeg(record, {PreUnclosedBoughtQty, PreUnclosedSoldQty, PreUnclosedBoughtAmount, PreUnclosedSoldAmount},
+                   side.isEmpty() ? fees : Fees{0, 0}, closing, floating, carried);
+            addLeg(record, {DailyBoughtQty, DailySoldQty, DailyBoughtAmount, DailySoldAmount}, fees, fees, floating,
+                   realized);
             if (str(record, TransDayProfitOwner) == "ProfitToOrg" && carried > 0)
                 carried = 0;
             row.insert(FloatProfit, floating);

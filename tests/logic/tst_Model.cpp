@@ -287,12 +287,8 @@ template <typename T> void ModelTest::differ(const QString &what, const T &found
 
 void ModelTest::compareState()
 {
-    const auto sorted = [](QStringList texts) {
-        texts.sort();
-        return texts;
-    };
     differences = HubProbe::indexFaults(*hub);
-    differ("asked", sorted(takeAsked()), sorted(std::exchange(model.asked, {})));
+    differ("asked", sorted(takeAsked().toVector()), sorted(std::exchange(model.asked, {}).toVector()));
     differ("events", takeEvents(), std::exchange(model.events, {}));
     for (int type = 0; type <= 6; ++type)
         differ(QStringLiteral("state %1").arg(type), int(hub->GetInitStateByType(type)), int(model.states[type]));

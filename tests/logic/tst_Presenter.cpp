@@ -40,6 +40,8 @@ private slots:
 
 private:
     void openDesk();
+    void startDesk();
+    int boughtByT2() const;
 };
 
 void PresenterTest::openDesk()
@@ -55,6 +57,18 @@ void PresenterTest::openDesk()
         books.usage = {Rows::usage("A1", "t2", "600000 SH", "1"), Rows::usage("A1", "x9", "600000 SH", "1")};
         books.priority = {Rows::product("P1", "A2"), Rows::product("P1", "A1")};
     });
+}
+
+void PresenterTest::startDesk()
+{
+    hub->InitData();
+    settle();
+}
+
+int PresenterTest::boughtByT2() const
+{
+    const VariantRecord record = hub->GetRealtimePoolDetail("A1", "t2", "600000.SH", "SH");
+    return record.value(Master_Fields::ManualT0::DailyBoughtQty).toInt();
 }
 
 void PresenterTest::startsTheWholeDesk()
@@ -96,8 +110,7 @@ void PresenterTest::traderHearsHimselfOnly()
 {
     openDesk();
     server->change([](TestServer::Books &books) { books.managers = {Rows::trader("t2", "Two")}; });
-    hub->InitData();
-    settle();
+    startDesk();
     QVERIFY(!HubProbe::isManager(*hub));
     QCOMPARE(server->takeSubscribed(), QStringList("u1"));
     QCOMPARE(HubProbe::usageKeys(*hub), QStringList());
@@ -123,8 +136,7 @@ void PresenterTest::pagesAreReadWithoutLossOrDoubles()
         for (int i = 0; i < rows; ++i)
             books.usage.append(Rows::usage(QStringLiteral("B%1").arg(i), "u1", "600000 SH", "1"));
     });
-    hub->InitData();
-    settle();
+    startDesk();
     QCOMPARE(hub->GetAllSecurityPoolList().size(), rows);
     QCOMPARE(HubProbe::usageKeys(*hub).size(), rows);
     QTEST(server->channel->count(QueryManualT0SecurityPoolRequest), "requests");
@@ -135,8 +147,7 @@ void PresenterTest::failedSecondPageFailsItsAccount()
 {
     openDesk();
     server->change([](TestServer::Books &books) { books.pools = pools(1500); });
-    hub->InitData();
-    settle();
+    startDesk();
     takeEvents();
     const int before = server->channel->count(QueryManualT0SecurityPoolRequest);
     server->channel->next(QueryManualT0SecurityPoolRequest,
@@ -197,8 +208,7 @@ void PresenterTest::oneRowATrader()
     server->change([](TestServer::Books &books) {
         books.traders = {Rows::trader("t2", "first"), Rows::trader("u1", "One"), Rows::trader("t2", "second")};
     });
-    hub->InitData();
-    settle();
+    startDesk();
     QCOMPARE(hub->GetAllT0TraderId(), (QMap<QString, QString>{{"t2", "first"}, {"u1", "One"}}));
 }
 
@@ -207,8 +217,7 @@ void PresenterTest::failedRoleQueryReadsAsNobody()
     openDesk();
     server->channel->next(QueryUserIdByUserRoleRequest, ScriptedChannel::refusal("no"));
     server->channel->next(QueryUserIdByUserRoleRequest, ScriptedChannel::refusal("no"));
-    hub->InitData();
-    settle();
+    startDesk();
     QCOMPARE(hub->GetInitStateByType(ManualT0Logic::Traders), State::Inited);
     QVERIFY(hub->GetAllT0TraderId().isEmpty());
     QVERIFY(!HubProbe::isManager(*hub));
@@ -226,10 +235,7 @@ void PresenterTest::pushesArriveInOrderAndOthersAreIgnored()
     server->channel->push(QueryManualT0ProductsResponse, Rows::usage("A9", "t2", "600000 SH", "1"));
     const QStringList events = takeEvents();
     QCOMPARE(events.size(), 50); // none was taken for an older one
-    QCOMPARE(hub->GetRealtimePoolDetail("A1", "t2", "600000.SH", "SH")
-                 .value(Master_Fields::ManualT0::DailyBoughtQty)
-                 .toInt(),
-             59);
+    QCOMPARE(boughtByT2(), 59);
 }
 
 void PresenterTest::answerBeforeAPushIsSeenBeforeIt()
@@ -243,10 +249,7 @@ void PresenterTest::answerBeforeAPushIsSeenBeforeIt()
     server->channel->release(QueryManualT0RealTimePoolUsageRequest);
     server->pushUsage(Rows::usage("A1", "t2", "600000 SH", "2", {{Master_Fields::ManualT0::DailyBoughtQty, 7}}));
     settle();
-    QCOMPARE(hub->GetRealtimePoolDetail("A1", "t2", "600000.SH", "SH")
-                 .value(Master_Fields::ManualT0::DailyBoughtQty)
-                 .toInt(),
-             7);
+    QCOMPARE(boughtByT2(), 7);
 }
 
 void PresenterTest::releaseDuringALongQueryEndsIt()

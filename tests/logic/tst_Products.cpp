@@ -8,12 +8,11 @@ class ProductsTest : public LogicTest
     Q_OBJECT
 
 private slots:
-    void candidatesAreKnownFromTheStart();
-    void productTexts();
+    void candidatesAndTheirNames();
     void fiveRequestsThenTheLoadIsGivenUp();
 };
 
-void ProductsTest::candidatesAreKnownFromTheStart()
+void ProductsTest::candidatesAndTheirNames()
 {
     const QMap<QString, QStringList> candidates{{"P1", {"Cash", "Credit"}}, {"P2", {"Cash"}}};
     QCOMPARE(hub->GetCandidateT0ProductAccount(), candidates);
@@ -26,14 +25,11 @@ void ProductsTest::candidatesAreKnownFromTheStart()
     hub->GetSecurityPoolDetail(QStringList("P9"), QStringList("Cash"), {}, "", "", true);
     hub->GetResourceByProductAccount({"P9"}, "", "", "", {});
     QCOMPARE(hub->GetCandidateT0ProductAccount(), candidates);
-}
 
-void ProductsTest::productTexts()
-{
     answerProducts({Rows::product("P1", "A1"), Rows::product("P7", "A1")});
+    QCOMPARE(hub->GetT0ProductMap(), (QMap<QString, QString>{{"P1", "name of P1"}, {"P7", ""}}));
     takeAsked();
     takeEvents();
-    QCOMPARE(hub->GetT0ProductMap(), (QMap<QString, QString>{{"P1", "name of P1"}, {"P7", ""}}));
 }
 
 void ProductsTest::fiveRequestsThenTheLoadIsGivenUp()

@@ -1,37 +1,12 @@
-#include "IdIndex.h"
 #include "Quantity.h"
 #include "Tests.h"
 
 #include <QtTest/QtTest>
 
-#include <rapidcheck.h>
-
 namespace {
 
 constexpr qint64 Max = std::numeric_limits<qint64>::max();
 constexpr qint64 Min = std::numeric_limits<qint64>::min();
-
-using Sets = QMap<QString, QSet<QString>>;
-
-/// The ids that are under any of the keys, by looking at every id.
-QSet<QString> under(const Sets &sets, const QStringList &keys)
-{
-    QSet<QString> ids;
-    for (const QString &key : keys)
-        ids.unite(sets.value(key));
-    return ids;
-}
-
-rc::Gen<QStringList> someTexts(int different)
-{
-    return rc::gen::map(rc::gen::container<std::vector<int>>(rc::gen::inRange(0, different)),
-                        [](const std::vector<int> &numbers) {
-                            QStringList texts;
-                            for (int number : numbers)
-                                texts.append(QString::number(number));
-                            return texts;
-                        });
-}
 
 } // namespace
 
@@ -47,7 +22,6 @@ private slots:
     void roundsHalfAwayFromZero();
     void sumsSaturate_data();
     void sumsSaturate();
-    void findsWhatALoopFinds();
 };
 
 void QuantityTest::readsWholeQuantities_data()
@@ -123,37 +97,6 @@ void QuantityTest::sumsSaturate()
     QFETCH(qint64, b);
     QTEST(Quantity::satAdd(a, b), "sum");
     QTEST(Quantity::satSub(a, b), "difference");
-}
-
-void QuantityTest::findsWhatALoopFinds()
-{
-    const bool holds = rc::check("a query over three conditions", [] {
-        IdIndex<QString> index;
-        Sets sets;
-        const auto entries = *rc::gen::container<std::vector<std::pair<int, int>>>(
-            rc::gen::pair(rc::gen::inRange(0, 5), rc::gen::inRange(0, 30)));
-        QMap<int, int> keyOf; // an id stands under one key at a time: a second entry moves it
-        for (const auto &[key, id] : entries) {
-            index.remove(QString::number(keyOf.value(id, -1)), QString::number(id));
-            index.insert(QString::number(key), QString::number(id));
-            keyOf.insert(id, key);
-        }
-        for (auto entry = keyOf.cbegin(); entry != keyOf.cend(); ++entry)
-            sets[QString::number(entry.value())].insert(QString::number(entry.key()));
-        const QStringList keys = *someTexts(7); // some given twice, some unknown
-        const QString key = QString::number(*rc::gen::inRange(0, 7));
-        const QString excluded = QString::number(*rc::gen::inRange(0, 7));
-
-        IdQuery query;
-        query.anyOf(index, keys);
-        query.equals(index, key);
-        query.noneOf(index.find(excluded));
-        const QSet<QString> expected = under(sets, keys).intersect(sets.value(key)).subtract(sets.value(excluded));
-        const QVector<QString> ids = query.ids();
-        RC_ASSERT(ids.size() == expected.size());
-        RC_ASSERT(QSet<QString>(ids.cbegin(), ids.cend()) == expected);
-    });
-    QVERIFY(holds);
 }
 
 T0_REGISTER_TEST(QuantityTest)

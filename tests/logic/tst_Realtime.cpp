@@ -30,8 +30,6 @@ class RealtimeTest : public LogicTest
 private slots:
     void scalesQuantities_data();
     void scalesQuantities();
-    void feesFallOnTheClosingSide_data();
-    void feesFallOnTheClosingSide();
     void extremes();
     void newerTimeIsTaken_data();
     void newerTimeIsTaken();
@@ -70,35 +68,6 @@ void RealtimeTest::scalesQuantities()
         QCOMPARE(record.contains(DailyBuyLimit), field == DailyBuyLimit);
         QCOMPARE(record.value(Orvane_Fields::Security::symbol).toString(), QStringLiteral("S"));
     }
-}
-
-void RealtimeTest::feesFallOnTheClosingSide_data()
-{
-    QTest::addColumn<QString>("carried");
-    QTest::addColumn<double>("bought");
-    QTest::addColumn<double>("sold");
-    QTest::newRow("a carried short is closed by buying") << SellOpen << 1100.0 + 2200.0 << 800.0 + 2000.0;
-    QTest::newRow("a carried long is closed by selling") << BuyOpen << 1100.0 + 2000.0 << 800.0 + 1600.0;
-    QTest::newRow("nothing carried") << NoOpenPos << 1100.0 + 2000.0 << 800.0 + 2000.0;
-    QTest::newRow("no side") << "" << 1100.0 + 2000.0 << 800.0 + 2000.0;
-}
-
-void RealtimeTest::feesFallOnTheClosingSide()
-{
-    QFETCH(QString, carried);
-    VariantRecord record = position(10, 20, 30, 40);
-    record.insert(PreUnclosedSide, carried);
-    record.insert(DailyBuyTradeFee, 0.1);
-    record.insert(DailySellTradeFee, 0.2);
-    record.insert(DailyBoughtAmount, 1000);
-    record.insert(DailySoldAmount, 1000);
-    record.insert(PreUnclosedBoughtAmount, 2000);
-    record.insert(PreUnclosedSoldAmount, 2000);
-    RealtimeFields::derive(record, "S", 1);
-    QTEST(record.value(RtRealBoughtAmount).toDouble(), "bought");
-    QTEST(record.value(RtRealSoldAmount).toDouble(), "sold");
-    QCOMPARE(record.value(RtRealBoughtQty), QVariant(qint64(40)));
-    QCOMPARE(record.value(RtRealSoldQty), QVariant(qint64(60)));
 }
 
 void RealtimeTest::extremes()

@@ -39,7 +39,7 @@ private slots:
     void unreadableStoreIsEmpty_data();
     void unreadableStoreIsEmpty();
     void fixedLists();
-    void chosenAccountsDecideTheSymbols();
+    void searchTextsOfTheSymbols();
     void choiceDuringABurstWins();
     void withoutALoginNothingIsTheUsers();
 };
@@ -144,23 +144,15 @@ void SettingsTest::fixedLists()
     QCOMPARE(hub->GetTradableQtyByAccountAndSymbol("A1", "600000.SH", "SH", {"x"}), 0LL);
 }
 
-void SettingsTest::chosenAccountsDecideTheSymbols()
+void SettingsTest::searchTextsOfTheSymbols()
 {
-    start({}, {},
-          {Rows::usage("A1", "u1", "600000 SH", "1"), Rows::usage("A1", "t2", "300001 SZ", "1"),
-           Rows::usage("A2", "u1", "00700 HHK", "1"), Rows::usage("A2", "u1", "00700 SZHK", "1"),
-           Rows::usage("A2", "u1", "600000 SH", "1")});
-    QCOMPARE(hub->GetCurrentTradableSymbolList(), QStringList());
+    start({}, {}, {Rows::usage("A1", "u1", "600000 SH", "1"), Rows::usage("A2", "u1", "00700 HHK", "1")});
     hub->SetCurrentTradeAccount({"A2", "A1"});
-    QCOMPARE(hub->GetCurrentTradeAccount(), QStringList({"A2", "A1"}));
-    QCOMPARE(hub->GetCurrentTradableSymbolList(), QStringList({"00700.HK", "600000.SH"}));
     QCOMPARE(hub->GetCurrentInputSymbolList(),
              QStringList({"00700.HK|证券00700|ZQ00700", "600000.SH|证券600000|ZQ600000"}));
-    hub->SetCurrentTradeAccount({"A1"});
-    QCOMPARE(hub->GetCurrentTradableSymbolList(), QStringList("600000.SH"));
     hub->SetCurrentTradeAccount({});
     QCOMPARE(hub->GetCurrentInputSymbolList(), QStringList());
-    QCOMPARE(takeEvents(), QStringList({"accounts A2,A1", "accounts A1", "accounts "}));
+    takeEvents();
 }
 
 void SettingsTest::choiceDuringABurstWins()

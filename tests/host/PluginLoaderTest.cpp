@@ -24,7 +24,20 @@ private slots:
     void whatIsNoPluginOfThisHostIsRefused();
     void folderIsLoadedOnceAndInOrder();
     void autoReleasedObjectsDieLastAddedFirst();
+
+private:
+    static QString textFile(const QTemporaryDir &folder);
+
+    QTemporaryDir m_folder;
 };
+
+QString PluginLoaderTest::textFile(const QTemporaryDir &folder)
+{
+    QFile file(folder.filePath("readme.txt"));
+    file.open(QIODevice::WriteOnly);
+    file.write("no library");
+    return file.fileName();
+}
 
 void PluginLoaderTest::whatIsNoPluginOfThisHostIsRefused_data()
 {
@@ -35,7 +48,7 @@ void PluginLoaderTest::whatIsNoPluginOfThisHostIsRefused_data()
                                          << "needs a host of CompatVersion \"1.9.0\", this one is 2.0.0";
     QTest::newRow("other IID") << pluginFile("otheriid") << "is no plug-in of this host: its IID is \"AnotherPlugin\"";
     QTest::newRow("missing file") << pluginFile("missing") << "no such file";
-    QTest::newRow("no library") << QStringLiteral(__FILE__) << "is no plug-in";
+    QTest::newRow("no library") << textFile(m_folder) << "is no plug-in";
 }
 
 void PluginLoaderTest::whatIsNoPluginOfThisHostIsRefused()
@@ -60,7 +73,7 @@ void PluginLoaderTest::folderIsLoadedOnceAndInOrder()
     QVERIFY(QFile::link(pluginFile("good"), folder.filePath("b.so")));
     QVERIFY(QFile::link(pluginFile("noname"), folder.filePath("a.so")));
     QVERIFY(QFile::link(pluginFile("good"), folder.filePath("c.so")));
-    QVERIFY(QFile::copy(QStringLiteral(__FILE__), folder.filePath("readme.txt")));
+    QVERIFY(QFile::exists(textFile(folder)));
     PluginLoader loader;
     const QList<PluginLoader::Plugin> loaded = loader.loadFolder(folder.path());
     QCOMPARE(loaded.size(), 3);

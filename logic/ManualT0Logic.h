@@ -44,8 +44,8 @@ public:
     static constexpr int MaxResourceQty = 1000000000;      ///< upper bound of a resource quantity, for input fields
     static constexpr int MaxPoolQty = 1000000000;          ///< upper bound of a pool quantity, for input fields
     static constexpr double MaxFundExposure = 1000000000.; ///< upper bound of a fund exposure, for input fields
-    static constexpr int InvalidExposure = -1;             ///< an exposure limit that is not set
-    static const QString PublicTrader;                     ///< "public": trader id of the public pool
+    static constexpr int InvalidExposure = -1; ///< an exposure limit that is not set; test "< 0", see the pools
+    static const QString PublicTrader;         ///< "public": trader id of the public pool
 
     ~ManualT0Logic() override;
 
@@ -66,7 +66,7 @@ public:
     /// that was never started, nor before InitData.
     static void RefreshDataByType(int type);
 
-    /// NotInit for a type that was never started.
+    /// NotInit for a type that was never started or was reset, and for a number that is no type.
     static MasterInitStateMgr::InitState GetInitStateByType(int type);
 
     // ---- Products and trading accounts -------------------------------------------------------------------
@@ -88,8 +88,8 @@ public:
     /// Enabled product accounts to their display texts; an empty text where the host knows none.
     static QMap<QString, QString> GetT0ProductMap();
 
-    /// Trading accounts of an enabled product and asset property, in the host's order; an empty assetProp
-    /// means every enabled one, ascending.
+    /// Trading accounts of an enabled product and asset property, in the host's order, also those that are not
+    /// enabled themselves; an empty assetProp means every enabled asset property, in ascending order of these.
     static QStringList GetTradingAccountListByProductAndAssetProp(const QString &productAccount,
                                                                   const QString &assetProp);
 
@@ -142,9 +142,9 @@ public:
     /// Pools of the trading accounts, with T0TraderName. An empty accountList selects none; an empty symbol or
     /// exchange does not narrow; an empty traderIdList means all traders, one that holds only empty texts
     /// none. withPublic: the public pools are taken out of the list and one private pool of the same account,
-    /// symbol and exchange (the first by id) gets their quantity as PublicPoolQty; a public pool without such
-    /// a partner stands at the end, by account, symbol and exchange, with PoolTotalQty 0, PublicPoolQty its
-    /// quantity, and no T0TraderName. With PublicTrader in traderIdList its pools stay ordinary rows.
+    /// symbol and exchange (the first by id) gets their quantity as PublicPoolQty, whatever traderIdList says; a public
+    /// pool without such a partner stands at the end, by account, symbol and exchange, with PoolTotalQty 0,
+    /// PublicPoolQty its quantity, and no T0TraderName. With PublicTrader in traderIdList its pools stay ordinary rows.
     static RecordList GetSecurityPoolDetailListByTradingList(const QStringList &accountList,
                                                              const QStringList &traderIdList, const QString &symbol,
                                                              const QString &exchange, bool withPublic);

@@ -4,6 +4,8 @@
 #include <QtCore/QFile>
 #include <QtCore/QTextCodec>
 
+#include <algorithm>
+
 #include <csv.h>
 
 namespace {
@@ -18,12 +20,40 @@ std::optional<QString> decoded(const QByteArray &bytes, const char *codecName)
     return text;
 }
 
-std::optional<QString> decoded(QByteArray bytes)
+bool isAscii(const QByteArray &line)
+{
+    return std::all_of(line.cbegin(), line.cend(), [](char byte) { return uchar(byte) < 0x80; });
+}
+
+/// A file is UTF-8 unless most of its lines beyond ASCII are not: one stray byte does not turn the whole file
+/// into another encoding.
+const char *codecOf(const QList<QByteArray> &lines)
+{
+    int utf8 = 0;
+    int others = 0;
+    for (const QByteArray &line : lines) {
+        if (!isAscii(line))
+            ++(decoded(line, "UTF-8") ? utf8 : others);
+    }
+    return others > utf8 ? "GB18030" : "UTF-8";
+}
+
+/// The lines as UTF-8; badLine, from 1, is the first that is in neither encoding.
+QList<QByteArray> decodedLines(QByteArray bytes, int &badLine)
 {
     if (bytes.startsWith("\xEF\xBB\xBF"))
         bytes.remove(0, 3);
-    const auto text = decoded(bytes, "UTF-8");
-    return text ? text : decoded(bytes, "GB18030");
+    QList<QByteArray> lines = bytes.split('\n'); // a line feed is no part of a character in either encoding
+    const char *codec = codecOf(lines);
+    for (int i = 0; i < lines.size(); ++i) {
+        const auto text = decoded(lines.at(i), codec);
+        if (!text || text->contains(QChar::ReplacementCharacter)) {
+            badLine = i + 1;
+            return {};
+        }
+        lines[i] = text->toUtf8();
+    }
+    return lines;
 }
 
 /// libcsv, fed line by line so that every row knows where it began.
@@ -79,14 +109,13 @@ std::optional<QVector<CsvRow>> readCsv(const QString &dir, const QString &file, 
         error.expected = QStringLiteral("a readable file (%1)").arg(input.errorString());
         return std::nullopt;
     }
-    const auto text = decoded(input.readAll());
-    if (!text) {
-        error.expected = QStringLiteral("text in UTF-8 or GB18030");
+    const QList<QByteArray> lines = decodedLines(input.readAll(), error.row);
+    if (error.row > 0) {
+        error.expected = QStringLiteral("text in UTF-8 or GB18030, one of them in the whole file");
         return std::nullopt;
     }
 
     Parser parser;
-    const QList<QByteArray> lines = text->toUtf8().split('\n');
     for (int i = 0; i < lines.size(); ++i) {
         if (parser.feed(lines.at(i) + '\n', i + 1))
             continue;

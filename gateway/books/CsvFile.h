@@ -10,6 +10,6 @@ struct CsvRow {
 /// The rows of one CSV file, comments and blank lines left out; the first one is the header.
 ///
 /// A line that begins with '#' outside a quoted cell is a comment. The file is UTF-8, with or without a byte
-/// order mark, and GB18030 when its bytes are no valid UTF-8.
+/// order mark, and GB18030 when most of its lines beyond ASCII are no valid UTF-8.
 /// Returns nothing and fills error when the file cannot be read, decoded or parsed.
 std::optional<QVector<CsvRow>> readCsv(const QString &dir, const QString &file, BookError &error);

@@ -153,6 +153,12 @@ void BooksTest::aBrokenFileIsOneError()
     const int line = TestBooks::spoil(files, BookFiles::accounts(), 0, "assetProp", "assetProperty");
     QCOMPARE(places(loaded(files).errors),
              QStringList{place(BookFiles::accounts(), line, "assetProp", "assetProperty")});
+    // One stray byte is an error of its line; it does not make the whole file GB18030.
+    files = TestBooks::sample();
+    const int before = files[BookFiles::users()].count('\n');
+    files[BookFiles::users()] += "x\xff\xfe,\x80\xff,ORG1,ManualT0Trader,\n";
+    QCOMPARE(loaded(files).errors.size(), 1);
+    QCOMPARE(loaded(files).errors.constFirst().row, before + 1);
     files = TestBooks::sample();
     files.remove(BookFiles::instruments());
     const QVector<BookError> errors = loaded(files).errors;

@@ -15,6 +15,7 @@
 #include <QtNetwork/QLocalSocket>
 #include <QtTest/QtTest>
 
+#include <atomic>
 #include <csignal>
 
 namespace {
@@ -153,7 +154,7 @@ void SocketServerTest::reconnectingRepeatsTheUsage()
         return pushed;
     };
     // The server works on this thread, the requests block theirs.
-    bool subscribed = false;
+    std::atomic<bool> subscribed{false};
     const std::unique_ptr<QThread> client(QThread::create([&] {
         const MessageBody login{{}, {{{Orvane_Fields::UserAccount::userID, "t1"}}}};
         const auto request = Envelope::request(Stand_MsgType::LoginRequest, "t1", 60000, login);
@@ -166,7 +167,7 @@ void SocketServerTest::reconnectingRepeatsTheUsage()
     }));
     client->start();
     QTRY_VERIFY_WITH_TIMEOUT(client->isFinished(), 60000);
-    QVERIFY(subscribed);
+    QVERIFY(subscribed.load());
     QCOMPARE(seen(), RecordList());
 
     server.reset();

@@ -125,7 +125,7 @@ const QVector<Commands::Own> &Commands::ownCommands()
         {"events", "events", 0, 0, &Commands::events},
         {"quote", "quote SYMBOL PRICE", 2, 2, &Commands::quote},
         {"push", "push {RECORD}", 1, 1, &Commands::push},
-        {"fault", "fault MSGTYPE fail|timeout|delay MS|truncate PAGE|duplicate [TIMES]", 2, 4, &Commands::fault},
+        {"fault", "fault MSGTYPE fail|timeout|delay MS|truncate PAGE|duplicate|lose [TIMES]", 2, 4, &Commands::fault},
         {"sleep", "sleep MS", 1, 1, &Commands::sleep},
         {"settle", "settle [MS]", 0, 1, &Commands::settle},
         {"echo", "echo TEXT…", 0, INT_MAX, &Commands::echo},
@@ -302,7 +302,7 @@ Outcome Commands::fault(const QVector<Argument> &arguments)
     if (!FaultChannel::faultOfName(name, fault))
         return bad(unknown(QStringLiteral("fault"), name,
                            {QStringLiteral("fail"), QStringLiteral("timeout"), QStringLiteral("delay"),
-                            QStringLiteral("truncate"), QStringLiteral("duplicate")}));
+                            QStringLiteral("truncate"), QStringLiteral("duplicate"), QStringLiteral("lose")}));
 
     if (fault == FaultChannel::Fault::Truncate && isPush(msgType))
         return bad(QStringLiteral("truncate strikes paged queries, %1 is a push").arg(msgType));

@@ -1,5 +1,6 @@
 #include "Kinds.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace {
@@ -27,6 +28,14 @@ QVariant numberOf(const Argument &argument)
     }
     const int type = argument.value.userType();
     return type == QMetaType::LongLong || type == QMetaType::Double ? argument.value : QVariant();
+}
+
+/// The first item of another type; -1 when there is none.
+int firstOther(const QVariantList &items, int type)
+{
+    const auto other =
+        std::find_if(items.cbegin(), items.cend(), [type](const QVariant &item) { return item.userType() != type; });
+    return other == items.cend() ? -1 : int(other - items.cbegin());
 }
 
 } // namespace
@@ -64,6 +73,11 @@ template <> QString kindName<VariantRecord>()
 template <> QString kindName<RecordList>()
 {
     return QStringLiteral("a list of records");
+}
+
+template <> QString kindName<TextLists>()
+{
+    return QStringLiteral("a record of lists of texts");
 }
 
 QString readKind(const Argument &argument, QString &value)
@@ -108,15 +122,12 @@ QString readKind(const Argument &argument, QStringList &value)
 {
     if (argument.value.userType() != QMetaType::QVariantList)
         return expected(kindName<QStringList>(), argument);
-    QStringList texts;
     const QVariantList items = argument.value.toList();
-    for (const QVariant &item : items) {
-        if (!isText(item))
-            return QStringLiteral("%1 is expected, item %2 of it is none")
-                .arg(kindName<QStringList>(), QString::number(texts.size() + 1));
-        texts.append(item.toString());
-    }
-    value = texts;
+    const int wrong = firstOther(items, QMetaType::QString);
+    if (wrong >= 0)
+        return QStringLiteral("%1 is expected, item %2 of it is none")
+            .arg(kindName<QStringList>(), QString::number(wrong + 1));
+    value = argument.value.toStringList();
     return {};
 }
 
@@ -132,15 +143,30 @@ QString readKind(const Argument &argument, RecordList &value)
 {
     if (argument.value.userType() != QMetaType::QVariantList)
         return expected(kindName<RecordList>(), argument);
-    RecordList rows;
     const QVariantList items = argument.value.toList();
-    for (const QVariant &item : items) {
-        if (item.userType() != QMetaType::QVariantMap)
-            return QStringLiteral("%1 is expected, item %2 of it is none")
-                .arg(kindName<RecordList>(), QString::number(rows.size() + 1));
-        rows.append(item.toMap());
+    const int wrong = firstOther(items, QMetaType::QVariantMap);
+    if (wrong >= 0)
+        return QStringLiteral("%1 is expected, item %2 of it is none")
+            .arg(kindName<RecordList>(), QString::number(wrong + 1));
+    value.clear();
+    for (const QVariant &item : items)
+        value.append(item.toMap());
+    return {};
+}
+
+QString readKind(const Argument &argument, TextLists &value)
+{
+    if (argument.value.userType() != QMetaType::QVariantMap)
+        return expected(kindName<TextLists>(), argument);
+    const QVariantMap entries = argument.value.toMap();
+    TextLists lists;
+    for (auto entry = entries.cbegin(); entry != entries.cend(); ++entry) {
+        if (entry->userType() != QMetaType::QVariantList || firstOther(entry->toList(), QMetaType::QString) >= 0)
+            return QStringLiteral("%1 is expected, \"%2\" of it is no list of texts")
+                .arg(kindName<TextLists>(), entry.key());
+        lists.insert(entry.key(), entry->toStringList());
     }
-    value = rows;
+    value = lists;
     return {};
 }
 
@@ -205,7 +231,7 @@ QVariant present(const QMap<QString, QString> &value)
     return map;
 }
 
-QVariant present(const QMap<QString, QStringList> &value)
+QVariant present(const TextLists &value)
 {
     QVariantMap map;
     for (auto entry = value.cbegin(); entry != value.cend(); ++entry)

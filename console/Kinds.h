@@ -7,6 +7,8 @@
 
 #include <QtCore/QStringList>
 
+using TextLists = QMap<QString, QStringList>;
+
 /// What an argument may be: how it is called in messages and how it is read from what was written. readKind
 /// returns an empty text, or what is wrong.
 template <typename T> QString kindName();
@@ -17,6 +19,7 @@ template <> QString kindName<double>();
 template <> QString kindName<QStringList>();
 template <> QString kindName<VariantRecord>();
 template <> QString kindName<RecordList>();
+template <> QString kindName<TextLists>();
 
 QString readKind(const Argument &argument, QString &value);
 QString readKind(const Argument &argument, bool &value);
@@ -25,6 +28,7 @@ QString readKind(const Argument &argument, double &value);
 QString readKind(const Argument &argument, QStringList &value);
 QString readKind(const Argument &argument, VariantRecord &value);
 QString readKind(const Argument &argument, RecordList &value);
+QString readKind(const Argument &argument, TextLists &value);
 
 /// What an operation returned, made of what VariantRecord, QVariantList and simple values can hold.
 QVariant present(const QString &value);
@@ -36,5 +40,5 @@ QVariant present(const QStringList &value);
 QVariant present(const VariantRecord &value);
 QVariant present(const RecordList &value);
 QVariant present(const QMap<QString, QString> &value);
-QVariant present(const QMap<QString, QStringList> &value);
+QVariant present(const TextLists &value);
 QVariant present(const QList<SymbolListType> &value);

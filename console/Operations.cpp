@@ -38,6 +38,8 @@ QVector<Operation> tableOfOperations()
         operation("GetT0ProductMap", F::GetT0ProductMap),
         operation("GetTradingAccountListByProductAndAssetProp", F::GetTradingAccountListByProductAndAssetProp),
 
+        operation("AlterT0ProductAccount", F::AlterT0ProductAccount),
+
         operation("GetAllT0TraderId", F::GetAllT0TraderId),
         operation("GetTraderNameByTraderId", F::GetTraderNameByTraderId),
         operation("GetAllT0TradingAccountListByCurUser", F::GetAllT0TradingAccountListByCurUser),
@@ -45,6 +47,13 @@ QVector<Operation> tableOfOperations()
         sorted(operation("GetAllResourceList", F::GetAllResourceList), RowOrder::byResourceId),
         operation("GetResourceDetailById", F::GetResourceDetailById),
         sorted(operation("GetResourceByProductAccount", F::GetResourceByProductAccount), RowOrder::byResourceId),
+
+        operation("GetT0ResourceCandidatesList", F::GetT0ResourceCandidatesList),
+        operation("GetAllocatableQty2ResourceByTradingAccount", F::GetAllocatableQty2ResourceByTradingAccount),
+        operation("GetAllocatableQty2Resource", F::GetAllocatableQty2Resource),
+        operation("AddT0Resource", F::AddT0Resource),
+        operation("AlterT0Resource", F::AlterT0Resource),
+        operation("DeleteT0Resource", F::DeleteT0Resource),
 
         sorted(operation("GetAllSecurityPoolList", F::GetAllSecurityPoolList), RowOrder::byPoolId),
         operation("GetSecurityPoolDetailById", F::GetSecurityPoolDetailById),
@@ -62,6 +71,11 @@ QVector<Operation> tableOfOperations()
         sorted(operation<RecordList, Texts, Texts, Texts, Text, Text, bool>("GetSecurityPoolDetail",
                                                                             F::GetSecurityPoolDetail),
                RowOrder::byPoolId),
+
+        operation("AllocatePublicResource", F::AllocatePublicResource),
+        operation("AllocateResourceToTrader", F::AllocateResourceToTrader),
+        operation("AddSecurityPoolAndResource", F::AddSecurityPoolAndResource),
+        operation("DeleteSecurityPoolsByIdList", F::DeleteSecurityPoolsByIdList),
 
         operation("GetRealtimePoolKey", F::GetRealtimePoolKey),
         operation("GetRealtimePoolDetail", F::GetRealtimePoolDetail),

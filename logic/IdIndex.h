@@ -29,6 +29,8 @@ public:
             m_sets.erase(set);
     }
 
+    void removeKey(const Key &key) { m_sets.remove(key); }
+
     /// Null when no id has the key.
     const IdSet *find(const Key &key) const
     {

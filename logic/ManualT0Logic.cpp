@@ -81,6 +81,11 @@ QStringList ManualT0Logic::GetTradingAccountListByProductAndAssetProp(const QStr
     return hub().GetTradingAccountListByProductAndAssetProp(productAccount, assetProp);
 }
 
+QString ManualT0Logic::AlterT0ProductAccount(const QMap<QString, QStringList> &newProductMap, QString &errMsg)
+{
+    return hub().AlterT0ProductAccount(newProductMap, errMsg);
+}
+
 // ---- Traders ---------------------------------------------------------------------------------------------
 
 QMap<QString, QString> ManualT0Logic::GetAllT0TraderId()
@@ -115,6 +120,39 @@ RecordList ManualT0Logic::GetResourceByProductAccount(const QStringList &product
                                                       const QStringList &traderIds)
 {
     return hub().GetResourceByProductAccount(productAccounts, assetProp, symbol, exchange, traderIds);
+}
+
+RecordList ManualT0Logic::GetT0ResourceCandidatesList(const QStringList &productAccounts, const QString &assetProp,
+                                                      bool withT0Symbols)
+{
+    return hub().GetT0ResourceCandidatesList(productAccounts, assetProp, withT0Symbols);
+}
+
+double ManualT0Logic::GetAllocatableQty2ResourceByTradingAccount(const QString &tradingAccount, const QString &symbol,
+                                                                 const QString &exchange)
+{
+    return hub().GetAllocatableQty2ResourceByTradingAccount(tradingAccount, symbol, exchange);
+}
+
+double ManualT0Logic::GetAllocatableQty2Resource(const QString &productAccount, const QString &assetProp,
+                                                 const QString &symbol, const QString &exchange)
+{
+    return hub().GetAllocatableQty2Resource(productAccount, assetProp, symbol, exchange);
+}
+
+QString ManualT0Logic::AddT0Resource(const RecordList &rows, bool cover, QString &errorText)
+{
+    return hub().AddT0Resource(rows, cover, errorText);
+}
+
+QString ManualT0Logic::AlterT0Resource(const VariantRecord &resource, QString &errorText)
+{
+    return hub().AlterT0Resource(resource, errorText);
+}
+
+QString ManualT0Logic::DeleteT0Resource(const RecordList &rows, QString &errorText)
+{
+    return hub().DeleteT0Resource(rows, errorText);
 }
 
 // ---- Security pools --------------------------------------------------------------------------------------
@@ -170,6 +208,26 @@ RecordList ManualT0Logic::GetSecurityPoolDetail(const QStringList &productAccoun
                                                 const QString &exchange, bool withPublic)
 {
     return hub().GetSecurityPoolDetail(productAccountList, assetPropList, traderIdList, symbol, exchange, withPublic);
+}
+
+QString ManualT0Logic::AllocatePublicResource(const RecordList &rows, QString &errorText)
+{
+    return hub().AllocatePublicResource(rows, errorText);
+}
+
+QString ManualT0Logic::AllocateResourceToTrader(const RecordList &rows, QString &errorText)
+{
+    return hub().AllocateResourceToTrader(rows, errorText);
+}
+
+QString ManualT0Logic::AddSecurityPoolAndResource(const RecordList &rows, bool cover, QString &errorText)
+{
+    return hub().AddSecurityPoolAndResource(rows, cover, errorText);
+}
+
+QString ManualT0Logic::DeleteSecurityPoolsByIdList(const QStringList &poolIds, QString &errorText)
+{
+    return hub().DeleteSecurityPoolsByIdList(poolIds, errorText);
 }
 
 // ---- Real-time usage and profit --------------------------------------------------------------------------

@@ -26,6 +26,20 @@
 ///   ManualT0PoolRealTimeUpdated   QVariantList of new and changed usage records, may be empty
 ///   ManualT0CurTradeAccountChanged QStringList, the accounts of SetCurrentTradeAccount
 ///   ManualT0CurInputSymbolChanged invalid: GetCurrentInputSymbolList is to be read again
+///
+/// Changes block their caller until the server answers or the request times out, so a user interface calls them
+/// from another thread. They return a code of requestExeStatus and explain it in a text by reference:
+///
+///   success      every request was carried out; the text is empty or as it was
+///   fail         a row was refused by a check, then nothing was sent; or every request failed; the text says why
+///   ParticalFail some of the requests, one a trading account or resource, failed
+///   timeout      AlterT0ProductAccount, DeleteT0Resource and DeleteSecurityPoolsByIdList only: nobody knows whether
+///                the one request was carried out. Elsewhere a request that timed out counts as failed
+///
+/// Nothing is changed in memory by what is sent: what a request may have touched is asked for again, and the events
+/// above tell when it has come. (AlterT0ProductAccount and DeleteT0Resource also change the picture at once.) Of
+/// several rows the first that fails a check is named: "第%1行数据检查到错误：" before its text. A quantity that is no
+/// whole number, negative or above the bounds below is refused by the server, with a text.
 class MANUALT0LOGIC_EXPORT ManualT0Logic : public QObject
 {
     Q_OBJECT
@@ -93,6 +107,11 @@ public:
     static QStringList GetTradingAccountListByProductAndAssetProp(const QString &productAccount,
                                                                   const QString &assetProp);
 
+    /// Enables exactly these asset properties of these products for T0, and disables every other candidate; what is
+    /// no candidate is ignored. On success the new products are in force when it returns, and resources and pools
+    /// are loaded again; after a time-out the products are. All codes but ParticalFail; errMsg: the host's text.
+    static QString AlterT0ProductAccount(const QMap<QString, QStringList> &newProductMap, QString &errMsg);
+
     // ---- Traders -----------------------------------------------------------------------------------------
 
     /// Trader id to name. The public pool's id is not among them.
@@ -121,6 +140,47 @@ public:
     static RecordList GetResourceByProductAccount(const QStringList &productAccounts, const QString &assetProp,
                                                   QString symbol, const QString &exchange,
                                                   const QStringList &traderIds);
+
+    /// What may become a resource: holdings of the products' trading accounts under assetProp (empty: any enabled
+    /// one), on the supported exchanges and of a tradable kind, what credit accounts have borrowed and use included.
+    /// withT0Symbols: also the convertible bonds an account does not hold, with quantity 0. Rows, ready for
+    /// AddT0Resource: productAccount, tradingAccount, securityID, securityExchange, symbol, chineseName, ResourceQty
+    /// (64-bit, what is held; resources that exist already are not subtracted), T0SymbolFlag (bool, a convertible
+    /// bond) and ResourceId (of the resource that exists already, else empty). In the order of the products, of
+    /// their accounts, of the supported exchanges and of the symbols.
+    static RecordList GetT0ResourceCandidatesList(const QStringList &productAccounts, const QString &assetProp,
+                                                  bool withT0Symbols);
+
+    /// How much may still be set aside, a whole number of at least 0: what the account holds, as if nobody had
+    /// traded T0 today, less its resources; at most MaxResourceQty less these; a multiple of the display factor. A
+    /// convertible bond that is not held is limited by MaxResourceQty alone. 0 for an account that is not enabled
+    /// and when an argument is empty. Complete for managers only: others know their own usage.
+    static double GetAllocatableQty2ResourceByTradingAccount(const QString &tradingAccount, const QString &symbol,
+                                                             const QString &exchange);
+
+    /// The sum of it over the product's trading accounts under assetProp (empty: any enabled one), at most
+    /// MaxResourceQty.
+    static double GetAllocatableQty2Resource(const QString &productAccount, const QString &assetProp,
+                                             const QString &symbol, const QString &exchange);
+
+    /// Sets stock aside, one request a trading account. Rows: tradingAccount, securityID, securityExchange,
+    /// ResourceQty. cover: an existing resource gets the quantity, else it is raised by it. Rows of a quantity of 0
+    /// are left out. Texts: "账号数据为空", "账号数据不合法", "账号%1未选为T0产品", "证券代码不存在",
+    /// "标的%1的资源数量必须是%3的整数倍，请重新填写！", "没有可添加的资源数据", or those of the failed requests joined
+    /// with
+    /// ",". Resources are asked for again, but for accounts whose request failed.
+    static QString AddT0Resource(const RecordList &rows, bool cover, QString &errorText);
+
+    /// Changes the quantity of one resource. resource: ResourceId and ResourceQty; tradingAccount and symbol when
+    /// they differ from what is held. success or fail. Texts: "修改资源数量必须传入资源ID", "未找到对应资源",
+    /// "修改后的数量不能小于已分配数量%1，请重新填写或修改券池后重新尝试", the multiple's as above, or the host's.
+    /// Resources are asked for again after success and time-out.
+    static QString AlterT0Resource(const VariantRecord &resource, QString &errorText);
+
+    /// Deletes resources with their pools in one request. Rows: ResourceId; tradingAccount, else that of the resource
+    /// held. On success they are gone when it returns and the accounts' pools are asked for again; after a time-out
+    /// the resources are. All codes but ParticalFail; the text is the host's.
+    static QString DeleteT0Resource(const RecordList &rows, QString &errorText);
 
     // ---- Security pools ----------------------------------------------------------------------------------
     // A pool holds what the server sends, symbol, and PoolTotalQty, MaxExposureQty and MaxPendExposureQty in
@@ -168,6 +228,29 @@ public:
     static RecordList GetSecurityPoolDetail(const QStringList &productAccountList, const QStringList &assetPropList,
                                             const QStringList &traderIdList, const QString &symbol,
                                             const QString &exchange, bool withPublic);
+
+    /// Sets the public pool of each row's resource, one request a resource. Rows: ResourceId, tradingAccount,
+    /// securityID, securityExchange, PoolTotalQty. Texts: "资源存在超配，请重新配置！" when it and the private pools
+    /// exceed the resource, "标的%1的券池数量必须是%3的整数倍，请重新填写！", or that of the last request that failed.
+    /// Nothing is sent for no rows: success. The pools of all rows' accounts are asked for again, whatever the results.
+    static QString AllocatePublicResource(const RecordList &rows, QString &errorText);
+
+    /// Sets the private pools of resources, one request a resource. Rows as above with T0TraderId. All private pools of
+    /// a resource are replaced: traders who are not among its rows lose theirs. Texts:
+    /// "账号%1标的%2下的资源存在超配，请重新配置！" when they and the public pool exceed the resource, else as above.
+    static QString AllocateResourceToTrader(const RecordList &rows, QString &errorText);
+
+    /// Sets stock aside together with its pools, one request a trading account. Rows: tradingAccount, securityID,
+    /// securityExchange, T0TraderId (PublicTrader for the public pool), PoolTotalQty, MaxExposureQty and
+    /// MaxPendExposureQty (server units) when they are to be set. cover: the resource's pools become exactly the rows,
+    /// else resource and pools are raised by them. Texts: "没有检查到券池信息", those of a row of AddT0Resource with
+    /// "券池数量", "交易员ID不存在", or "添加券池时错误：" and those of the failed requests joined with ",". Resources
+    /// and pools are asked for again, but for accounts whose request failed.
+    static QString AddSecurityPoolAndResource(const RecordList &rows, bool cover, QString &errorText);
+
+    /// Deletes pools in one request. Texts: "券池不存在，请刷新界面重试", then nothing was sent, or the host's. The
+    /// pools of the accounts are asked for again, whatever the result. All codes but ParticalFail.
+    static QString DeleteSecurityPoolsByIdList(const QStringList &poolIds, QString &errorText);
 
     // ---- Real-time usage and profit ----------------------------------------------------------------------
     // A usage record holds what the server sends (quantities in display units, 64-bit), symbol, the remaining

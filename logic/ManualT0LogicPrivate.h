@@ -61,6 +61,8 @@ public:
     QMap<QString, QString> GetT0ProductMap() const T0_EXCLUDES(productLock);
     QStringList GetTradingAccountListByProductAndAssetProp(const QString &productAccount,
                                                            const QString &assetProp) const T0_EXCLUDES(productLock);
+    QString AlterT0ProductAccount(const QMap<QString, QStringList> &newProductMap, QString &errMsg)
+        T0_EXCLUDES(productLock);
 
     // ManualT0LogicPrivate_Traders.cpp
     QMap<QString, QString> GetAllT0TraderId() const T0_EXCLUDES(traderLock);
@@ -74,6 +76,22 @@ public:
                                            const QString &symbol, const QString &exchange,
                                            const QStringList &traderIds) const
         T0_EXCLUDES(productLock, resourceLock, securityPoolLock, traderLock);
+
+    // ManualT0LogicPrivate_ResourceChanges.cpp
+    QString AddT0Resource(const RecordList &rows, bool cover, QString &errorText) T0_EXCLUDES(productLock);
+    QString AlterT0Resource(const VariantRecord &resource, QString &errorText)
+        T0_EXCLUDES(resourceLock, securityPoolLock);
+    QString DeleteT0Resource(const RecordList &rows, QString &errorText) T0_EXCLUDES(resourceLock, securityPoolLock);
+
+    // ManualT0LogicPrivate_Candidates.cpp
+    RecordList GetT0ResourceCandidatesList(const QStringList &productAccounts, const QString &assetProp,
+                                           bool withT0Symbols) const T0_EXCLUDES(productLock, resourceLock);
+    double GetAllocatableQty2Resource(const QString &productAccount, const QString &assetProp, const QString &symbol,
+                                      const QString &exchange) const
+        T0_EXCLUDES(productLock, resourceLock, realtimePoolLock);
+    double GetAllocatableQty2ResourceByTradingAccount(const QString &tradingAccount, const QString &symbol,
+                                                      const QString &exchange) const
+        T0_EXCLUDES(productLock, resourceLock, realtimePoolLock);
 
     // ManualT0LogicPrivate_Pools.cpp
     RecordList GetAllSecurityPoolList() const T0_EXCLUDES(securityPoolLock, traderLock);
@@ -96,6 +114,15 @@ public:
     RecordList GetSecurityPoolDetail(const QStringList &productAccountList, const QStringList &assetPropList,
                                      const QStringList &traderIdList, const QString &symbol, const QString &exchange,
                                      bool withPublic) const T0_EXCLUDES(productLock, securityPoolLock, traderLock);
+
+    // ManualT0LogicPrivate_PoolChanges.cpp
+    QString AllocatePublicResource(const RecordList &rows, QString &errorText)
+        T0_EXCLUDES(resourceLock, securityPoolLock);
+    QString AllocateResourceToTrader(const RecordList &rows, QString &errorText)
+        T0_EXCLUDES(resourceLock, securityPoolLock);
+    QString DeleteSecurityPoolsByIdList(const QStringList &poolIds, QString &errorText) T0_EXCLUDES(securityPoolLock);
+    QString AddSecurityPoolAndResource(const RecordList &rows, bool cover, QString &errorText)
+        T0_EXCLUDES(productLock, traderLock);
 
     // ManualT0LogicPrivate_Realtime.cpp
     QString GetRealtimePoolKey(const VariantRecord &record) const;
@@ -235,6 +262,32 @@ private:
     IdIndex<QString> resourceExchangeIndex T0_GUARDED_BY(resourceLock);
     QMap<QString, int> pendingResourceAccounts T0_GUARDED_BY(resourceLock); ///< account to failures so far
 
+    // ---- ManualT0LogicPrivate_ResourceChanges.cpp --------------------------------------------------------
+
+    /// Sends one change, header first, and blocks for its code; the login account joins the header.
+    QString sendChange(const QString &msgType, VariantRecord header, const RecordList &rows, QString &errorText) const;
+    QString checkAlteredResource(const VariantRecord &resource, QString &tradingAccount, QString &symbol) const
+        T0_EXCLUDES(resourceLock, securityPoolLock);
+    void forgetResources(const QStringList &resourceIds) T0_EXCLUDES(resourceLock, securityPoolLock);
+    /// The row's trading account, else that of its resource.
+    QString accountOf(const VariantRecord &row) const T0_EXCLUDES(resourceLock);
+    QSet<QString> t0Accounts() const T0_EXCLUDES(productLock);
+
+    // ---- ManualT0LogicPrivate_Candidates.cpp -------------------------------------------------------------
+
+    QSet<QString> tradableSymbols() const;
+    /// Fills T0SymbolFlag and the ids of resources that exist already.
+    void markCandidates(RecordList &candidates) const T0_EXCLUDES(resourceLock);
+    QVector<QString> resourceIds(const QString &tradingAccount, const QString &symbol, const QString &exchange) const
+        T0_REQUIRES_SHARED(resourceLock);
+    qint64 allocatable(const QString &tradingAccount, const QString &symbol, const QString &exchange) const
+        T0_EXCLUDES(productLock, resourceLock, realtimePoolLock);
+    qint64 setAside(const QString &tradingAccount, const QString &symbol, const QString &exchange) const
+        T0_EXCLUDES(resourceLock);
+    /// What the account could sell if nobody had traded T0 today.
+    qint64 heldWithoutTrading(const QString &tradingAccount, const QString &symbol, const QString &exchange,
+                              bool isT0) const T0_EXCLUDES(realtimePoolLock);
+
     // ---- ManualT0LogicPrivate_PoolAnswers.cpp, ManualT0LogicPrivate_Pools.cpp ----------------------------
 
     void loadSecurityPools() T0_EXCLUDES(productLock, securityPoolLock);
@@ -271,6 +324,19 @@ private:
     /// later answer on (deliberate: the first answers of a load are taken as the user's).
     bool poolTradersAreUsers T0_GUARDED_BY(securityPoolLock) = true;
     QMap<QString, int> pendingSecurityPoolAccounts T0_GUARDED_BY(securityPoolLock); ///< account to failures so far
+
+    // ---- ManualT0LogicPrivate_PoolChanges.cpp ------------------------------------------------------------
+
+    QString checkPublicPool(const VariantRecord &row, const QString &symbol) const
+        T0_EXCLUDES(resourceLock, securityPoolLock);
+    /// newPrivate: resource id to the sum of its new private pools.
+    QString checkPrivatePools(const QMap<QString, qint64> &newPrivate) const
+        T0_EXCLUDES(resourceLock, securityPoolLock);
+    /// One request a resource, then the pools of every account are asked for, whatever the results.
+    QString sendAllocations(const char *operation, const QMap<QString, RecordList> &poolsByResource, int poolType,
+                            const QStringList &tradingAccounts, QString &errorText);
+    void queryPoolsOfEach(QStringList tradingAccounts);
+    double poolQuantity(const QString &resourceId, int poolType) const T0_EXCLUDES(securityPoolLock);
 
     // ---- ManualT0LogicPrivate_RealtimeAnswers.cpp, ManualT0LogicPrivate_Realtime.cpp ---------------------
 

@@ -227,6 +227,8 @@ void ManualT0LogicPrivate::storePool(const VariantRecord &pool)
     const auto held = securityPoolMap.find(id);
     if (held != securityPoolMap.end() && PoolKeys(*held, traderField) == PoolKeys(pool, traderField)) {
         *held = pool;
+        // A deleted resource takes this key along before its pools are answered for.
+        poolIdsByResource.insert(text(pool, ResourceId), id);
         return;
     }
     takePool(id);

@@ -2,6 +2,9 @@
 #include "InitKeys.h"
 #include "ManualT0LogicPrivate.h"
 #include "MasterBusinessDataInterface.h"
+#include "MasterFields.h"
+#include "MasterMsgType.h"
+#include "MasterValues.h"
 #include "OrvaneFields.h"
 #include "OrvaneValues.h"
 #include "Retries.h"
@@ -63,6 +66,34 @@ QStringList ManualT0LogicPrivate::GetTradingAccountListByProductAndAssetProp(con
     for (const QString &property : enabled)
         accounts += candidateAccounts(productAccount, property);
     return accounts;
+}
+
+QString ManualT0LogicPrivate::AlterT0ProductAccount(const QMap<QString, QStringList> &newProductMap, QString &errMsg)
+{
+    using namespace Orvane_Fields::UserAccount;
+    using Master_Fields::System::alterType;
+    RecordList accepted;
+    RecordList requested;
+    // The whole wanted state, not a difference: every account the user could enable is added or deleted.
+    for (auto product = candidateProductAccountMap.cbegin(); product != candidateProductAccountMap.cend(); ++product) {
+        const QStringList wanted = newProductMap.value(product.key());
+        for (auto property = product->cbegin(); property != product->cend(); ++property) {
+            const bool enabled = wanted.contains(property.key(), Qt::CaseSensitive);
+            for (const QString &account : *property) {
+                VariantRecord row{{productAccount, product.key()}, {tradingAccount, account}};
+                if (enabled)
+                    accepted.append(row);
+                row.insert(alterType, enabled ? Master_Values::AlterType::Add : Master_Values::AlterType::Delete);
+                requested.append(row);
+            }
+        }
+    }
+    const QString code = sendChange(Master_MsgType::AlterManualT0ProductsRequest, {}, requested, errMsg);
+    if (code == Orvane_Values::RequestExeStatus::success)
+        applyT0ProductList(accepted);
+    else if (code == Master_Values::RequestExeStatus::timeout)
+        queryT0Products();
+    return code;
 }
 
 void ManualT0LogicPrivate::slotQueryT0ProductsResponse(QString code, QList<QVariantMap> prdList)

@@ -107,11 +107,16 @@ QList<tagUserAccountInfo> MasterBusinessDataInterface::GetFundAccountListByFundP
     return found;
 }
 
-QString MasterBusinessDataInterface::GetAccountAssetPropByTradingAccount(const QString &tradingAccount)
+tagUserAccountInfo MasterBusinessDataInterface::GetAccountInfoByTradingAccount(const QString &tradingAccount, int)
 {
     const auto data = ReferenceStore::data();
     const int index = data->accountIndex.value(tradingAccount, -1);
-    return index < 0 ? QString() : data->accounts.at(index).info.assetProp;
+    return index < 0 ? tagUserAccountInfo() : data->accounts.at(index).info;
+}
+
+QString MasterBusinessDataInterface::GetAccountAssetPropByTradingAccount(const QString &tradingAccount)
+{
+    return GetAccountInfoByTradingAccount(tradingAccount, 1).assetProp;
 }
 
 QMap<QString, QString> MasterBusinessDataInterface::GetAllProductAccountMap()
@@ -132,6 +137,16 @@ QString MasterBusinessDataInterface::GetSymbolBySecurityIDAndExchange(const QStr
     if (symbol.isEmpty() && HostLog::isOn(HostLog::Level::Info) && ReferenceStore::isFirstReport(securityID, exchange))
         HOST_INFO("MasterBusinessDataInterface", "unknown security" << securityID << exchange);
     return symbol;
+}
+
+QString MasterBusinessDataInterface::GetSymbolFromMap(const VariantRecord &row)
+{
+    const QString symbol = row.value(Orvane_Fields::Security::symbol).toString();
+    if (!symbol.isEmpty())
+        return symbol;
+    const QString security = row.value(Orvane_Fields::Security::securityID).toString();
+    const QString exchange = row.value(Orvane_Fields::UserAccount::securityExchange).toString();
+    return security.isEmpty() ? QString() : GetSymbolBySecurityIDAndExchange(security, exchange);
 }
 
 VariantRecord MasterBusinessDataInterface::GetSecurityDetailsBySymbol(const QString &symbol)

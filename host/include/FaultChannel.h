@@ -10,12 +10,13 @@ class T0_HOST_EXPORT FaultChannel : public MessageChannel
 {
 public:
     enum class Fault {
-        Fail,     ///< the request is not forwarded, a refusal answers it; a push is dropped
-        Timeout,  ///< the request is not forwarded, it times out at once; a push is dropped
-        Delay,    ///< argument: ms by which the answer comes later, within the request's time-out, or a push,
-                  ///< before which no later push comes
-        Truncate, ///< argument: the page, from 0, from which on a paged query is refused; never strikes a push
-        Duplicate ///< the answer to an asynchronous request, or a push, is handed over twice
+        Fail,      ///< the request is not forwarded, a refusal answers it; a push is dropped
+        Timeout,   ///< the request is not forwarded, it times out at once; a push is dropped
+        Delay,     ///< argument: ms by which the answer comes later, within the request's time-out, or a push,
+                   ///< before which no later push comes
+        Truncate,  ///< argument: the page, from 0, from which on a paged query is refused; never strikes a push
+        Duplicate, ///< the answer to an asynchronous request, or a push, is handed over twice
+        Lose ///< the request is forwarded and carried out, its answer is lost: it times out then; a push is dropped
     };
 
     explicit FaultChannel(std::unique_ptr<MessageChannel> inner);
@@ -27,7 +28,7 @@ public:
     void addFault(const QString &msgType, Fault fault, int argument, int times, const QString &tradingAccount = {});
     void clearFaults();
 
-    /// The fault of a name: fail, timeout, delay, truncate, duplicate. False for any other.
+    /// The fault of a name: fail, timeout, delay, truncate, duplicate, lose. False for any other.
     static bool faultOfName(const QString &name, Fault &fault);
 
     Reply request(const Envelope &envelope, int timeoutMs) override;

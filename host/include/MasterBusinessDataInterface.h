@@ -8,7 +8,7 @@
 
 /// One trading account of the host.
 struct tagUserAccountInfo {
-    QString tradingAccount;
+    QString tradingAccount; ///< empty: no account
     QString productAccount;
     QString assetProp; ///< Stand_Values::AssetProp::Cash or Master_Values::FundAccountType::Credit
     QString accountText;
@@ -30,6 +30,9 @@ T0_HOST_EXPORT QList<tagUserAccountInfo> GetFundAccountListByFundProp(int fundTy
 /// The same property as in GetFundAccountListByFundProp; empty when the account is unknown.
 T0_HOST_EXPORT QString GetAccountAssetPropByTradingAccount(const QString &tradingAccount);
 
+/// One account of the session, with tradingAccount empty when it is unknown. type: 1, the only one there is.
+T0_HOST_EXPORT tagUserAccountInfo GetAccountInfoByTradingAccount(const QString &tradingAccount, int type);
+
 /// Product account to display text.
 T0_HOST_EXPORT QMap<QString, QString> GetAllProductAccountMap();
 
@@ -39,7 +42,11 @@ T0_HOST_EXPORT int GetDispFactorBySymbol(const QString &symbol);
 /// Empty when unknown (logged once a security).
 T0_HOST_EXPORT QString GetSymbolBySecurityIDAndExchange(const QString &securityID, const QString &exchange);
 
-/// chineseName, spellCode and the instrument's further fields; empty when unknown.
+/// The row's symbol, else that of its securityID and securityExchange; empty when neither is known.
+T0_HOST_EXPORT QString GetSymbolFromMap(const VariantRecord &row);
+
+/// symbol, securityID, securityExchange, chineseName, spellCode and the instrument's further fields; empty when
+/// unknown.
 T0_HOST_EXPORT VariantRecord GetSecurityDetailsBySymbol(const QString &symbol);
 
 /// Subscribes a push at the server; true when it accepts. Answers within 1 s, else false, and at once when

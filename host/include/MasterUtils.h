@@ -32,6 +32,15 @@ T0_HOST_EXPORT RecordList QueryDatasFromServerByPage(ZrPresenterClass *presenter
                                                      const QVariantMap &query, QString &errorText, int pageSize,
                                                      int firstPage, int maxPages, int flag);
 
+/// One change request: a header record and its rows. Blocks until the answer or the time-out. The result is the
+/// server's code (Orvane_Values::RequestExeStatus::success, fail, Master_Values::RequestExeStatus::ParticalFail),
+/// Master_Values::RequestExeStatus::timeout when it is unknown whether the server has executed it (no answer in
+/// time, connection lost meanwhile), or fail when nothing was sent. errorText is filled unless that is success and
+/// left alone on success; answer gets the rows of the answer. queryMode as QueryDataMode; flags: false.
+T0_HOST_EXPORT QString SendRequestListToServer(ZrPresenterClass *presenter, const QString &msgType,
+                                               const RecordList &request, int queryMode, QString &errorText,
+                                               RecordList &answer, bool flag, bool furtherFlag);
+
 /// Queues an event for every listener of its name (EventBus::listen). Never runs a listener inside the call:
 /// each runs on the thread of the object it was registered with, events of one sending thread in sending
 /// order. Callers rely on it, since some send while they hold a lock that their listeners will take.

@@ -72,6 +72,12 @@ MessageChannel::Reply timedOut()
     return {MessageChannel::Outcome::TimedOut, {}, QStringLiteral("timed out")};
 }
 
+/// An answer that never arrives.
+MessageChannel::Reply lost(const MessageChannel::Reply &reply)
+{
+    return reply.outcome == MessageChannel::Outcome::Answered ? timedOut() : reply;
+}
+
 } // namespace
 
 class FaultChannel::Private
@@ -136,7 +142,7 @@ void FaultChannel::Private::push(const Envelope &envelope)
 {
     Rule rule;
     const bool struck = strike(envelope, rule);
-    if (struck && (rule.fault == Fault::Fail || rule.fault == Fault::Timeout))
+    if (struck && (rule.fault == Fault::Fail || rule.fault == Fault::Timeout || rule.fault == Fault::Lose))
         return;
     const int copies = struck && rule.fault == Fault::Duplicate ? 2 : 1;
     const int delayMs = struck && rule.fault == Fault::Delay ? rule.argument : 0;
@@ -235,7 +241,7 @@ void FaultChannel::clearFaults()
 
 bool FaultChannel::faultOfName(const QString &name, Fault &fault)
 {
-    static const char *const names[] = {"fail", "timeout", "delay", "truncate", "duplicate"};
+    static const char *const names[] = {"fail", "timeout", "delay", "truncate", "duplicate", "lose"};
     const auto found = std::find(std::begin(names), std::end(names), name.toStdString());
     if (found == std::end(names))
         return false;
@@ -250,6 +256,8 @@ MessageChannel::Reply FaultChannel::request(const Envelope &envelope, int timeou
         return m_inner->request(envelope, timeoutMs);
     if (rule.fault == Fault::Timeout)
         return timedOut();
+    if (rule.fault == Fault::Lose)
+        return lost(m_inner->request(envelope, timeoutMs));
     if (rule.fault != Fault::Delay)
         return refusal(envelope);
 
@@ -278,6 +286,8 @@ bool FaultChannel::send(const Envelope &envelope, int timeoutMs, ReplyHandler ha
             handler(reply);
             handler(reply);
         });
+    case Fault::Lose:
+        return m_inner->send(envelope, timeoutMs, [handler](const Reply &reply) { handler(lost(reply)); });
     case Fault::Delay:
         break;
     }
@@ -297,6 +307,8 @@ bool FaultChannel::subscribe(const QString &pushType, const VariantRecord &filte
     if (!d->strike(Envelope::request(Stand_MsgType::SubscribeRequest, {}, timeoutMs, asked), rule) ||
         rule.fault == Fault::Duplicate)
         return m_inner->subscribe(pushType, filter, serviceName, timeoutMs);
+    if (rule.fault == Fault::Lose)
+        m_inner->subscribe(pushType, filter, serviceName, timeoutMs);
     if (rule.fault != Fault::Delay)
         return false;
     const QDeadlineTimer deadline(timeoutMs);

@@ -1,5 +1,7 @@
 #include "MasterUtils.h"
 
+#include "MasterValues.h"
+#include "OrvaneValues.h"
 #include "StandFields.h"
 #include "core/EventBusState.h"
 #include "message/AnswerStatus.h"
@@ -26,15 +28,20 @@ private:
     const QString m_msgType;
 };
 
+struct Asked {
+    bool sent = false;
+    MessageChannel::Reply reply;
+};
+
 /// Sends the body and blocks for the answer, on a waiter of this call.
-MessageChannel::Reply ask(ZrPresenterClass *presenter, const QString &msgType, const MessageBody &body)
+Asked ask(ZrPresenterClass *presenter, const QString &msgType, const MessageBody &body)
 {
     MessageChannel::Reply refused;
     const std::shared_ptr<PresenterLine> line = presenter ? PresenterLines::of(presenter) : nullptr;
     const auto wait = std::make_shared<QueryWait>();
     if (presenter && (!line || !line->enter(wait))) {
         refused.errorText = RequestTexts::cancelled();
-        return refused;
+        return {false, refused};
     }
     const Server::Lease server;
     const bool sent = server && server->channel->send(Envelope::request(msgType, server->user, server->timeoutMs, body),
@@ -42,10 +49,10 @@ MessageChannel::Reply ask(ZrPresenterClass *presenter, const QString &msgType, c
                                                       [wait](const MessageChannel::Reply &reply) { wait->end(reply); });
     if (!sent)
         wait->end(refused);
-    MessageChannel::Reply reply = wait->wait();
+    const MessageChannel::Reply reply = wait->wait();
     if (line)
         line->leave(wait);
-    return reply;
+    return {sent, reply};
 }
 
 QString textOfFailedOutcome(const MessageChannel::Reply &reply)
@@ -59,7 +66,7 @@ QString textOfFailedOutcome(const MessageChannel::Reply &reply)
 /// One request and its answer; the error text is empty on success.
 QString exchange(ZrPresenterClass *presenter, const QString &msgType, const MessageBody &body, MessageBody &answer)
 {
-    const MessageChannel::Reply reply = ask(presenter, msgType, body);
+    const MessageChannel::Reply reply = ask(presenter, msgType, body).reply;
     if (reply.outcome != MessageChannel::Outcome::Answered)
         return textOfFailedOutcome(reply);
     QString unreadable;
@@ -132,6 +139,23 @@ RecordList MasterUtils::QueryDatasFromServerByPage(ZrPresenterClass *presenter, 
             break;
     }
     return rows;
+}
+
+QString MasterUtils::SendRequestListToServer(ZrPresenterClass *presenter, const QString &msgType,
+                                             const RecordList &request, int, QString &errorText, RecordList &answer,
+                                             bool, bool)
+{
+    const Asked asked = ask(presenter, msgType, {{}, request});
+    const bool answered = asked.reply.outcome == MessageChannel::Outcome::Answered;
+    MessageBody body;
+    QString unreadable;
+    if (answered && MessageBody::decode(asked.reply.envelope.body, body, unreadable)) {
+        answer = body.rows;
+        return statusOfAnswer(body, errorText);
+    }
+    errorText = answered ? RequestTexts::unreadableAnswer(unreadable) : textOfFailedOutcome(asked.reply);
+    // Whatever ended the wait: what has left this process may have been carried out.
+    return asked.sent ? Master_Values::RequestExeStatus::timeout : Orvane_Values::RequestExeStatus::fail;
 }
 
 void MasterUtils::SendEventMsg(ZrPresenterClass *, const QString &eventName, const QVariant &payload)

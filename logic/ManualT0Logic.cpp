@@ -268,6 +268,64 @@ RecordList ManualT0Logic::GetProfitLossDataList(const QStringList &tradingAccoun
     return hub().GetProfitLossDataList(tradingAccounts, traderId, symbol, exchange);
 }
 
+// ---- Orders and open positions ---------------------------------------------------------------------------
+
+QString ManualT0Logic::CheckSingleOrderData(const QStringList &tradingAccounts, const QString &symbol,
+                                            const QString &exchange, const QString &sideUnion, double price,
+                                            long long qty, int checkFlags)
+{
+    return hub().CheckSingleOrderData(tradingAccounts, symbol, exchange, sideUnion, price, qty, checkFlags);
+}
+
+QString ManualT0Logic::CheckOrderData(const RecordList &orderList, RecordList &resultList, int checkFlags)
+{
+    return hub().CheckOrderData(orderList, resultList, checkFlags);
+}
+
+RecordList ManualT0Logic::GetOrderConfirmMap(const RecordList &orders)
+{
+    return hub().GetOrderConfirmMap(orders);
+}
+
+RecordList ManualT0Logic::GetOrderConfirmMap(const RecordList &orders, RecordList &rest)
+{
+    return hub().GetOrderConfirmMap(orders, rest);
+}
+
+QString ManualT0Logic::Order(const RecordList &orders, RecordList &results, const QString &extraText)
+{
+    return hub().Order(orders, results, extraText);
+}
+
+RecordList ManualT0Logic::GetCancelableOrderList(const QStringList &accounts, const QString &symbol,
+                                                 const QString &exchange, const QStringList &userIds,
+                                                 const QString &side, bool fetchAll)
+{
+    return hub().GetCancelableOrderList(accounts, symbol, exchange, userIds, side, fetchAll);
+}
+
+QString ManualT0Logic::CancelOrderList(ZrPresenterClass *presenter, const RecordList &orders, RecordList &results)
+{
+    return hub().CancelOrderList(presenter, orders, results);
+}
+
+long long ManualT0Logic::GetOpenPositionByAccountAndSymbol(const QString &symbol, const QString &exchange,
+                                                           const QString &side, const QStringList &accounts)
+{
+    return hub().GetOpenPositionByAccountAndSymbol(symbol, exchange, side, accounts);
+}
+
+RecordList ManualT0Logic::GetOpenPositionList(const QStringList &accounts, const QStringList &traderIds,
+                                              const QString &symbol, const QString &exchange)
+{
+    return hub().GetOpenPositionList(accounts, traderIds, symbol, exchange);
+}
+
+QStringList ManualT0Logic::GetExchangeListByAccountAndSymbol(const QString &symbol, const QStringList &accounts)
+{
+    return hub().GetExchangeListByAccountAndSymbol(symbol, accounts);
+}
+
 // ---- Symbols, settings and the current selection ---------------------------------------------------------
 
 QStringList ManualT0Logic::GetSupportExchangeList()

@@ -7,6 +7,8 @@
 
 #include <QtCore/QObject>
 
+class ZrPresenterClass;
+
 /// The one class through which other plug-ins reach manual T0 trading. Never instantiated.
 ///
 /// Every operation may be called from any thread and from any listener of the host's events; none waits for
@@ -288,6 +290,71 @@ public:
     /// has a latest price, FloatProfit, RealizeProfit and TotalProfit. An empty traderId means all traders.
     static RecordList GetProfitLossDataList(const QStringList &tradingAccounts, const QString &traderId,
                                             const QString &symbol, const QString &exchange);
+
+    // ---- Orders and open positions -----------------------------------------------------------------------
+    // An order row holds tradingAccount (a text; a list of texts where an operation chooses among several), symbol,
+    // securityExchange, SideUnion, price and orderQty (shares or bonds).
+
+    /// Checks one order; the text of the first check that fails, empty when all pass. price in the security's
+    /// currency, qty in shares or bonds. checkFlags selects checks by the sum of their values, in this order:
+    ///   1  an account suits the direction: "没有符合交易方向的资金账号！". Any does for the ordinary sides, credit
+    ///      accounts for every other; those that do not are left out below
+    ///   2  symbol and exchange are there: "证券代码或者市场为空！"
+    ///   4  the price is above 0: "委托价格必须大于0！", and a multiple of the price unit:
+    ///   "委托价格必须是[%1]的整数倍！" 8  the quantity is above 0: "委托数量必须大于0", and when buying a multiple of
+    ///   the step:
+    ///      "买入时委托数量必须是[%1]的整数倍！"
+    ///   16 the user's remaining quota in these accounts covers it:
+    ///   "所选账号可交易额度[%1]小于委托数量[%2]，请重新填写！"
+    static QString CheckSingleOrderData(const QStringList &tradingAccounts, const QString &symbol,
+                                        const QString &exchange, const QString &sideUnion, double price, long long qty,
+                                        int checkFlags);
+
+    /// Checks every order, each alone: two that share a quota both pass. Appends a copy of each to resultList with
+    /// requestExeStatus success or fail and, then, textDescription. success, ParticalFail or fail; fail for no orders.
+    static QString CheckOrderData(const RecordList &orderList, RecordList &resultList, int checkFlags);
+
+    /// From wishes over several accounts to rows that Order submits: one row an account and part, with tradingAccount
+    /// a text, orderQty 64-bit, chineseName, and the collateral side in a credit account. Only the user's own accounts
+    /// are used, in their order of priority; first to close open positions, then up to their quotas, over the whole
+    /// call. Buys are placed in whole steps, and odd lots are sold whole. A quantity is cut into parts of the symbol's
+    /// setting TradeCustQty, 1000 at most. In the order of the orders, accounts and parts.
+    static RecordList GetOrderConfirmMap(const RecordList &orders);
+
+    /// Also appends to rest what could not be placed: a copy of the row with orderQty, requestExeStatus fail and
+    /// textDescription, one of the texts of CheckSingleOrderData.
+    static RecordList GetOrderConfirmMap(const RecordList &orders, RecordList &rest);
+
+    /// Submits limit orders, one request a trading account in the order of the user's priority, and blocks for the
+    /// answers. Checks nothing. Appends one record an order to results: its fields, requestExeStatus and orderID or
+    /// textDescription; timeout and "结果未知" when nobody knows. Orders of accounts that are not the user's are not
+    /// submitted and leave no record, so compare the counts. extraText: a remark that goes with every order. success,
+    /// ParticalFail or fail over all of results, what it held before included.
+    static QString Order(const RecordList &orders, RecordList &results, const QString &extraText);
+
+    /// Orders that may still be cancelled, from the host's order store. Accounts always narrow; an empty symbol,
+    /// exchange, userIds or side ("buy", "sell") does not. fetchAll: all of them, else the host's first page.
+    static RecordList GetCancelableOrderList(const QStringList &accounts, const QString &symbol,
+                                             const QString &exchange, const QStringList &userIds, const QString &side,
+                                             bool fetchAll);
+
+    /// Cancels orders (rows: tradingAccount, orderID), one request an account, ascending, and blocks for the answers.
+    /// presenter: the sender; may be null. Appends a copy of each order with requestExeStatus and textDescription.
+    /// success, ParticalFail, fail, or timeout when nothing was answered. A cancel that is accepted takes effect with
+    /// the order's next state.
+    static QString CancelOrderList(ZrPresenterClass *presenter, const RecordList &orders, RecordList &results);
+
+    /// The user's own open quantity in the accounts: negative for short with an empty side; else what the side can
+    /// close, at least 0. A side that only credit accounts have leaves out the others. 0 when an argument is empty.
+    static long long GetOpenPositionByAccountAndSymbol(const QString &symbol, const QString &exchange,
+                                                       const QString &side, const QStringList &accounts);
+
+    /// Usage records with an open position; arguments as of GetRealtimePoolDetailList.
+    static RecordList GetOpenPositionList(const QStringList &accounts, const QStringList &traderIds,
+                                          const QString &symbol, const QString &exchange);
+
+    /// The exchanges on which the user has usage records of a symbol in the accounts, by account.
+    static QStringList GetExchangeListByAccountAndSymbol(const QString &symbol, const QStringList &accounts);
 
     // ---- Symbols, settings and the current selection -----------------------------------------------------
 

@@ -3,6 +3,7 @@
 #include "FamilyLock.h"
 #include "IdIndex.h"
 #include "MasterInitStateMgr.h"
+#include "OrderAllocation.h"
 #include "RefreshThrottle.h"
 #include "SymbolListType.h"
 #include "VariantRecord.h"
@@ -140,6 +141,34 @@ public:
                                      double &realizeProfit, double &totalProfit) const;
     RecordList GetProfitLossDataList(const QStringList &tradingAccounts, const QString &traderId, const QString &symbol,
                                      const QString &exchange) const T0_EXCLUDES(realtimePoolLock);
+
+    // ManualT0LogicPrivate_Orders.cpp
+    QString CheckSingleOrderData(const QStringList &tradingAccounts, const QString &symbol, const QString &exchange,
+                                 const QString &sideUnion, double price, long long qty, int checkFlags) const
+        T0_EXCLUDES(realtimePoolLock);
+    QString CheckOrderData(const RecordList &orderList, RecordList &resultList, int checkFlags) const
+        T0_EXCLUDES(realtimePoolLock);
+    QString Order(const RecordList &orders, RecordList &results, const QString &extraText) const
+        T0_EXCLUDES(accountPriorityLock);
+
+    // ManualT0LogicPrivate_OrderConfirm.cpp
+    RecordList GetOrderConfirmMap(const RecordList &orders) const
+        T0_EXCLUDES(accountPriorityLock, realtimePoolLock, symbolTradeSettingsLock);
+    RecordList GetOrderConfirmMap(const RecordList &orders, RecordList &rest) const
+        T0_EXCLUDES(accountPriorityLock, realtimePoolLock, symbolTradeSettingsLock);
+
+    // ManualT0LogicPrivate_Cancels.cpp
+    RecordList GetCancelableOrderList(const QStringList &accounts, const QString &symbol, const QString &exchange,
+                                      const QStringList &userIds, const QString &side, bool fetchAll) const;
+    QString CancelOrderList(ZrPresenterClass *sender, const RecordList &orders, RecordList &results) const;
+
+    // ManualT0LogicPrivate_Positions.cpp
+    long long GetOpenPositionByAccountAndSymbol(const QString &symbol, const QString &exchange, const QString &side,
+                                                const QStringList &accounts) const T0_EXCLUDES(realtimePoolLock);
+    RecordList GetOpenPositionList(const QStringList &accounts, const QStringList &traderIds, const QString &symbol,
+                                   const QString &exchange) const T0_EXCLUDES(realtimePoolLock);
+    QStringList GetExchangeListByAccountAndSymbol(const QString &symbol, const QStringList &accounts) const
+        T0_EXCLUDES(realtimePoolLock);
 
     // ManualT0LogicPrivate_Settings.cpp
     QStringList GetSupportExchangeList() const;
@@ -358,6 +387,16 @@ private:
     IdIndex<QString> realtimeSymbolIndex T0_GUARDED_BY(realtimePoolLock);
     IdIndex<QString> realtimeExchangeIndex T0_GUARDED_BY(realtimePoolLock);
     IdIndex<KeyPair> realtimeAccountAndSymbolIndex T0_GUARDED_BY(realtimePoolLock);
+    /// The login user's records of one security; none when symbol or exchange is empty.
+    QVector<VariantRecord> ownUsage(const QStringList &tradingAccounts, const QString &symbol,
+                                    const QString &exchange) const T0_REQUIRES_SHARED(realtimePoolLock);
+    /// What the login user may still trade in these accounts.
+    qint64 quota(const QStringList &tradingAccounts, const QString &symbol, const QString &exchange, bool isBuy) const
+        T0_EXCLUDES(realtimePoolLock);
+    /// Quota and closable position of each account.
+    QVector<OrderAllocation::Account> roomOf(const QStringList &accounts, const QString &symbol,
+                                             const QString &exchange, bool isBuy) const T0_EXCLUDES(realtimePoolLock);
+
     QTimer *realtimeRefreshTimer = nullptr;           ///< hub's thread only
     QTimer *realtimeRetryTimer = nullptr;             ///< hub's thread only
     MasterDelayBuffer *realtimeDelayBuffer = nullptr; ///< hub's thread only
@@ -366,6 +405,8 @@ private:
 
     void loadSymbolLists();
     void loadSymbolTradeSettings();
+    /// The size of the parts a user has his orders of a symbol cut into; 0 for none.
+    qint64 customQuantity(const QString &symbol) const T0_EXCLUDES(symbolTradeSettingsLock);
     void saveSymbolTradeSettings() const T0_REQUIRES(symbolTradeSettingsLock);
     void refreshCurrentTradableSymbols() T0_EXCLUDES(currentTradeAccountLock, realtimePoolLock, currentInputSymbolLock);
 

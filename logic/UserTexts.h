@@ -98,4 +98,37 @@ inline QString poolsNotAdded(const QString &reasons)
     return QStringLiteral("添加券池时错误：") + reasons;
 }
 
+// ---- Orders --------------------------------------------------------------------------------------------------
+
+inline QString noMatchingAccount()
+{
+    return QStringLiteral("没有符合交易方向的资金账号！");
+}
+inline QString noSymbolOrExchange()
+{
+    return QStringLiteral("证券代码或者市场为空！");
+}
+inline QString priceNotPositive()
+{
+    return QStringLiteral("委托价格必须大于0！");
+}
+inline QString priceNotMultiple(double unit, int precision)
+{
+    return QStringLiteral("委托价格必须是[%1]的整数倍！").arg(QString::number(unit, 'f', qBound(0, precision, 10)));
+}
+/// deliberate: the only one of them without a closing mark
+inline QString quantityNotPositive()
+{
+    return QStringLiteral("委托数量必须大于0");
+}
+inline QString quantityNotMultiple(int step)
+{
+    return QStringLiteral("买入时委托数量必须是[%1]的整数倍！").arg(step);
+}
+inline QString quotaTooSmall(qint64 quota, qint64 quantity)
+{
+    return QStringLiteral("所选账号可交易额度[%1]小于委托数量[%2]，请重新填写！")
+        .arg(QString::number(quota), QString::number(quantity));
+}
+
 } // namespace UserTexts

@@ -62,12 +62,11 @@ VariantRecord withResult(VariantRecord order, const QString &status, const QStri
 
 RecordList cancelRequest(const CancelBatch &batch)
 {
-    RecordList request{
-        {{tradingAccount, batch.account},
-         {Orvane_Fields::UserAccount::loginUserId, CBusinessDataBase::GetInstance()->GetLoginAccount()},
-         {Orvane_Fields::Security::orderStation,
-          MasterUtils::GetMasterOrderStation(Vanta_Keys::BusinessName::ManualT0Trade)},
-         {Orvane_Fields::Security::transActTime, QDateTime::currentMSecsSinceEpoch()}}};
+    RecordList request{{{tradingAccount, batch.account},
+                        {Orvane_Fields::UserAccount::loginUserId, CBusinessDataBase::GetInstance()->GetLoginAccount()},
+                        {Orvane_Fields::Security::orderStation,
+                         MasterUtils::GetMasterOrderStation(Vanta_Keys::BusinessName::ManualT0Trade)},
+                        {Orvane_Fields::Security::transActTime, QDateTime::currentMSecsSinceEpoch()}}};
     for (const QString &id : batch.orderIds)
         request.append({{orderID, id}});
     return request;
@@ -102,7 +101,8 @@ QString overallCode(const CancelCount &count, int orders)
         return Orvane_Values::RequestExeStatus::success;
     if (count.succeeded > 0)
         return Master_Values::RequestExeStatus::ParticalFail;
-    return count.unanswered == orders ? Master_Values::RequestExeStatus::timeout : Orvane_Values::RequestExeStatus::fail;
+    return count.unanswered == orders ? Master_Values::RequestExeStatus::timeout
+                                      : Orvane_Values::RequestExeStatus::fail;
 }
 
 /// One batch an account, ascending.
@@ -120,10 +120,9 @@ QVector<CancelBatch> batchesOf(const RecordList &orders)
 VariantRecord cancelableFilter(const QStringList &accounts, const QString &symbol, const QString &exchange,
                                const QStringList &userIds, const QString &side)
 {
-    VariantRecord filter{
-        {tradingAccount, accounts},
-        {Master_Fields::Security::VantaBusiType, Master_Values::VantaBusiType::ManualT0Order},
-        {Orvane_Fields::Security::orderStatus, MasterBusiUtils::GetCancelableOrderStatusList()}};
+    VariantRecord filter{{tradingAccount, accounts},
+                         {Master_Fields::Security::VantaBusiType, Master_Values::VantaBusiType::ManualT0Order},
+                         {Orvane_Fields::Security::orderStatus, MasterBusiUtils::GetCancelableOrderStatusList()}};
     if (!symbol.isEmpty())
         filter.insert(Orvane_Fields::Security::symbol, symbol);
     if (!exchange.isEmpty())

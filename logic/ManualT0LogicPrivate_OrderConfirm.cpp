@@ -104,8 +104,9 @@ RecordList confirmationRows(const VariantRecord &row, const Wanted &wanted, cons
     if (text(row, chineseName).isEmpty())
         part.insert(chineseName, text(details, chineseName));
     RecordList rows;
-    const QVector<qint64> quantities = OrderAllocation::split(
-        share.quantity, customQty, stepOf(wanted.symbol), Quantity::toQty(details.value(Stand_Fields::Security::minQty)));
+    const QVector<qint64> quantities =
+        OrderAllocation::split(share.quantity, customQty, stepOf(wanted.symbol),
+                               Quantity::toQty(details.value(Stand_Fields::Security::minQty)));
     for (const qint64 quantity : quantities) {
         part.insert(orderQty, quantity);
         rows.append(part);
@@ -184,6 +185,6 @@ QVector<OrderAllocation::Account> ManualT0LogicPrivate::roomOf(const QStringList
 qint64 ManualT0LogicPrivate::customQuantity(const QString &symbol) const
 {
     ReadLock lock(symbolTradeSettingsLock);
-    return Quantity::toQty(symbolTradeSettings.value(symbol).value(
-        MasterConstants::SettingFieldName::ManualT0Settings::TradeCustQty));
+    return Quantity::toQty(
+        symbolTradeSettings.value(symbol).value(MasterConstants::SettingFieldName::ManualT0Settings::TradeCustQty));
 }

@@ -1,3 +1,4 @@
+#include "ChangeRows.h"
 #include "DisplayUnits.h"
 #include "HostLog.h"
 #include "ManualT0LogicPrivate.h"
@@ -7,7 +8,6 @@
 #include "OrderChecks.h"
 #include "OrvaneValues.h"
 #include "Quantity.h"
-#include "ChangeRows.h"
 #include "VantaKeys.h"
 
 using namespace Master_Fields::ManualT0;

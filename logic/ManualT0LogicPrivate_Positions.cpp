@@ -14,8 +14,8 @@ long long ManualT0LogicPrivate::GetOpenPositionByAccountAndSymbol(const QString 
                                                                   const QStringList &accounts) const
 {
     if (symbol.isEmpty() || exchange.isEmpty() || accounts.isEmpty()) {
-        HOST_DEBUG("ManualT0LogicPrivate", "ManualT0LogicPrivate::GetOpenPositionByAccountAndSymbol"
-                                               << symbol << exchange << side << accounts);
+        HOST_DEBUG("ManualT0LogicPrivate",
+                   "ManualT0LogicPrivate::GetOpenPositionByAccountAndSymbol" << symbol << exchange << side << accounts);
         return 0;
     }
     const QStringList matching = side.isEmpty() ? accounts : OrderChecks::matchingAccounts(accounts, side);

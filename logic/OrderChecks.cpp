@@ -43,8 +43,7 @@ QString checkPrice(const Order &order)
 {
     if (!(order.price > Tolerance)) // refuses not-a-number too
         return UserTexts::priceNotPositive();
-    const double unit =
-        MasterBusinessDataInterface::GetPriceUnitBySymbol(order.symbol, order.price, order.sideUnion);
+    const double unit = MasterBusinessDataInterface::GetPriceUnitBySymbol(order.symbol, order.price, order.sideUnion);
     if (isMultiple(order.price, unit))
         return {};
     return UserTexts::priceNotMultiple(unit,
@@ -98,8 +97,8 @@ bool isBuy(const QString &sideUnion)
 
 QStringList matchingAccounts(const QStringList &accounts, const QString &sideUnion)
 {
-    const bool ordinary = sideUnion == Master_Values::SideUnion::normalBuy ||
-                          sideUnion == Master_Values::SideUnion::normalSell;
+    const bool ordinary =
+        sideUnion == Master_Values::SideUnion::normalBuy || sideUnion == Master_Values::SideUnion::normalSell;
     QStringList matching;
     for (const QString &account : accounts) {
         if (account.isEmpty())

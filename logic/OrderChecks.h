@@ -16,7 +16,7 @@ struct Order {
     QString exchange;
     QString sideUnion;
     double price = 0;
-    qint64 quantity = 0;   ///< shares or bonds
+    qint64 quantity = 0; ///< shares or bonds
     bool isBuy = false;
     std::function<qint64()> quota; ///< what the accounts may still trade in the order's direction
 };

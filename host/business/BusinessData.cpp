@@ -3,9 +3,12 @@
 #include "CommonQuotaHandler.h"
 #include "HostLog.h"
 #include "MarginDC.h"
+#include "MasterBusiUtils.h"
 #include "MasterBusinessDataInterface.h"
 #include "OrvaneFields.h"
 #include "StandFields.h"
+#include "business/LiveStore.h"
+#include "business/OrderStore.h"
 #include "business/ReferenceStore.h"
 #include "message/Server.h"
 
@@ -16,6 +19,9 @@
 namespace {
 
 constexpr int subscribeTimeoutMs = 1000;
+constexpr double defaultTick = 0.01;
+constexpr int defaultPrecision = 2;
+constexpr int partsOfBand = 3;
 
 bool intersect(const QStringList &a, const QStringList &b)
 {
@@ -61,7 +67,18 @@ QStringList CBusinessDataBase::GetSymbolListByTypeList(const QString &type, cons
 
 RecordList BusinessDataInterface::GetPositionListByTradingAccount(const QString &tradingAccount)
 {
-    return ReferenceStore::data()->positions.value(tradingAccount);
+    return LiveStore::positions(tradingAccount);
+}
+
+RecordList BusinessDataInterface::GetOrderListByCustomKey(const VariantRecord &filter, int &total, int start, int count,
+                                                          const QStringList &sortKeys, const QStringList &fields)
+{
+    return OrderStore::orders(filter, total, start, count, sortKeys, fields);
+}
+
+RecordList BusinessDataInterface::GetFillList(const VariantRecord &filter)
+{
+    return OrderStore::fills(filter);
 }
 
 CommonQuotaHandler &CommonQuotaHandler::instance()
@@ -72,7 +89,12 @@ CommonQuotaHandler &CommonQuotaHandler::instance()
 
 double CommonQuotaHandler::lastPrice(const QString &symbol, int) const
 {
-    return ReferenceStore::lastPrice(symbol);
+    return quote(symbol).value(Stand_Fields::Quote::lastPrice).toDouble();
+}
+
+VariantRecord CommonQuotaHandler::quote(const QString &symbol) const
+{
+    return LiveStore::quote(symbol);
 }
 
 void MarginDC::init(const QStringList &accounts)
@@ -152,6 +174,31 @@ QString MasterBusinessDataInterface::GetSymbolFromMap(const VariantRecord &row)
 VariantRecord MasterBusinessDataInterface::GetSecurityDetailsBySymbol(const QString &symbol)
 {
     return ReferenceStore::data()->instruments.value(symbol);
+}
+
+double MasterBusinessDataInterface::GetPriceUnitBySymbol(const QString &symbol, double price, const QString &)
+{
+    const QVariantList bands = GetSecurityDetailsBySymbol(symbol).value(Stand_Fields::Security::tickBands).toList();
+    // Each band begins where the one before it ends: the last that begins at or below the price is the price's own.
+    double tick = bands.value(partsOfBand - 1, defaultTick).toDouble();
+    for (int i = partsOfBand; i + partsOfBand <= bands.size() && price >= bands.at(i).toDouble(); i += partsOfBand)
+        tick = bands.at(i + partsOfBand - 1).toDouble();
+    return tick > 0 ? tick : defaultTick;
+}
+
+int MasterBusinessDataInterface::GetPricePrecisionBySymbol(const QString &symbol, const QString &)
+{
+    return GetSecurityDetailsBySymbol(symbol).value(Stand_Fields::Security::pricePrecision, defaultPrecision).toInt();
+}
+
+int MasterBusinessDataInterface::GetQtyStepBySymbol(const QString &symbol)
+{
+    return qMax(1, GetSecurityDetailsBySymbol(symbol).value(Stand_Fields::Security::qtyStep).toInt());
+}
+
+QStringList MasterBusiUtils::GetCancelableOrderStatusList()
+{
+    return {Stand_Values::OrderStatus::Accepted, Stand_Values::OrderStatus::PartlyFilled};
 }
 
 bool MasterBusinessDataInterface::SubscribePushMsgFromServer(const QString &msgType, const VariantRecord &filter,

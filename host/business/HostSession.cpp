@@ -8,6 +8,8 @@
 #include "OrvaneValues.h"
 #include "StandFields.h"
 #include "StandMsgType.h"
+#include "business/LiveStore.h"
+#include "business/OrderStore.h"
 #include "business/ReferenceStore.h"
 #include "core/Activity.h"
 #include "core/EventBusState.h"
@@ -18,6 +20,7 @@
 #include "message/RequestTexts.h"
 #include "message/Server.h"
 #include "message/WatchedChannel.h"
+#include "trade/RequestFates.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDeadlineTimer>
@@ -36,15 +39,48 @@ std::atomic<HostSession *> &currentSession()
     return session;
 }
 
+/// What moves while the session is open: each is subscribed, then queried, so that no change falls in between.
+struct LiveFamily {
+    const QString &pushType;
+    const QString &queryType;
+    const VariantRecord query;
+    void (*answered)(const RecordList &rows);
+    void (*pushed)(const RecordList &rows);
+};
+
+const QVector<LiveFamily> &liveFamilies()
+{
+    using namespace Stand_MsgType;
+    // never deleted: a push may come while the process ends
+    static const auto *families = new QVector<LiveFamily>{
+        {QuotePush, QueryQuotesRequest, {}, LiveStore::answeredQuotes, LiveStore::pushedQuotes},
+        {OrderPush, QueryOrdersRequest, {}, OrderStore::enterOrders, OrderStore::enterOrders},
+        {FillPush, QueryFillsRequest, {}, OrderStore::enterFills, OrderStore::enterFills},
+        {PositionPush, QueryPositionsRequest, {}, LiveStore::answeredPositions, LiveStore::pushedPositions},
+        {MarketPush,
+         ExchangeControlRequest,
+         {{Stand_Fields::Market::command, Stand_Values::MarketCommand::status}},
+         LiveStore::answeredMarket,
+         LiveStore::pushedMarket}};
+    return *families;
+}
+
 void onPush(const Envelope &envelope)
 {
-    if (envelope.type == Stand_MsgType::QuotePush) {
+    for (const LiveFamily &family : liveFamilies()) {
         MessageBody body;
         QString errorText;
-        if (MessageBody::decode(envelope.body, body, errorText))
-            ReferenceStore::pushQuotes(body.rows);
+        if (family.pushType == envelope.type && MessageBody::decode(envelope.body, body, errorText))
+            family.pushed(body.rows);
     }
     PresenterLines::push(envelope);
+}
+
+void clearStores()
+{
+    ReferenceStore::clear();
+    LiveStore::clear();
+    OrderStore::clear();
 }
 
 /// Logs in and loads the reference data; the text of the first failure, empty when all is there.
@@ -57,14 +93,13 @@ public:
         data.setLogin(login(user));
         data.setAccounts(query(Stand_MsgType::QueryAccountsRequest));
         data.setInstruments(query(Stand_MsgType::QueryInstrumentsRequest));
-        data.setPositions(query(Stand_MsgType::QueryPositionsRequest));
         data.setMarginSecurities(query(Stand_MsgType::QueryMarginSecuritiesRequest));
-        // Quotes are subscribed first, so that no change falls between the answer and the pushes.
-        if (m_errorText.isEmpty() && !channel.subscribe(Stand_MsgType::QuotePush, {}, {}, timeoutMs))
-            fail(Stand_MsgType::QuotePush, QStringLiteral("订阅失败"));
-        ReferenceStore::setQuotes(query(Stand_MsgType::QueryQuotesRequest));
         if (m_errorText.isEmpty())
             ReferenceStore::set(data);
+        for (const LiveFamily &family : liveFamilies()) {
+            subscribe(channel, family.pushType, timeoutMs);
+            family.answered(query(family.queryType, family.query));
+        }
         return m_errorText;
     }
 
@@ -83,12 +118,18 @@ private:
         return rows.value(0);
     }
 
-    RecordList query(const QString &msgType)
+    void subscribe(MessageChannel &channel, const QString &pushType, int timeoutMs)
+    {
+        if (m_errorText.isEmpty() && !channel.subscribe(pushType, {}, {}, timeoutMs))
+            fail(pushType, QStringLiteral("订阅失败"));
+    }
+
+    RecordList query(const QString &msgType, const VariantRecord &row = {})
     {
         if (!m_errorText.isEmpty())
             return {};
         QString errorText;
-        RecordList rows = MasterUtils::QueryDatasFromServerByPos(nullptr, msgType, {}, errorText, pageSize, {}, 0);
+        RecordList rows = MasterUtils::QueryDatasFromServerByPos(nullptr, msgType, row, errorText, pageSize, {}, 0);
         if (!errorText.isEmpty())
             fail(msgType, errorText);
         return rows;
@@ -137,7 +178,7 @@ std::unique_ptr<HostSession> HostSession::open(HostConfig config, QString &error
     std::unique_ptr<HostSession> session(new HostSession(std::move(d)));
 
     MasterInitStateMgr::instance().clear();
-    ReferenceStore::clear();
+    clearStores();
     SettingsStore::open(config.settingsDir);
     MessageChannel &channel = session->channel();
     Server::open({&channel, config.user, config.requestTimeoutMs});
@@ -158,12 +199,13 @@ HostSession::~HostSession()
     HostSession *self = this;
     currentSession().compare_exchange_strong(self, nullptr);
     Server::close();
+    RequestFates::clear();
     d->channel->setPushHandler({});
     d->channel.reset();
     EventBusState::clear();
     MasterInitStateMgr::instance().clear();
     SettingsStore::close();
-    ReferenceStore::clear();
+    clearStores();
 }
 
 HostSession *HostSession::current()
@@ -202,6 +244,11 @@ QString HostSession::request(const QString &msgType, const VariantRecord &values
 LoadProgress HostSession::loadProgress(const QString &msgType) const
 {
     return Server::progress(msgType);
+}
+
+VariantRecord HostSession::marketState() const
+{
+    return LiveStore::market();
 }
 
 QStringList HostSession::takeBusinessMessages()

@@ -13,8 +13,6 @@ namespace {
 struct State {
     QReadWriteLock lock;
     std::shared_ptr<const ReferenceData> data = std::make_shared<const ReferenceData>();
-    QHash<QString, double> queriedQuotes;
-    QHash<QString, double> pushedQuotes;
     bool marginInited = false;
     QSet<QString> marginAccounts; ///< empty: all
     QSet<QPair<QString, QString>> reported;
@@ -32,18 +30,12 @@ QString text(const VariantRecord &row, const QString &field)
     return row.value(field).toString();
 }
 
+} // namespace
+
 QPair<QString, QString> securityKey(const VariantRecord &row)
 {
     return {text(row, Orvane_Fields::Security::securityID), text(row, Orvane_Fields::UserAccount::securityExchange)};
 }
-
-void enterQuotes(QHash<QString, double> &quotes, const RecordList &rows)
-{
-    for (const VariantRecord &row : rows)
-        quotes.insert(text(row, Orvane_Fields::Security::symbol), row.value(Stand_Fields::Quote::lastPrice).toDouble());
-}
-
-} // namespace
 
 void ReferenceData::setLogin(const VariantRecord &row)
 {
@@ -95,11 +87,6 @@ QHash<QString, RecordList> ReferenceData::byAccount(const RecordList &rows) cons
     return out;
 }
 
-void ReferenceData::setPositions(const RecordList &rows)
-{
-    positions = byAccount(rows);
-}
-
 void ReferenceData::setMarginSecurities(const RecordList &rows)
 {
     marginSecurities = byAccount(rows);
@@ -122,31 +109,10 @@ void ReferenceStore::clear()
 {
     set({});
     QWriteLocker lock(&state().lock);
-    state().queriedQuotes.clear();
-    state().pushedQuotes.clear();
     state().marginInited = false;
     state().marginAccounts.clear();
     state().reported.clear();
     state().businessMessages.clear();
-}
-
-double ReferenceStore::lastPrice(const QString &symbol)
-{
-    QReadLocker lock(&state().lock);
-    const auto pushed = state().pushedQuotes.constFind(symbol);
-    return pushed != state().pushedQuotes.constEnd() ? pushed.value() : state().queriedQuotes.value(symbol);
-}
-
-void ReferenceStore::setQuotes(const RecordList &rows)
-{
-    QWriteLocker lock(&state().lock);
-    enterQuotes(state().queriedQuotes, rows);
-}
-
-void ReferenceStore::pushQuotes(const RecordList &rows)
-{
-    QWriteLocker lock(&state().lock);
-    enterQuotes(state().pushedQuotes, rows);
 }
 
 void ReferenceStore::initMargin(const QStringList &accounts)

@@ -9,14 +9,16 @@
 
 #include <memory>
 
+/// Security id and exchange of a row.
+QPair<QString, QString> securityKey(const VariantRecord &row);
+
 /// The reference data of a session as the server sent it, with the look-ups the host offers.
 class ReferenceData
 {
 public:
     void setLogin(const VariantRecord &row);
     void setAccounts(const RecordList &rows);
-    void setInstruments(const RecordList &rows); ///< before positions and margin securities, which get symbols
-    void setPositions(const RecordList &rows);
+    void setInstruments(const RecordList &rows); ///< before margin securities, which get symbols
     void setMarginSecurities(const RecordList &rows);
 
     struct Account {
@@ -30,23 +32,18 @@ public:
     QMap<QString, QString> productNames;
     QMap<QString, VariantRecord> instruments;        ///< by symbol; of several exchanges the first
     QHash<QPair<QString, QString>, QString> symbols; ///< by security id and exchange
-    QHash<QString, RecordList> positions;
     QHash<QString, RecordList> marginSecurities;
 
 private:
     QHash<QString, RecordList> byAccount(const RecordList &rows) const;
 };
 
-/// The open session's reference data, quotes and business messages. Thread-safe; empty without a session.
+/// The open session's reference data and business messages. Thread-safe; empty without a session.
 namespace ReferenceStore {
 
 std::shared_ptr<const ReferenceData> data(); ///< never null
 void set(const ReferenceData &data);
 void clear();
-
-double lastPrice(const QString &symbol);
-void setQuotes(const RecordList &rows); ///< of a query: a quote that was pushed is newer and stays
-void pushQuotes(const RecordList &rows);
 
 void initMargin(const QStringList &accounts); ///< empty: all
 bool isMarginInited(const QString &tradingAccount);

@@ -2,7 +2,7 @@
 
 #include "HostExport.h"
 
-#include <QtCore/QString>
+#include "VariantRecord.h"
 
 /// The quote service. Callable from any thread.
 class T0_HOST_EXPORT CommonQuotaHandler
@@ -12,6 +12,9 @@ public:
 
     /// The latest price; 0 when there is none. flag: 0.
     double lastPrice(const QString &symbol, int flag) const;
+
+    /// symbol and the fields of Stand_Fields::Quote; empty when there is none.
+    VariantRecord quote(const QString &symbol) const;
 
 private:
     CommonQuotaHandler() = default;

@@ -25,8 +25,9 @@ struct LoadProgress {
 };
 
 /// The host from login to logout. At most one is open in a process; what the platform's singletons answer
-/// is its data. Opening logs in and loads the reference data (accounts, instruments, positions, margin
-/// securities, quotes) from the server, as messages. Closing leaves nothing behind: init states, listeners,
+/// is its data. Opening logs in and loads the reference data (accounts, instruments, margin securities)
+/// and what moves (quotes, orders, fills, positions, the market's clock) from the server, as messages; pushes keep the
+/// latter up to date. Closing leaves nothing behind: init states, listeners,
 /// settings, reference data and the channel are gone, a next session starts as the first did.
 ///
 /// Open and close on one thread; the rest may be called from any. Objects of plug-ins with threads of their
@@ -49,6 +50,9 @@ public:
                     VariantRecord &answerValues, RecordList &answerRows);
 
     LoadProgress loadProgress(const QString &msgType) const;
+
+    /// The fields of Stand_Fields::Market as last pushed: time, phases, held, speed.
+    VariantRecord marketState() const;
 
     /// Business messages since the last call, oldest first: text, level and time.
     QStringList takeBusinessMessages();

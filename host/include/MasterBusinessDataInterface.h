@@ -49,6 +49,16 @@ T0_HOST_EXPORT QString GetSymbolFromMap(const VariantRecord &row);
 /// unknown.
 T0_HOST_EXPORT VariantRecord GetSecurityDetailsBySymbol(const QString &symbol);
 
+/// The tick of the price's band, from <= price < to, else of the band nearest to it; 0.01 when the instrument has none.
+/// The same for every side: who steps down from the start of a band asks with a price just below it.
+T0_HOST_EXPORT double GetPriceUnitBySymbol(const QString &symbol, double price, const QString &sideUnion);
+
+/// Decimals of a price; 2 for an unknown symbol. text: "".
+T0_HOST_EXPORT int GetPricePrecisionBySymbol(const QString &symbol, const QString &text);
+
+/// The step of a bought quantity, display units; 1 for an unknown symbol.
+T0_HOST_EXPORT int GetQtyStepBySymbol(const QString &symbol);
+
 /// Subscribes a push at the server; true when it accepts. Answers within 1 s, else false, and at once when
 /// the host is stopping: it is called under a lock.
 T0_HOST_EXPORT bool SubscribePushMsgFromServer(const QString &msgType, const VariantRecord &filter,

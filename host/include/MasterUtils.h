@@ -47,4 +47,11 @@ T0_HOST_EXPORT QString SendRequestListToServer(ZrPresenterClass *presenter, cons
 /// payload may be an invalid QVariant.
 T0_HOST_EXPORT void SendEventMsg(ZrPresenterClass *presenter, const QString &eventName, const QVariant &payload);
 
+/// Where an order or a cancel of a business (Vanta_Keys::BusinessName) comes from, as the server is told.
+T0_HOST_EXPORT QString GetMasterOrderStation(const QString &businessName);
+
+/// Equal parts, the remainder last: 1050 by 300 gives 300, 300, 300, 150. part <= 0: total alone; total <= 0: nothing.
+/// Gives as many parts as it takes: the caller sees to it that they are not too many.
+T0_HOST_EXPORT QList<qint64> SplitBigNumIntoSmallNumList(qint64 total, qint64 part);
+
 } // namespace MasterUtils

@@ -11,8 +11,8 @@ namespace MasterLogic {
 /// What all orders of a list have in common.
 struct OrderCommonInfo {
     QString tradingAccount;
-    QString businessName; ///< Vanta_Keys::BusinessName
-    QString businessType; ///< Master_Values::VantaBusiType
+    QString businessName;   ///< Vanta_Keys::BusinessName
+    QString businessType;   ///< Master_Values::VantaBusiType
     bool confirmed = false; ///< the user has confirmed the orders: the host asks nobody again
     QString remark;         ///< free text that goes with every order
 };

@@ -1,11 +1,12 @@
 #include "MasterUtils.h"
 
+#include "CBusinessDataBase.h"
 #include "MasterValues.h"
 #include "OrvaneValues.h"
 #include "StandFields.h"
 #include "core/EventBusState.h"
 #include "message/AnswerStatus.h"
-#include "message/PresenterLine.h"
+#include "message/Ask.h"
 #include "message/RequestTexts.h"
 #include "message/Server.h"
 
@@ -27,33 +28,6 @@ public:
 private:
     const QString m_msgType;
 };
-
-struct Asked {
-    bool sent = false;
-    MessageChannel::Reply reply;
-};
-
-/// Sends the body and blocks for the answer, on a waiter of this call.
-Asked ask(ZrPresenterClass *presenter, const QString &msgType, const MessageBody &body)
-{
-    MessageChannel::Reply refused;
-    const std::shared_ptr<PresenterLine> line = presenter ? PresenterLines::of(presenter) : nullptr;
-    const auto wait = std::make_shared<QueryWait>();
-    if (presenter && (!line || !line->enter(wait))) {
-        refused.errorText = RequestTexts::cancelled();
-        return {false, refused};
-    }
-    const Server::Lease server;
-    const bool sent = server && server->channel->send(Envelope::request(msgType, server->user, server->timeoutMs, body),
-                                                      server->timeoutMs,
-                                                      [wait](const MessageChannel::Reply &reply) { wait->end(reply); });
-    if (!sent)
-        wait->end(refused);
-    const MessageChannel::Reply reply = wait->wait();
-    if (line)
-        line->leave(wait);
-    return {sent, reply};
-}
 
 QString textOfFailedOutcome(const MessageChannel::Reply &reply)
 {
@@ -161,4 +135,17 @@ QString MasterUtils::SendRequestListToServer(ZrPresenterClass *presenter, const 
 void MasterUtils::SendEventMsg(ZrPresenterClass *, const QString &eventName, const QVariant &payload)
 {
     EventBusState::send(eventName, payload);
+}
+
+QString MasterUtils::GetMasterOrderStation(const QString &businessName)
+{
+    return businessName + QLatin1Char('@') + CBusinessDataBase::GetLoginAccount();
+}
+
+QList<qint64> MasterUtils::SplitBigNumIntoSmallNumList(qint64 total, qint64 part)
+{
+    QList<qint64> parts;
+    for (qint64 rest = total; rest > 0; rest -= parts.last())
+        parts.append(part > 0 ? qMin(part, rest) : rest);
+    return parts;
 }

@@ -35,4 +35,25 @@ inline QString endlessPaging()
     return QStringLiteral("服务器分页应答没有前进，查询已中止");
 }
 
+inline QString resultUnknown()
+{
+    return QStringLiteral("结果未知");
+}
+
+inline QString refusedWithoutText()
+{
+    return QStringLiteral("委托被拒绝");
+}
+
+inline QString neverAccepted()
+{
+    return QStringLiteral("委托未被服务器受理");
+}
+
+inline QString fateKnown(int accepted, int refused)
+{
+    return QStringLiteral("委托结果已确认：受理%1笔，拒绝%2笔")
+        .arg(QString::number(accepted), QString::number(refused));
+}
+
 } // namespace RequestTexts

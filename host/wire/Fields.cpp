@@ -102,6 +102,7 @@ TEXT_OF_ITS_NAME(Stand_Fields::Security, lotSize);
 TEXT_OF_ITS_NAME(Stand_Fields::Security, dispFactor);
 TEXT_OF_ITS_NAME(Stand_Fields::Security, t0);
 TEXT_OF_ITS_NAME(Stand_Fields::Security, marks);
+TEXT_OF_ITS_NAME(Stand_Fields::Security, tickBands);
 
 TEXT_OF_ITS_NAME(Stand_Fields::Position, quantity);
 TEXT_OF_ITS_NAME(Stand_Fields::Position, tradeable);
@@ -110,6 +111,40 @@ TEXT_OF_ITS_NAME(Stand_Fields::Margin, quantity);
 TEXT_OF_ITS_NAME(Stand_Fields::Margin, loanState);
 
 TEXT_OF_ITS_NAME(Stand_Fields::Quote, lastPrice);
+TEXT_OF_ITS_NAME(Stand_Fields::Quote, preClose);
+TEXT_OF_ITS_NAME(Stand_Fields::Quote, upLimit);
+TEXT_OF_ITS_NAME(Stand_Fields::Quote, downLimit);
+TEXT_OF_ITS_NAME(Stand_Fields::Quote, volume);
+TEXT_OF_ITS_NAME(Stand_Fields::Quote, bidPrices);
+TEXT_OF_ITS_NAME(Stand_Fields::Quote, bidQtys);
+TEXT_OF_ITS_NAME(Stand_Fields::Quote, askPrices);
+TEXT_OF_ITS_NAME(Stand_Fields::Quote, askQtys);
+TEXT_OF_ITS_NAME(Stand_Fields::Quote, bidQueue);
+TEXT_OF_ITS_NAME(Stand_Fields::Quote, askQueue);
+
+TEXT_OF_ITS_NAME(Stand_Fields::Order, businessName);
+TEXT_OF_ITS_NAME(Stand_Fields::Order, confirmed);
+TEXT_OF_ITS_NAME(Stand_Fields::Order, remark);
+TEXT_OF_ITS_NAME(Stand_Fields::Order, priceType);
+TEXT_OF_ITS_NAME(Stand_Fields::Order, requestId);
+TEXT_OF_ITS_NAME(Stand_Fields::Order, known);
+TEXT_OF_ITS_NAME(Stand_Fields::Order, fateStatus);
+TEXT_OF_ITS_NAME(Stand_Fields::Order, fateText);
+TEXT_OF_ITS_NAME(Stand_Fields::Order, filledQty);
+TEXT_OF_ITS_NAME(Stand_Fields::Order, filledAmount);
+TEXT_OF_ITS_NAME(Stand_Fields::Order, orderTime);
+TEXT_OF_ITS_NAME(Stand_Fields::Order, updateTime);
+
+TEXT_OF_ITS_NAME(Stand_Fields::Fill, fillID);
+TEXT_OF_ITS_NAME(Stand_Fields::Fill, fillQty);
+TEXT_OF_ITS_NAME(Stand_Fields::Fill, fillTime);
+
+TEXT_OF_ITS_NAME(Stand_Fields::Market, marketTime);
+TEXT_OF_ITS_NAME(Stand_Fields::Market, phases);
+TEXT_OF_ITS_NAME(Stand_Fields::Market, held);
+TEXT_OF_ITS_NAME(Stand_Fields::Market, speed);
+TEXT_OF_ITS_NAME(Stand_Fields::Market, command);
+TEXT_OF_ITS_NAME(Stand_Fields::Market, count);
 
 TEXT_OF_ITS_NAME(Stand_Fields::User, roles);
 
@@ -127,3 +162,18 @@ TEXT_OF_ITS_NAME(Master_Fields::Security, SideUnion);
 TEXT_OF_ITS_NAME(Master_Fields::Security, VantaBusiType);
 
 TEXT_OF_ITS_NAME(Stand_Values::AssetProp, Cash);
+
+TEXT_OF_ITS_NAME(Stand_Values::Side, buy);
+TEXT_OF_ITS_NAME(Stand_Values::Side, sell);
+
+TEXT_OF_ITS_NAME(Stand_Values::OrderStatus, Accepted);
+TEXT_OF_ITS_NAME(Stand_Values::OrderStatus, PartlyFilled);
+TEXT_OF_ITS_NAME(Stand_Values::OrderStatus, Filled);
+TEXT_OF_ITS_NAME(Stand_Values::OrderStatus, Cancelled);
+TEXT_OF_ITS_NAME(Stand_Values::OrderStatus, Expired);
+
+TEXT_OF_ITS_NAME(Stand_Values::MarketCommand, status);
+TEXT_OF_ITS_NAME(Stand_Values::MarketCommand, step);
+TEXT_OF_ITS_NAME(Stand_Values::MarketCommand, hold);
+TEXT_OF_ITS_NAME(Stand_Values::MarketCommand, run);
+TEXT_OF_ITS_NAME(Stand_Values::MarketCommand, dayChange);

@@ -98,6 +98,15 @@ TEXT_OF_ITS_NAME(Stand_MsgType, QuotePush);
 TEXT_OF_ITS_NAME(Stand_MsgType, SetQuoteRequest);
 TEXT_OF_ITS_NAME(Stand_MsgType, PushUsageRequest);
 TEXT_OF_ITS_NAME(Stand_MsgType, EchoRequest);
+TEXT_OF_ITS_NAME(Stand_MsgType, OrderRequest);
+TEXT_OF_ITS_NAME(Stand_MsgType, QueryRequestFateRequest);
+TEXT_OF_ITS_NAME(Stand_MsgType, QueryOrdersRequest);
+TEXT_OF_ITS_NAME(Stand_MsgType, QueryFillsRequest);
+TEXT_OF_ITS_NAME(Stand_MsgType, OrderPush);
+TEXT_OF_ITS_NAME(Stand_MsgType, FillPush);
+TEXT_OF_ITS_NAME(Stand_MsgType, PositionPush);
+TEXT_OF_ITS_NAME(Stand_MsgType, MarketPush);
+TEXT_OF_ITS_NAME(Stand_MsgType, ExchangeControlRequest);
 
 const QString Constants::SymbolSearch_Split = QStringLiteral("|");
 

@@ -312,7 +312,9 @@ void ScriptedReference::script(ScriptedChannel &channel) const
     answerWith(Stand_MsgType::QueryPositionsRequest, positionRows(*this));
     answerWith(Stand_MsgType::QueryMarginSecuritiesRequest, marginRows(*this));
     answerWith(Stand_MsgType::QueryQuotesRequest, quoteRows(*this));
-    answerWith(Stand_MsgType::SubscribeRequest, {});
+    for (const QString &type : {Stand_MsgType::QueryOrdersRequest, Stand_MsgType::QueryFillsRequest,
+                                Stand_MsgType::ExchangeControlRequest, Stand_MsgType::SubscribeRequest})
+        answerWith(type, {});
 }
 
 std::unique_ptr<HostSession> ScriptedReference::open(ScriptedChannel *&channel, int requestTimeoutMs) const

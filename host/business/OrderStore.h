@@ -1,0 +1,21 @@
+#pragma once
+
+#include "VariantRecord.h"
+
+#include <QtCore/QStringList>
+
+/// The orders and fills of the session, from pushes and from the queries at its opening, which may come in any
+/// order: of one order's states the newest stays. Thread-safe; empty without a session.
+namespace OrderStore {
+
+void enterOrders(const RecordList &rows); ///< whole records; those without an id are ignored
+void enterFills(const RecordList &rows);
+
+/// As BusinessDataInterface::GetOrderListByCustomKey and GetFillList.
+RecordList orders(const VariantRecord &filter, int &total, int start, int count, const QStringList &sortKeys,
+                  const QStringList &fields);
+RecordList fills(const VariantRecord &filter);
+
+void clear();
+
+} // namespace OrderStore

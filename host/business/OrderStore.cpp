@@ -8,6 +8,7 @@
 #include <QtCore/QVector>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -43,6 +44,12 @@ bool isOlder(const VariantRecord &order, const VariantRecord &than)
     return time < otherTime || filled < otherFilled || (isLive(order) && !isLive(than));
 }
 
+QStringList textsOf(const QVariant &value)
+{
+    const bool isList = value.userType() == QMetaType::QStringList || value.userType() == QMetaType::QVariantList;
+    return isList ? value.toStringList() : QStringList(value.toString());
+}
+
 /// A filter with its values as texts, so that they are converted once and not for each record.
 class Filter
 {
@@ -50,7 +57,7 @@ public:
     explicit Filter(const VariantRecord &filter)
     {
         for (auto it = filter.cbegin(); it != filter.cend(); ++it)
-            m_wanted.append({it.key(), it.value().toStringList()}); // a single text is a list of one
+            m_wanted.append({it.key(), textsOf(it.value())});
     }
 
     bool passes(const VariantRecord &record) const
@@ -74,18 +81,21 @@ RecordList passing(const Records &records, const Filter &filter)
     return found;
 }
 
+/// What is not a number is none: it would have no place among the others.
 bool isNumber(const QVariant &value)
 {
-    return value.userType() == QMetaType::LongLong || value.userType() == QMetaType::Double ||
-           value.userType() == QMetaType::Int;
+    const bool isReal = value.userType() == QMetaType::Double && !std::isnan(value.toDouble());
+    return isReal || value.userType() == QMetaType::LongLong; // what a message can hold
 }
 
+/// Numbers before texts, so that a field that has both still has one order.
 int compare(const QVariant &a, const QVariant &b)
 {
-    if (!isNumber(a) || !isNumber(b))
+    if (isNumber(a) != isNumber(b))
+        return isNumber(a) ? -1 : 1;
+    if (!isNumber(a))
         return QString::compare(a.toString(), b.toString());
-    const double difference = a.toDouble() - b.toDouble();
-    return difference < 0 ? -1 : difference > 0;
+    return a.toDouble() < b.toDouble() ? -1 : a.toDouble() > b.toDouble();
 }
 
 void sortBy(RecordList &records, const QStringList &sortKeys)
@@ -122,19 +132,20 @@ void OrderStore::enterOrders(const RecordList &rows)
     QWriteLocker lock(&state().lock);
     for (const VariantRecord &row : rows) {
         const QString id = row.value(Orvane_Fields::Security::orderID).toString();
-        const auto held = state().orders.find(id);
-        if (held == state().orders.end() && !id.isEmpty())
+        const auto held = state().orders.constFind(id);
+        if (!id.isEmpty() && (held == state().orders.cend() || !isOlder(row, *held)))
             state().orders.insert(id, row);
-        else if (held != state().orders.end() && !isOlder(row, *held))
-            *held = row;
     }
 }
 
 void OrderStore::enterFills(const RecordList &rows)
 {
     QWriteLocker lock(&state().lock);
-    for (const VariantRecord &row : rows)
-        state().fills.insert(row.value(Stand_Fields::Fill::fillID).toString(), row);
+    for (const VariantRecord &row : rows) {
+        const QString id = row.value(Stand_Fields::Fill::fillID).toString();
+        if (!id.isEmpty())
+            state().fills.insert(id, row);
+    }
 }
 
 RecordList OrderStore::orders(const VariantRecord &filter, int &total, int start, int count,

@@ -9,7 +9,7 @@
 namespace OrderStore {
 
 void enterOrders(const RecordList &rows); ///< whole records; those without an id are ignored
-void enterFills(const RecordList &rows);
+void enterFills(const RecordList &rows);  ///< likewise
 
 /// As BusinessDataInterface::GetOrderListByCustomKey and GetFillList.
 RecordList orders(const VariantRecord &filter, int &total, int start, int count, const QStringList &sortKeys,

@@ -55,7 +55,7 @@ OrderAnswer answerOf(const Asked &asked)
     QString unreadable;
     // Whatever ended the wait, and whatever the answer was meant to say: the orders may stand.
     if (asked.reply.outcome != MessageChannel::Outcome::Answered ||
-        !MessageBody::decode(asked.reply.envelope.body, body, unreadable))
+        !MessageBody::decode(asked.reply.envelope.body, body, unreadable) || !body.values.contains(requestExeStatus))
         return OrderAnswer::unknown(asked.request.id);
     answer.text.clear();
     answer.status = statusOfAnswer(body, answer.text);

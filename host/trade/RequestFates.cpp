@@ -9,6 +9,7 @@
 #include "message/AnswerStatus.h"
 #include "message/Ask.h"
 #include "message/RequestTexts.h"
+#include "message/Server.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QDeadlineTimer>
@@ -22,7 +23,7 @@
 
 namespace {
 
-constexpr int retryMs = 500;
+constexpr int retryMs = 250;
 
 struct Followed {
     qint64 validUntil = 0;
@@ -78,12 +79,12 @@ void announce(const QString &requestId, const OrderAnswer &answer, bool known)
     const Followed followed = *found; // its activity ends after the message is there
     state().followed.erase(found);
     lock.unlock();
-    const int done = accepted(answer.rows);
+    const int done = qMin(accepted(answer.rows), followed.orders);
     using namespace Master_Values;
-    MasterBusinessDataInterface::AddBusiMsg(
-        BusiMsgLevel::Normal,
-        known ? RequestTexts::fateKnown(done, followed.orders - done) : RequestTexts::neverAccepted(),
-        BusiMsgType::SystemMsg, {}, false, {});
+    MasterBusinessDataInterface::AddBusiMsg(BusiMsgLevel::Normal,
+                                            known ? RequestTexts::fateKnown(done, followed.orders - done)
+                                                  : RequestTexts::neverAccepted(),
+                                            BusiMsgType::SystemMsg, {}, false, {});
 }
 
 /// With the mutex held.
@@ -135,18 +136,20 @@ void RequestFates::follow(const Envelope &request, int orders)
 
 OrderAnswer RequestFates::ask(const QString &requestId)
 {
+    const Server::Lease server;          // closing waits until the user is told
     const bool over = isOver(requestId); // before the question leaves: what comes after the answer is no proof
-    const Asked asked = ::ask(nullptr, Stand_MsgType::QueryRequestFateRequest,
-                              {{}, {{{Stand_Fields::Order::requestId, requestId}}}});
+    const Asked asked =
+        ::ask(nullptr, Stand_MsgType::QueryRequestFateRequest, {{}, {{{Stand_Fields::Order::requestId, requestId}}}});
     MessageBody fate;
     if (!readFate(asked.reply, fate))
         return OrderAnswer::unknown(requestId);
     const bool known = fate.values.value(Stand_Fields::Order::known).toBool();
-    if (!known && !over)
+    const QString status = fate.values.value(Stand_Fields::Order::fateStatus).toString();
+    if (known ? status.isEmpty() : !over)
         return OrderAnswer::unknown(requestId);
     OrderAnswer answer{requestId, Orvane_Values::RequestExeStatus::fail, RequestTexts::neverAccepted(), {}};
     if (known) {
-        answer.status = fate.values.value(Stand_Fields::Order::fateStatus).toString();
+        answer.status = status;
         answer.text = fate.values.value(Stand_Fields::Order::fateText).toString();
         answer.rows = fate.rows;
     }

@@ -53,7 +53,7 @@ class HostSessionTest : public QObject
 
 private slots:
     void referenceDataAnswersLookUps();
-    void quotePushesAreNewerThanTheQuery();
+    void pushesAreNewerThanTheQueries();
     void closingLeavesNothing();
     void refusalsLeaveNothingOpen_data();
     void refusalsLeaveNothingOpen();
@@ -115,24 +115,48 @@ void HostSessionTest::referenceDataAnswersLookUps()
     QCOMPARE(CBusinessDataBase::GetLoginAccount(), QStringLiteral("u1"));
 }
 
-void HostSessionTest::quotePushesAreNewerThanTheQuery()
+void HostSessionTest::pushesAreNewerThanTheQueries()
 {
+    const auto position = [](const char *id, int quantity) {
+        return VariantRecord{
+            {"tradingAccount", "T1"}, {"securityID", id}, {"securityExchange", "SH"}, {"quantity", quantity}};
+    };
     auto owned = std::make_unique<ScriptedChannel>();
     ScriptedChannel *channel = owned.get();
     smallHouse().script(*channel);
-    channel->hold(Stand_MsgType::QueryQuotesRequest);
-    std::thread server([channel] {
-        while (channel->count(Stand_MsgType::QueryQuotesRequest) == 0)
-            std::this_thread::yield();
-        channel->push(Stand_MsgType::QuotePush, {{"symbol", "600000.SH"}, {"lastPrice", 10.6}});
-        channel->release(Stand_MsgType::QueryQuotesRequest);
-    });
+    // each answer was computed before the push that overtakes it
+    const auto overtaken = [channel](const QString &query, const QString &push, const RecordList &pushed,
+                                     const RecordList &answer) {
+        channel->always(query, [=](const MessageBody &) {
+            for (const VariantRecord &row : pushed)
+                channel->push(push, row);
+            return ScriptedChannel::success(answer);
+        });
+    };
+    overtaken(Stand_MsgType::QueryQuotesRequest, Stand_MsgType::QuotePush,
+              {{{"symbol", "600000.SH"}, {"lastPrice", 10.6}, {"bidPrices", QVariantList{10.5, 10.4}}}},
+              {{{"symbol", "600000.SH"}, {"lastPrice", 10.5}}, {{"symbol", "00700.HK"}, {"lastPrice", 320.0}}});
+    overtaken(Stand_MsgType::QueryPositionsRequest, Stand_MsgType::PositionPush, {position("600000", 5)},
+              {position("600000", 4), position("113001", 1)});
+    overtaken(Stand_MsgType::ExchangeControlRequest, Stand_MsgType::MarketPush, {{{"marketTime", "new"}}},
+              {{{"marketTime", "old"}}});
     QString errorText;
     const auto session = HostSession::open({std::move(owned), "u1", {}}, errorText);
-    server.join();
     QVERIFY2(session, qPrintable(errorText));
     QCOMPARE(CommonQuotaHandler::instance().lastPrice("600000.SH", 0), 10.6);
+    QCOMPARE(CommonQuotaHandler::instance().quote("600000.SH").value("bidPrices").toList(), (QVariantList{10.5, 10.4}));
     QCOMPARE(CommonQuotaHandler::instance().lastPrice("00700.HK", 0), 320.0);
+    QCOMPARE(session->marketState().value("marketTime").toString(), QStringLiteral("new"));
+    QCOMPARE(channel->requests(Stand_MsgType::ExchangeControlRequest).first().body.rows,
+             RecordList({{{"command", "status"}}}));
+
+    channel->push(Stand_MsgType::PositionPush, position("113001", 2));
+    channel->push(Stand_MsgType::PositionPush, position("999999", 3));
+    QVERIFY(session->settle(60000));
+    QStringList held;
+    for (const VariantRecord &row : BusinessDataInterface::GetPositionListByTradingAccount("T1"))
+        held.append(row.value("symbol").toString() + "=" + row.value("quantity").toString());
+    QCOMPARE(held, QStringList({"113001.SH=2", "600000.SH=5", "=3"}));
 }
 
 void HostSessionTest::closingLeavesNothing()
@@ -174,6 +198,7 @@ void HostSessionTest::refusalsLeaveNothingOpen_data()
     QTest::newRow("login") << Stand_MsgType::LoginRequest << "LoginRequest：不行";
     QTest::newRow("accounts") << Stand_MsgType::QueryAccountsRequest << "QueryAccountsRequest：不行";
     QTest::newRow("quotes") << Stand_MsgType::QueryQuotesRequest << "QueryQuotesRequest：不行";
+    QTest::newRow("orders") << Stand_MsgType::QueryOrdersRequest << "QueryOrdersRequest：不行";
     QTest::newRow("subscription") << Stand_MsgType::SubscribeRequest << "QuotePush：订阅失败";
 }
 

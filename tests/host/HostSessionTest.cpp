@@ -31,7 +31,6 @@ ScriptedReference smallHouse()
                              {"00700.HK", "00700", "HHK", 100, 320},
                              {"00700.HK", "00700", "SZHK", 100},
                              {"113001.SH", "113001", "SH", 10, 0, "BondType", "Convertiblebond"}};
-    reference.positions = {{"T1", "600000", "SH", 1000}, {"T1", "113001", "SH", 20}, {"T1", "999999", "SH", 1}};
     reference.marginSecurities = {{"T2", "00700", "SZHK", 5, "InUse"}};
     return reference;
 }
@@ -92,10 +91,6 @@ void HostSessionTest::referenceDataAnswersLookUps()
              QStringList("600000.SH"));
     QVERIFY(CBusinessDataBase::GetSymbolListByTypeList("BondType", {"Other"}, {}, false, {}).isEmpty());
 
-    const RecordList positions = BusinessDataInterface::GetPositionListByTradingAccount("T1");
-    QCOMPARE(positions.size(), 3);
-    QCOMPARE(positions.at(0).value(Orvane_Fields::Security::symbol).toString(), QStringLiteral("113001.SH"));
-    QCOMPARE(positions.at(2).value(Orvane_Fields::Security::symbol).toString(), QString());
     QVERIFY(BusinessDataInterface::GetPositionListByTradingAccount("unknown").isEmpty());
 
     QVERIFY(MarginDC::GetMarginSecurities("T2").isEmpty()); // not before init

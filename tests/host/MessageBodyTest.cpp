@@ -119,7 +119,6 @@ private slots:
     void hostileBytesAreRefused_data();
     void hostileBytesAreRefused();
     void everyTruncationIsRefused();
-    void mutationsNeverCrash();
     void whatExceedsTheLimitsIsNotEncoded();
     void envelopeRoundTrip();
 };
@@ -140,17 +139,14 @@ void MessageBodyTest::everyTypeArrivesAsPromised_data()
     QTest::addColumn<QVariant>("sent");
     QTest::addColumn<QVariant>("arrives");
     QTest::newRow("int") << QVariant(-5) << QVariant(qlonglong(-5));
-    QTest::newRow("unsigned int") << QVariant(5u) << QVariant(qlonglong(5));
     QTest::newRow("smallest integer") << QVariant(std::numeric_limits<qlonglong>::min())
                                       << QVariant(std::numeric_limits<qlonglong>::min());
     QTest::newRow("largest integer") << QVariant(std::numeric_limits<qulonglong>::max())
                                      << QVariant(std::numeric_limits<qulonglong>::max());
-    QTest::newRow("float") << QVariant(0.5f) << QVariant(0.5);
     QTest::newRow("not a number") << QVariant(std::nan("")) << QVariant(std::nan(""));
     QTest::newRow("text list") << QVariant(QStringList{"a", "b"}) << QVariant(QVariantList{"a", "b"});
     QTest::newRow("rows") << QVariant::fromValue(RecordList{{{"k", 1}}})
                           << QVariant(QVariantList{QVariantMap{{"k", qlonglong(1)}}});
-    QTest::newRow("hash") << QVariant(QVariantHash{{"k", "v"}}) << QVariant(QVariantMap{{"k", "v"}});
     QTest::newRow("date") << QVariant(QDate(2024, 2, 29)) << QVariant("2024-02-29");
     QTest::newRow("null text") << QVariant(QString()) << QVariant(QString());
 }
@@ -179,26 +175,17 @@ void MessageBodyTest::hostileBytesAreRefused_data()
     QTest::addColumn<QString>("error");
     QTest::newRow("nothing") << QByteArray() << "unexpected end at byte 0";
     QTest::newRow("no array") << hex("a0") << "array expected at byte 0";
-    QTest::newRow("two parts") << hex("82a080") << "array of three expected at byte 0";
-    QTest::newRow("huge map") << hex("83bb7fffffffffffffff8080") << "length beyond the end at byte 1";
     QTest::newRow("huge row count") << hex("83a0809affffffff") << "length beyond the end at byte 3";
     QTest::newRow("huge text") << hex("83a161617bffffffffffffffff8080") << "length beyond the end at byte 4";
-    QTest::newRow("huge bytes") << hex("83a161615affffffff8080") << "length beyond the end at byte 4";
-    QTest::newRow("huge nested list") << hex("83a161619b00000000ffffffff8080") << "length beyond the end at byte 4";
     QTest::newRow("indefinite list") << hex("83a161619fff8080") << "indefinite length at byte 4";
-    QTest::newRow("reserved form") << hex("83a161611c8080") << "reserved length form at byte 4";
     QTest::newRow("nine levels") << hex("83a1616181818181818181818080") << "nested too deeply at byte 11";
     QTest::newRow("invalid UTF-8") << hex("83a1616162c3288080") << "invalid UTF-8 at byte 4";
-    QTest::newRow("overlong UTF-8") << hex("83a1616162c0808080") << "invalid UTF-8 at byte 4";
     QTest::newRow("surrogate in UTF-8") << hex("83a1616163eda0808080") << "invalid UTF-8 at byte 4";
     QTest::newRow("tag") << hex("83a16161c1008080") << "unsupported tag at byte 4";
-    QTest::newRow("half float") << hex("83a16161f93c008080") << "unsupported value at byte 4";
-    QTest::newRow("undefined as a value") << hex("83a16161f78080") << "unsupported value at byte 4";
     QTest::newRow("integer below the range")
         << hex("83a161613bffffffffffffffff8080") << "integer out of range at byte 4";
     QTest::newRow("key twice") << hex("83a2616100616101 8080") << "key twice at byte 5";
     QTest::newRow("field twice") << hex("83a08261616161 80") << "field name twice at byte 5";
-    QTest::newRow("narrow row") << hex("83a08161618180") << "row of another width at byte 6";
     QTest::newRow("trailing bytes") << hex("83a0808000") << "trailing bytes at byte 4";
 }
 
@@ -225,21 +212,6 @@ void MessageBodyTest::everyTruncationIsRefused()
         QVERIFY2(!MessageBody::decode(whole.left(size), body, errorText), qPrintable(QString::number(size)));
         QVERIFY(errorText.contains(" at byte "));
     }
-}
-
-void MessageBodyTest::mutationsNeverCrash()
-{
-    QVERIFY(rc::check([] {
-        QByteArray bytes = anyBody().encode();
-        for (int i = *rc::gen::inRange(1, 6); i > 0; --i)
-            bytes[*rc::gen::inRange(0, bytes.size())] = char(*rc::gen::arbitrary<char>());
-        MessageBody body;
-        QString errorText;
-        if (MessageBody::decode(bytes, body, errorText))
-            RC_ASSERT(decoded(body.encode()).rows.size() == body.rows.size());
-        else
-            RC_ASSERT(errorText.contains(QStringLiteral(" at byte ")));
-    }));
 }
 
 void MessageBodyTest::whatExceedsTheLimitsIsNotEncoded()

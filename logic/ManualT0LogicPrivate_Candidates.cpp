@@ -36,10 +36,7 @@ void addQuantity(Holdings &holdings, const Tradable &tradable, const VariantReco
     const int rank = tradable.exchanges.indexOf(text(row, securityExchange));
     if (rank < 0 || !tradable.symbols.contains(name))
         return;
-    qint64 quantity = 0;
-    // Saturates: an absurd quantity must not become a negative one.
-    if (__builtin_mul_overflow(Quantity::toQty(row.value(quantityField)), qint64(displayFactor(name)), &quantity))
-        quantity = std::numeric_limits<qint64>::max();
+    const qint64 quantity = Quantity::satMul(Quantity::toQty(row.value(quantityField)), displayFactor(name));
     Holding &holding = holdings[{rank, name}];
     if (holding.row.isEmpty())
         holding.row = row;
@@ -170,7 +167,7 @@ qint64 ManualT0LogicPrivate::allocatable(const QString &tradingAccount, const QS
     const qint64 used = setAside(tradingAccount, symbol, exchange);
     const qint64 room = Quantity::satSub(ManualT0Logic::MaxResourceQty, used);
     // What is bought before it is sold is limited by money, not by stock.
-    const bool boughtFirst = held == 0 && isBond && text(details, securityExchange) == exchange;
+    const bool boughtFirst = held <= 0 && isBond && text(details, securityExchange) == exchange;
     const qint64 free = boughtFirst ? room : qMin(Quantity::satSub(held, used), room);
     const int factor = displayFactor(symbol);
     return qMax<qint64>(0, free) / factor * factor;
@@ -180,8 +177,8 @@ QSet<QString> ManualT0LogicPrivate::tradableSymbols() const
 {
     QSet<QString> symbols;
     for (const SymbolListType &kind : tradableSymbolTypes) {
-        const QStringList ofKind = CBusinessDataBase::GetSymbolListByTypeList(
-            kind.type, kind.subTypes, kind.suffixes, kind.flag, kind.further);
+        const QStringList ofKind = CBusinessDataBase::GetSymbolListByTypeList(kind.type, kind.subTypes, kind.suffixes,
+                                                                              kind.flag, kind.further);
         symbols.unite({ofKind.cbegin(), ofKind.cend()});
     }
     return symbols;
@@ -192,9 +189,8 @@ void ManualT0LogicPrivate::markCandidates(RecordList &candidates) const
     const QSet<QString> t0Symbols(t0SymbolList.cbegin(), t0SymbolList.cend());
     ReadLock lock(resourceLock);
     for (VariantRecord &row : candidates) {
-        const QVector<QString> ids =
-            resourceIds(text(row, Orvane_Fields::UserAccount::tradingAccount), text(row, symbol),
-                        text(row, securityExchange));
+        const QVector<QString> ids = resourceIds(text(row, Orvane_Fields::UserAccount::tradingAccount),
+                                                 text(row, symbol), text(row, securityExchange));
         row.insert(T0SymbolFlag, t0Symbols.contains(text(row, symbol)));
         row.insert(ResourceId, ids.isEmpty() ? QString() : *std::min_element(ids.cbegin(), ids.cend()));
     }

@@ -51,12 +51,11 @@ QString ManualT0LogicPrivate::AddT0Resource(const RecordList &rows, bool cover, 
     ChangeRows::Batch batch;
     for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
         QString failure;
-        const QString code =
-            sendChange(Master_MsgType::AddManualT0ResourceRequest,
-                       {{Master_Fields::System::addType,
-                         cover ? Master_Values::AddType::Cover : Master_Values::AddType::Append},
-                        {Orvane_Fields::System::subGroupNumber, group->size()}},
-                       *group, failure);
+        const QString code = sendChange(
+            Master_MsgType::AddManualT0ResourceRequest,
+            {{Master_Fields::System::addType, cover ? Master_Values::AddType::Cover : Master_Values::AddType::Append},
+             {Orvane_Fields::System::subGroupNumber, group->size()}},
+            *group, failure);
         batch.add(code, failure);
         if (ChangeRows::mayBeInForce(code))
             queryResources(group.key());
@@ -118,10 +117,12 @@ QString ManualT0LogicPrivate::checkAlteredResource(const VariantRecord &resource
     lock.unlock();
     if (held.isEmpty())
         return UserTexts::unknownResource();
-    tradingAccount = accountOf(resource);
-    symbol = text(resource, Orvane_Fields::Security::symbol);
+    tradingAccount = text(resource, Orvane_Fields::UserAccount::tradingAccount);
+    if (tradingAccount.isEmpty())
+        tradingAccount = text(held, Orvane_Fields::UserAccount::tradingAccount);
+    symbol = text(held, Orvane_Fields::Security::symbol);
     if (symbol.isEmpty())
-        symbol = text(held, Orvane_Fields::Security::symbol);
+        symbol = text(resource, Orvane_Fields::Security::symbol);
 
     const double allocated = poolQuantity(id, PoolTypes::All);
     const qint64 quantity = Quantity::toQty(resource.value(ResourceQty));

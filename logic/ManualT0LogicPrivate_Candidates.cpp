@@ -180,8 +180,8 @@ QSet<QString> ManualT0LogicPrivate::tradableSymbols() const
 {
     QSet<QString> symbols;
     for (const SymbolListType &kind : tradableSymbolTypes) {
-        const QStringList ofKind = CBusinessDataBase::GetSymbolListByTypeList(
-            kind.type, kind.subTypes, kind.suffixes, kind.flag, kind.further);
+        const QStringList ofKind = CBusinessDataBase::GetSymbolListByTypeList(kind.type, kind.subTypes, kind.suffixes,
+                                                                              kind.flag, kind.further);
         symbols.unite({ofKind.cbegin(), ofKind.cend()});
     }
     return symbols;
@@ -192,9 +192,8 @@ void ManualT0LogicPrivate::markCandidates(RecordList &candidates) const
     const QSet<QString> t0Symbols(t0SymbolList.cbegin(), t0SymbolList.cend());
     ReadLock lock(resourceLock);
     for (VariantRecord &row : candidates) {
-        const QVector<QString> ids =
-            resourceIds(text(row, Orvane_Fields::UserAccount::tradingAccount), text(row, symbol),
-                        text(row, securityExchange));
+        const QVector<QString> ids = resourceIds(text(row, Orvane_Fields::UserAccount::tradingAccount),
+                                                 text(row, symbol), text(row, securityExchange));
         row.insert(T0SymbolFlag, t0Symbols.contains(text(row, symbol)));
         row.insert(ResourceId, ids.isEmpty() ? QString() : *std::min_element(ids.cbegin(), ids.cend()));
     }

@@ -148,13 +148,12 @@ QString ManualT0LogicPrivate::AddSecurityPoolAndResource(const RecordList &rows,
     ChangeRows::Batch batch;
     for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
         QString failure;
-        const QString code =
-            sendChange(Master_MsgType::AddManualT0ResourceAndPoolRequest,
-                       {{Orvane_Fields::UserAccount::tradingAccount, group.key()},
-                        {Master_Fields::System::addType,
-                         cover ? Master_Values::AddType::Cover : Master_Values::AddType::Append},
-                        {PoolType, commonPoolType(*group)}},
-                       *group, failure);
+        const QString code = sendChange(
+            Master_MsgType::AddManualT0ResourceAndPoolRequest,
+            {{Orvane_Fields::UserAccount::tradingAccount, group.key()},
+             {Master_Fields::System::addType, cover ? Master_Values::AddType::Cover : Master_Values::AddType::Append},
+             {PoolType, commonPoolType(*group)}},
+            *group, failure);
         batch.add(code, failure);
         if (ChangeRows::mayBeInForce(code)) {
             queryResources(group.key());
@@ -162,8 +161,8 @@ QString ManualT0LogicPrivate::AddSecurityPoolAndResource(const RecordList &rows,
         }
     }
     const QString code = batch.code();
-    errorText = code == Orvane_Values::RequestExeStatus::success ? QString()
-                                                                 : UserTexts::poolsNotAdded(batch.errorTexts());
+    errorText =
+        code == Orvane_Values::RequestExeStatus::success ? QString() : UserTexts::poolsNotAdded(batch.errorTexts());
     return code;
 }
 

@@ -51,12 +51,11 @@ QString ManualT0LogicPrivate::AddT0Resource(const RecordList &rows, bool cover, 
     ChangeRows::Batch batch;
     for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
         QString failure;
-        const QString code =
-            sendChange(Master_MsgType::AddManualT0ResourceRequest,
-                       {{Master_Fields::System::addType,
-                         cover ? Master_Values::AddType::Cover : Master_Values::AddType::Append},
-                        {Orvane_Fields::System::subGroupNumber, group->size()}},
-                       *group, failure);
+        const QString code = sendChange(
+            Master_MsgType::AddManualT0ResourceRequest,
+            {{Master_Fields::System::addType, cover ? Master_Values::AddType::Cover : Master_Values::AddType::Append},
+             {Orvane_Fields::System::subGroupNumber, group->size()}},
+            *group, failure);
         batch.add(code, failure);
         if (ChangeRows::mayBeInForce(code))
             queryResources(group.key());

@@ -37,6 +37,7 @@ const QHash<QString, Service::Handler> &Service::handlers()
         {Stand_MsgType::QueryQuotesRequest, &Service::queryQuotes},
         {Stand_MsgType::SetQuoteRequest, &Service::setQuote},
         {Stand_MsgType::PushUsageRequest, &Service::pushUsage},
+        {Stand_MsgType::PictureRequest, &Service::picture},
         {Master_MsgType::QueryManualT0ProductsRequest, &Service::queryProducts},
         {Master_MsgType::QueryUserIdByUserRoleRequest, &Service::queryUsersByRole},
         {Master_MsgType::QueryManualT0ResourceRequest, &Service::queryResources},

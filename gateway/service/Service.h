@@ -83,6 +83,14 @@ private:
     void pushSnapshot(const Request &request, const QString &trader);
     VariantRecord usageRow(const StoredUsage &usage) const;
 
+    // Service_Picture.cpp
+    MessageBody picture(const Request &request);
+    QVariantList pictureOfProducts() const;
+    QVariantList pictureOfResources(const QString &account);
+    QVariantList pictureOfPools(const QString &account);
+    QVariantList pictureOfUsage();
+    VariantRecord securityRow(const Holding &holding) const;
+
     struct Push {
         Envelope envelope;
         QString trader;                      ///< empty: a quote

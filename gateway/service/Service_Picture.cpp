@@ -37,7 +37,7 @@ MessageBody Service::picture(const Request &request)
     QVariantList resources;
     QVariantList pools;
     for (const Account &account : m_books.accounts) {
-        if (!account.enabled)
+        if (!m_memory.enabled.contains(account.tradingAccount))
             continue;
         resources += pictureOfResources(account.tradingAccount);
         pools += pictureOfPools(account.tradingAccount);
@@ -54,7 +54,7 @@ QVariantList Service::pictureOfProducts() const
 {
     QMap<QPair<QString, QString>, VariantRecord> products;
     for (const Account &account : m_books.accounts) {
-        if (!account.enabled)
+        if (!m_memory.enabled.contains(account.tradingAccount))
             continue;
         VariantRecord &row = products[{account.productAccount, account.assetProp}];
         QStringList accounts = row.value(Picture_::tradingAccounts).toStringList();
@@ -116,8 +116,7 @@ QVariantList Service::pictureOfUsage()
     QVariantList rows;
     const QVector<StoredUsage> records = m_store->allUsage();
     for (const StoredUsage &usage : records) {
-        const Account *account = m_books.account(usage.holding.account);
-        if (!account || !account->enabled)
+        if (!m_memory.enabled.contains(usage.holding.account))
             continue;
         VariantRecord row = securityRow(usage.holding);
         row.insert(T0_::T0TraderId, usage.trader);

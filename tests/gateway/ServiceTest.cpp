@@ -57,7 +57,6 @@ private slots:
     void prioritiesKeepTheirOrder();
     void usageIsMadeFromPoolsAndLegs();
     void tradersSeeOnlyThemselves();
-    void disabledAccountsGetZeroLimits();
     void restartRepeatsEveryRecord();
 };
 
@@ -334,30 +333,6 @@ void ServiceTest::tradersSeeOnlyThemselves()
     QVERIFY(manager.subscribe(Master_MsgType::ManualT0RealTimePoolUsagePush, "trader2"));
     QVERIFY(!manager.subscribe(Master_MsgType::ManualT0RealTimePoolUsagePush, "public"));
     QVERIFY(!manager.subscribe("OtherPush", "trader2"));
-}
-
-void ServiceTest::disabledAccountsGetZeroLimits()
-{
-    QTemporaryDir dir;
-    const QString state = dir.filePath(QStringLiteral("state"));
-    Books books = SampleBooks::make(1);
-    const QString type = Master_MsgType::QueryManualT0RealTimePoolUsageRequest;
-    const auto limitsOf = [&](const QString &account) {
-        TestClient client(openGateway(books, state), "manager1");
-        double sum = 0;
-        for (const VariantRecord &row : client.all(type, usageOf("trader4")))
-            if (row.value(UserAccount_::tradingAccount) == account)
-                for (const QString &limit :
-                     {T0_::DailyBuyLimit, T0_::DailySellLimit, T0_::PreUnclosedBuyLimit, T0_::PreUnclosedSellLimit})
-                    sum += row.value(limit).toDouble();
-        return sum;
-    };
-    QCOMPARE(limitsOf("A000303"), 0.0);
-    QVERIFY(limitsOf("A000302") > 0);
-    books.accounts[6].enabled = true;
-    books.accounts[5].enabled = false;
-    QVERIFY(limitsOf("A000303") > 0);
-    QCOMPARE(limitsOf("A000302"), 0.0);
 }
 
 void ServiceTest::restartRepeatsEveryRecord()

@@ -168,7 +168,7 @@ void StoreTest::refusesOtherBooksAndASecondGateway()
     {
         const auto first = Store::open(m_file, SampleBooks::make(1), errorText);
         QVERIFY(first);
-        QVERIFY(!refusalOf(m_file, SampleBooks::make(1)).isEmpty());
+        QVERIFY(refusalOf(m_file, SampleBooks::make(1)).contains(QStringLiteral("another gateway uses it")));
     }
     QVERIFY(refusalOf(m_file, SampleBooks::make(2)).contains(QStringLiteral("other books")));
     Books otherUnits = SampleBooks::make(1);
@@ -183,10 +183,10 @@ void StoreTest::refusesWhatIsNotItsOwn()
     const Books books = TestBooks::withRows(1);
     QString errorText;
     Store::open(m_file, books, errorText).reset();
-    runSql(m_file, QStringLiteral("PRAGMA user_version = 3"));
-    QVERIFY(refusalOf(m_file, books).contains(QStringLiteral("a newer gateway: its version is 3")));
-    runSql(m_file, QStringLiteral("PRAGMA user_version = 1"));
-    QVERIFY(refusalOf(m_file, books).contains(QStringLiteral("an older gateway: its version is 1")));
+    runSql(m_file, QStringLiteral("PRAGMA user_version = 4"));
+    QVERIFY(refusalOf(m_file, books).contains(QStringLiteral("a newer gateway: its version is 4")));
+    runSql(m_file, QStringLiteral("PRAGMA user_version = 2"));
+    QVERIFY(refusalOf(m_file, books).contains(QStringLiteral("an older gateway: its version is 2")));
 
     const QString foreign = m_dir->filePath(QStringLiteral("foreign"));
     runSql(foreign, QStringLiteral("CREATE TABLE t (x)"));

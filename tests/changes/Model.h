@@ -1,10 +1,9 @@
 #pragma once
 
+#include "Books.h"
 #include "VariantRecord.h"
 
-#include <QtCore/QMap>
 #include <QtCore/QSet>
-#include <QtCore/QStringList>
 
 /// One call of an operation that changes something.
 struct Change {
@@ -16,7 +15,8 @@ struct Change {
         AllocatePublic,
         AllocateToTraders,
         AddPools,
-        DeletePools
+        DeletePools,
+        OperationCount
     };
 
     Operation operation = AddResources;
@@ -30,14 +30,14 @@ struct Change {
 struct Ending {
     QString code;
     QString text;
-    bool serverSpoke = false; ///< expected endings: the text only begins with this, the server says the rest
+    bool serverSpoke = false; ///< of what is expected: the text only begins so, the server says the rest
 };
 
 /// What happens to the first request of a change.
 enum class Fate { Answered, NeverArrives, AnswerLost };
 
-/// What managers have changed, kept the naive way: plain maps, quantities in display units, and the rules of the
-/// library and of the server written down once more. A request is in force whole or not at all.
+/// What managers have set aside, kept the naive way: plain maps, quantities in display units, the rules of client
+/// and server written down once more. A request is in force whole or not at all.
 class Model
 {
 public:
@@ -45,61 +45,63 @@ public:
         QString id; ///< empty until it was seen
         qint64 quantity = 0;
         qint64 maxExposure = -1;
-        qint64 maxPendExposure = -1;
     };
     struct Resource {
         QString id;
         QString account;
-        VariantRecord security; ///< securityID and securityExchange
+        Instrument security;
         qint64 quantity = 0;
         QMap<QString, Pool> pools; ///< by trader
 
-        /// Of the pools of one kind.
-        qint64 allocated(bool toTheirOwn) const;
+        qint64 allocated(bool isPrivate) const;
         qint64 allocated() const { return allocated(false) + allocated(true); }
     };
 
-    Ending expect(const Change &change, Fate fate);
+    explicit Model(const Books &books);
 
-    /// The fate that was given to the last change has struck one of its requests.
-    bool fateStruck() const { return m_fate == Fate::Answered; }
+    /// fate: taken when the change sends something.
+    Ending expect(const Change &change, Fate &fate);
 
-    /// Ids the server has given since the last call, read from what it holds; a text when one was given before.
+    /// Reads the ids of what is new from what the server holds. A text when one was given before.
     QString learnIds(const RecordList &resources, const RecordList &pools);
 
-    RecordList resourceRows() const; ///< of enabled accounts, as the hub shows them
+    RecordList resourceRows() const; ///< of enabled accounts, as the client shows them
     RecordList poolRows() const;
-    QStringList poolIds() const; ///< also of accounts that are not enabled
-    const QMap<QString, Resource> &resources() const { return m_resources; }
+    QVector<Resource> resources() const; ///< of all accounts
+    bool isEnabled(const QString &account) const { return m_enabled.contains(account); }
 
 private:
     enum class Sent { Done, Refused, Unanswered };
     template <typename Apply> Sent send(Apply apply);
+    template <typename Apply> int failedOf(const QMap<QString, RecordList> &groups, Apply apply);
 
-    Ending alterProducts(const QMap<QString, QStringList> &products);
+    void alterProducts(const QMap<QString, QStringList> &products);
     Ending addResources(const RecordList &rows, bool cover);
     Ending alterResource(const VariantRecord &row);
-    Ending deleteResources(const RecordList &rows);
     Ending allocatePublic(const RecordList &rows);
     Ending allocateToTraders(const RecordList &rows);
     Ending addPools(const RecordList &rows, bool cover);
     Ending deletePools(const QStringList &ids);
-    Ending allocate(const RecordList &rows, bool toTheirOwn);
+    QString accountFault(const VariantRecord &row) const;
+    QString multipleFault(const VariantRecord &row, const QString &field, const QString &what) const;
 
     bool serverAdds(const QString &account, const RecordList &rows, bool cover);
     bool serverAlters(const VariantRecord &row);
     bool serverDeletes(const RecordList &rows);
-    bool serverAllocates(const QString &id, const RecordList &rows, bool toTheirOwn);
+    bool serverAllocates(const QString &id, const RecordList &rows, bool isPrivate);
     bool serverAddsPools(const QString &account, const RecordList &rows, bool cover);
     bool serverDeletesPools(const QStringList &ids);
 
-    QString accountFault(const VariantRecord &row) const;
+    Instrument securityOf(const VariantRecord &row) const; ///< without a symbol when there is none
+    bool mayHold(const QString &account, const Instrument &security) const;
+    bool mayTrade(const QString &trader, const QString &account) const;
     Resource *resourceOf(const QString &id);
     Resource shownResource(const QString &id) const; ///< as the client knows it
-    Resource &resourceAt(const QString &account, const VariantRecord &row);
+    Resource &resourceAt(const QString &account, const Instrument &security);
 
-    QMap<QString, Resource> m_resources; ///< by account and security
-    QSet<QString> m_enabled{"A1", "A2", "A3"};
+    const Books &m_books;
+    QMap<QString, Resource> m_resources; ///< by account and symbol
+    QSet<QString> m_enabled;
     QSet<QString> m_usedIds;
-    Fate m_fate = Fate::Answered;
+    Fate *m_fate = nullptr; ///< of the next request
 };

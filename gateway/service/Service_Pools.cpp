@@ -7,8 +7,6 @@
 #include "MasterValues.h"
 #include "OrvaneFields.h"
 
-#include <algorithm>
-
 namespace {
 
 namespace T0_ = Master_Fields::ManualT0;
@@ -99,13 +97,12 @@ MessageBody Service::replacePools(const QVector<StoredPool> &before, const QVect
 MessageBody Service::alterPools(const Request &request)
 {
     QVector<StoredPool> wanted;
+    QSet<QString> seen;
     QMap<Holding, qint64> totals;
-    const auto isWanted = [&wanted](const QString &id) {
-        return std::any_of(wanted.cbegin(), wanted.cend(), [&id](const StoredPool &pool) { return pool.id == id; });
-    };
     QString refusal = readSomeRows(request.rows, [&](ChangeRow &row) {
         StoredPool pool = poolOf(row);
-        row.require(!isWanted(pool.id), GatewayTexts::repeatedId(pool.id));
+        row.require(!seen.contains(pool.id), GatewayTexts::repeatedId(pool.id));
+        seen.insert(pool.id);
         const qint64 factor = factorOf(pool.holding);
         const qint64 before = pool.quantity;
         if (row.has(T0_::PoolTotalQty))
@@ -145,12 +142,13 @@ MessageBody Service::deletePools(const Request &request)
     return Answers::success();
 }
 
-/// Part of a request that adds resources together with their pools.
+/// What a request that adds resources together with their pools asks for.
 struct Service::Addition {
     bool cover = false;
     QString account;
     QMap<Holding, StoredResource> resources; ///< as they shall be
     QMap<Holding, int> rows;                 ///< the first data row of each, from 0
+    QSet<QPair<Holding, QString>> traders;   ///< of each
     QVector<StoredPool> pools;               ///< as they shall be, in the order of the rows
 };
 
@@ -162,7 +160,8 @@ void Service::readAddition(ChangeRow &row, Addition &addition)
     }
     const Holding holding = holdingOf(row, addition.account);
     const QString trader = traderOf(row, addition.account);
-    checkRepeated(row, trader, !poolOfTrader(addition.pools, holding, trader).trader.isEmpty());
+    checkRepeated(row, trader, addition.traders.contains({holding, trader}));
+    addition.traders.insert({holding, trader});
     const qint64 given = row.quantity(T0_::PoolTotalQty, factorOf(holding), 1);
 
     if (!addition.resources.contains(holding)) {
@@ -187,7 +186,7 @@ QVector<StoredPool> Service::poolsLeftOut(const Addition &addition)
     for (auto holding = addition.resources.keyBegin(); holding != addition.resources.keyEnd(); ++holding) {
         const QVector<StoredPool> pools = addition.cover ? m_store->poolsOf(*holding) : QVector<StoredPool>();
         for (const StoredPool &pool : pools)
-            if (poolOfTrader(addition.pools, *holding, pool.trader).trader.isEmpty())
+            if (!addition.traders.contains({*holding, pool.trader}))
                 found.append(pool);
     }
     return found;

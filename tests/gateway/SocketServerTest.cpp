@@ -221,6 +221,11 @@ void SocketServerTest::theProgramsExitCodes()
                                      {"--chek", books},
                                      {"--check", books, "more"},
                                      {"--serve", m_name},
+                                     {"--serve", "", "--books", books},
+                                     {"--serve", m_name, "--books", books, "--state", ""},
+                                     {"--check", books, "--scale", "2"},
+                                     {"--audit"},
+                                     {"--audit", "--state", books, "--books", books},
                                      {"--init-sample", books, "--scale", "0"}}) {
         QCOMPARE(exitCodeOf(wrong, &output), 2);
         QVERIFY2(output.contains("--init-sample"), output.constData());

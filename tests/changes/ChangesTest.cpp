@@ -283,7 +283,7 @@ void ChangesTest::clientServerAndModelAgree()
     Model model(theBooks);
     RandomChanges random(theBooks, withFaults ? 2 : 1);
     Tally tally;
-    for (int step = 0; step < (isGiven ? given : 2000); ++step) {
+    for (int step = 0; step < (isGiven ? given : 1500); ++step) {
         const Change change = random.next(model);
         const Fate fate =
             withFaults && random.oneIn(4) ? (random.oneIn(2) ? Fate::NeverArrives : Fate::AnswerLost) : Fate::Answered;

@@ -49,6 +49,10 @@ inline QString notAllowed(const QString &user)
 {
     return QStringLiteral("没有权限查看用户%1的数据").arg(user);
 }
+inline QString onlyManagers()
+{
+    return QStringLiteral("只有管理员可以查看全部数据");
+}
 inline QString unknownSymbol(const QString &symbol)
 {
     return QStringLiteral("证券不存在：%1").arg(symbol);

@@ -39,6 +39,7 @@ const QHash<QString, Service::Route> &Service::routes()
         {Stand_MsgType::QueryQuotesRequest, {&Service::queryQuotes, Kind::Query}},
         {Stand_MsgType::SetQuoteRequest, {&Service::setQuote, Kind::Control}},
         {Stand_MsgType::PushUsageRequest, {&Service::pushUsage, Kind::Control}},
+        {Stand_MsgType::PictureRequest, {&Service::picture, Kind::Query}},
         {Master_MsgType::QueryManualT0ProductsRequest, {&Service::queryProducts, Kind::Query}},
         {Master_MsgType::QueryUserIdByUserRoleRequest, {&Service::queryUsersByRole, Kind::Query}},
         {Master_MsgType::QueryManualT0ResourceRequest, {&Service::queryResources, Kind::Query}},

@@ -148,6 +148,14 @@ private:
     /// different. To be called inside a transaction.
     bool refreshUsage(const QVector<StoredUsage> &records, const QVector<StoredPool> &pools);
 
+    // Service_Picture.cpp
+    MessageBody picture(const Request &request);
+    QVariantList pictureOfProducts() const;
+    QVariantList pictureOfResources(const QString &account);
+    QVariantList pictureOfPools(const QString &account);
+    QVariantList pictureOfUsage();
+    VariantRecord securityRow(const Holding &holding) const;
+
     struct Push {
         Envelope envelope;
         QString trader;                      ///< empty: a quote

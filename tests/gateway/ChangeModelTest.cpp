@@ -187,8 +187,9 @@ void allocate(Step &step, Dice &dice)
     const QMap<QString, Thing> before = step.after.things.value(holding);
     QMap<QString, Thing> &things = step.after.things[holding];
     const bool isPublic = dice.once(3);
-    step.header = {
-        {addType, Master_Values::AddType::Cover}, {T0_::ResourceId, before.value("").id}, {T0_::PoolType, isPublic ? 0 : 1}};
+    step.header = {{addType, Master_Values::AddType::Cover},
+                   {T0_::ResourceId, before.value("").id},
+                   {T0_::PoolType, isPublic ? 0 : 1}};
     step.good = before.contains("");
     for (const QString &trader : before.keys())
         if (!trader.isEmpty() && (trader == "public") == isPublic)

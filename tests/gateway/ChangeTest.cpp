@@ -309,6 +309,7 @@ void ChangeTest::aRequestIsExecutedOnce()
     late.validUntil = QDateTime::currentMSecsSinceEpoch() - 1;
     const Envelope refused = appendOf(-1);
     MessageBody answer;
+    RecordList left;
     {
         const auto gateway = openGateway(books(), m_file);
         TestClient client(gateway, "m");
@@ -324,9 +325,11 @@ void ChangeTest::aRequestIsExecutedOnce()
         TestClient other(gateway, "m2");
         QVERIFY(succeeded(other.send(append)));
         QCOMPARE(appended(client), 20);
+        left = pictureOf(client);
     }
     {
         TestClient client(openGateway(books(), m_file), "m");
+        QCOMPARE(pictureOf(client), left);
         append.validUntil = 0;
         QVERIFY(client.send(append).rows == answer.rows);
         // Nothing has happened before, so it is still late, not done.

@@ -7,6 +7,8 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QVariant>
 
+#include <sys/file.h>
+
 namespace {
 
 constexpr int schemaVersion = 3;
@@ -88,14 +90,15 @@ bool Store::lock(const QString &file)
     // One file under two names is still one file.
     const QFileInfo info(file);
     const QString path = info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
-    d->lock = std::make_unique<QLockFile>(path + QStringLiteral(".lock"));
-    // What a dead gateway left behind is no lock; how long a living one runs does not matter.
-    d->lock->setStaleLockTime(0);
-    // A gateway that was killed a moment ago may still be known to the system.
-    if (d->lock->tryLock(500))
+    d->lock.setFileName(path + QStringLiteral(".lock"));
+    if (!d->lock.open(QIODevice::ReadWrite)) {
+        d->error = QStringLiteral("its lock file cannot be made");
+        return false;
+    }
+    // The system takes the lock back with the process, however that ends.
+    if (::flock(d->lock.handle(), LOCK_EX | LOCK_NB) == 0)
         return true;
-    const bool held = d->lock->error() == QLockFile::LockFailedError;
-    d->error = held ? QStringLiteral("another gateway uses it") : QStringLiteral("its lock file cannot be made");
+    d->error = QStringLiteral("another gateway uses it");
     return false;
 }
 

@@ -2,7 +2,7 @@
 
 #include "Store.h"
 
-#include <QtCore/QLockFile>
+#include <QtCore/QFile>
 #include <QtCore/QVariant>
 #include <QtSql/QSqlDatabase>
 #include <QtSql/QSqlError>
@@ -54,7 +54,7 @@ public:
         return rows<Row>(sql, values, read).value(0);
     }
 
-    std::unique_ptr<QLockFile> lock; ///< the last to go: until then the file is this gateway's
+    QFile lock; ///< the last to go: until then the file is this gateway's
     const QString connection;
     QSqlDatabase database;
     QHash<QString, QSqlQuery> prepared;

@@ -32,12 +32,12 @@ qint64 whole(const QVariant &value)
     return qint64(value.toDouble());
 }
 
-/// As the server reads what the client sends: where both count alike that is what the caller wrote, also a text.
+/// As the server reads what the client sends, which is what the caller wrote unless it is a whole number.
 bool readQuantity(const QVariant &value, qint64 factor, qint64 least, qint64 &quantity)
 {
     const bool isWholeNumber = value.type() != QVariant::String && std::floor(value.toDouble()) == value.toDouble();
     quantity = whole(value) / factor * factor;
-    return (factor > 1 || isWholeNumber) && quantity >= least && quantity <= mostQuantity;
+    return isWholeNumber && quantity >= least && quantity <= mostQuantity;
 }
 
 Ending refusedInRow(int index, const RecordList &rows, const QString &fault)

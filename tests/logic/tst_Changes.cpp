@@ -219,18 +219,19 @@ void ChangesTest::sends_data()
     const VariantRecord bond = wanted("r2 A2 110001 SH public", 50);
     VariantRecord withLimit = wanted("- A1 600000 SH t2", -30);
     withLimit.insert(MaxExposureQty, 9);
-    newRow("resources by account, at factor 1 as they were written, without those of nothing", "add",
-           {stock("A2", "110001 SH", "120.0"), stock("A1", "600000 SH", "100.0"), stock("A1", "600000 SH", 0),
-            stock("A1", "110001 SH", 5e9)},
+    newRow("resources by account, in server units where they are whole numbers, without those of nothing", "add",
+           {stock("A2", "110001 SH", "120.0"), stock("A2", "110001 SH", 120.0), stock("A1", "600000 SH", "100.0"),
+            stock("A1", "600000 SH", 0), stock("A1", "110001 SH", 5e9)},
            {"AddManualT0ResourceRequest addType=Append loginUserId=u1 subGroupNumber=2",
             "  ResourceId= ResourceQty=100.0 securityExchange=SH securityID=600000 tradingAccount=A1",
             "  ResourceId= ResourceQty=500000000 securityExchange=SH securityID=110001 tradingAccount=A1",
-            "AddManualT0ResourceRequest addType=Append loginUserId=u1 subGroupNumber=1",
+            "AddManualT0ResourceRequest addType=Append loginUserId=u1 subGroupNumber=2",
+            "  ResourceId= ResourceQty=120.0 securityExchange=SH securityID=110001 tradingAccount=A2",
             "  ResourceId= ResourceQty=12 securityExchange=SH securityID=110001 tradingAccount=A2"});
     newRow("resources that are covered", "cover", {resource("r1", "A1", "600000 SH", 7)},
            {"AddManualT0ResourceRequest addType=Cover loginUserId=u1 subGroupNumber=1",
             "  ResourceId=r1 ResourceQty=7 securityExchange=SH securityID=600000 tradingAccount=A1"});
-    newRow("an alteration holds what the caller wrote", "alter", {byId("r2", "150.0")},
+    newRow("an alteration holds what the caller wrote", "alter", {byId("r2", 150)},
            {"AlterManualT0ResourceRequest loginUserId=u1 subGroupNumber=1", "  ResourceId=r2 ResourceQty=15"});
     newRow("deletions hold ids only", "delete", {resource("r1", "A1", "600000 SH", 100), byId("r2")},
            {"DeleteManualT0ResourceRequest loginUserId=u1 subGroupNumber=2", "  ResourceId=r1", "  ResourceId=r2"});

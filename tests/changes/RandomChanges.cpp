@@ -58,10 +58,10 @@ RecordList RandomChanges::rowsOf(const Model &model, Change::Operation operation
         }
     }
     RecordList rows;
-    // Several traders of one resource, else every row would replace the pools of another.
+    const QStringList traders = QStringList{"t1", "t2", "t3", "public"}.mid(0, isAllocation ? 3 : 4);
+    // What one resource gives to several traders is one request.
     for (int left = operation == Change::AllocateToTraders ? 1 + below(2) : 1; left > 0; --left) {
-        row.insert(T0TraderId, any(QStringList{"public", "t1", "t2", "t3"}, 40,
-                                   QStringList{"", "x", "m", "nobody", "a_b", "t1,t2"}));
+        row.insert(T0TraderId, any(traders, 40, QStringList{"", "public", "x", "m", "nobody", "a_b", "t1,t2"}));
         row.insert(isAllocation || operation == Change::AddPools ? PoolTotalQty : ResourceQty,
                    any(QVariantList{100 * (1 + below(isAllocation ? 4 : 15))}, 12,
                        QVariantList{-100, 0, 105, 0.5, 250.0, QStringLiteral("200"), qint64(3'000'000'000)}));

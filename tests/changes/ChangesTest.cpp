@@ -156,6 +156,8 @@ public:
         config.user = QStringLiteral("m");
         config.requestTimeoutMs = 60000;
         session = HostSession::open(std::move(config), errorText);
+        if (!session)
+            qFatal("%s", qPrintable(errorText));
         hub = std::make_unique<ManualT0LogicPrivate>(nullptr, HubTiming{600000, 600000, 600000});
         presenter = new ManualT0LogicPresenterClass(ManualT0LogicPlugin::instanceId(), nullptr);
         ManualT0LogicPlugin::connectHub(hub.get(), presenter, Qt::AutoConnection);

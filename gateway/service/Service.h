@@ -90,6 +90,7 @@ private:
     MessageBody deletePools(const Request &request);
     MessageBody addResourcesAndPools(const Request &request);
     struct Addition;
+    StoredPool allocationOf(ChangeRow &row, const StoredResource &resource);
     MessageBody replacePools(const QVector<StoredPool> &before, const QVector<StoredPool> &wanted);
     void readAddition(ChangeRow &row, Addition &addition);
     QVector<StoredPool> poolsLeftOut(const Addition &addition);

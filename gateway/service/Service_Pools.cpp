@@ -63,23 +63,32 @@ MessageBody Service::allocatePools(const Request &request)
     }
     QVector<StoredPool> wanted;
     const QString refusal = readSomeRows(request.rows, [&](ChangeRow &row) {
-        const QString trader = traderOf(row, resource.holding.account);
+        StoredPool pool = allocationOf(row, resource);
         row.require(row.poolType() == type, GatewayTexts::otherPoolType());
-        checkRepeated(row, trader, !poolOfTrader(wanted, resource.holding, trader).trader.isEmpty());
-        const QString security = row.id(Orvane_Fields::Security::securityID);
-        const QString exchange = row.id(Orvane_Fields::UserAccount::securityExchange);
-        row.require(Holding{resource.holding.account, security, exchange} == resource.holding,
-                    GatewayTexts::otherSecurity(security, exchange));
-        StoredPool pool = poolOfTrader(replaced, resource.holding, trader);
-        pool.resourceId = resource.id;
-        pool.trader = trader;
-        pool.holding = resource.holding;
-        pool.quantity = row.quantity(T0_::PoolTotalQty, factorOf(resource.holding));
+        checkRepeated(row, pool.trader, !poolOfTrader(wanted, pool.holding, pool.trader).trader.isEmpty());
         total += pool.quantity;
         row.require(total <= resource.quantity, GatewayTexts::overAllocated(total, resource.quantity));
+        const StoredPool known = poolOfTrader(replaced, pool.holding, pool.trader);
+        pool.id = known.id;
+        pool.maxExposure = known.maxExposure;
+        pool.maxPendExposure = known.maxPendExposure;
         wanted.append(pool);
     });
     return refusal.isEmpty() ? replacePools(replaced, wanted) : Answers::refused(refusal);
+}
+
+StoredPool Service::allocationOf(ChangeRow &row, const StoredResource &resource)
+{
+    StoredPool pool;
+    pool.resourceId = resource.id;
+    pool.holding = resource.holding;
+    pool.trader = traderOf(row, resource.holding.account);
+    const QString security = row.id(Orvane_Fields::Security::securityID);
+    const QString exchange = row.id(Orvane_Fields::UserAccount::securityExchange);
+    row.require(Holding{resource.holding.account, security, exchange} == resource.holding,
+                GatewayTexts::otherSecurity(security, exchange));
+    pool.quantity = row.quantity(T0_::PoolTotalQty, factorOf(resource.holding));
+    return pool;
 }
 
 MessageBody Service::replacePools(const QVector<StoredPool> &before, const QVector<StoredPool> &wanted)

@@ -87,17 +87,19 @@ Ending Model::expect(const Change &change, Fate &fate)
     Sent sent = Sent::Done;
     switch (change.operation) {
     case Change::AddResources:
-        return addResources(change.rows, change.cover);
+    case Change::AddPools:
+        return add(change);
     case Change::AlterResource:
         return alterResource(change.rows.first());
     case Change::AllocatePublic:
-        return allocatePublic(change.rows);
     case Change::AllocateToTraders:
-        return allocateToTraders(change.rows);
-    case Change::AddPools:
-        return addPools(change.rows, change.cover);
+        return allocate(change.rows, change.operation == Change::AllocateToTraders);
     case Change::DeletePools:
-        return deletePools(change.ids);
+        for (const QString &id : change.ids)
+            if (!showsPool(id))
+                return {fail, QStringLiteral("券池不存在，请刷新界面重试")};
+        sent = send([&] { return serverDeletesPools(change.ids); });
+        break;
     case Change::DeleteResources:
         sent = send([&] { return serverDeletes(change.rows); });
         break;
@@ -120,70 +122,71 @@ template <typename Apply> Model::Sent Model::send(Apply apply)
     return fate == Fate::AnswerLost ? Sent::Unanswered : isDone ? Sent::Done : Sent::Refused;
 }
 
-template <typename Apply> int Model::failedOf(const QMap<QString, RecordList> &groups, Apply apply)
+template <typename Apply> Ending Model::sendGroups(const RecordList &rows, const QString &field, Apply apply)
 {
     int failed = 0;
+    const QMap<QString, RecordList> groups = groupedBy(rows, field);
     for (auto group = groups.cbegin(); group != groups.cend(); ++group)
         failed += send([&] { return apply(group.key(), *group); }) != Sent::Done;
-    return failed;
+    return endingOf(failed, groups.size());
 }
 
 // ---- The client: its checks, and what it sends
 
-QString Model::accountFault(const VariantRecord &row) const
+QString Model::addingFault(const VariantRecord &row, bool withPool) const
 {
     const QString account = text(row, tradingAccount);
     const Account *known = m_books.account(account);
+    const User *trader = m_books.user(text(row, T0TraderId));
     if (account.isEmpty())
         return QStringLiteral("账号数据为空");
     if (!known)
         return QStringLiteral("账号数据不合法");
     if (!m_enabled.contains(account))
         return QStringLiteral("账号%1未选为T0产品").arg(known->accountText);
-    return securityOf(row).symbol.isEmpty() ? QStringLiteral("证券代码不存在") : QString();
+    if (securityOf(row).symbol.isEmpty())
+        return QStringLiteral("证券代码不存在");
+    if (withPool && isPrivate(text(row, T0TraderId)) && !(trader && trader->isTrader()))
+        return QStringLiteral("交易员ID不存在");
+    return multipleFault(row, withPool ? PoolTotalQty : ResourceQty);
 }
 
-QString Model::multipleFault(const VariantRecord &row, const QString &field, const QString &what) const
+QString Model::multipleFault(const VariantRecord &row, const QString &field) const
 {
     const Instrument security = securityOf(row);
     if (whole(row.value(field)) % security.dispFactor == 0)
         return {};
+    const QString what = field == ResourceQty ? QStringLiteral("资源数量") : QStringLiteral("券池数量");
     return QStringLiteral("标的%1的%2必须是10的整数倍，请重新填写！").arg(security.symbol, what);
 }
 
-void Model::alterProducts(const QMap<QString, QStringList> &products)
+Ending Model::add(const Change &change)
 {
-    m_enabled.clear();
-    for (const Account &account : m_books.accounts)
-        if (products.value(account.productAccount).contains(account.assetProp))
-            m_enabled.insert(account.tradingAccount);
-}
-
-Ending Model::addResources(const RecordList &rows, bool cover)
-{
-    const Ending refused = firstFault(rows, [this](const VariantRecord &row) {
-        const QString fault = accountFault(row);
-        return fault.isEmpty() ? multipleFault(row, ResourceQty, QStringLiteral("资源数量")) : fault;
-    });
+    const bool withPools = change.operation == Change::AddPools;
+    const Ending refused =
+        firstFault(change.rows, [&](const VariantRecord &row) { return addingFault(row, withPools); });
     if (!refused.code.isEmpty())
         return refused;
     RecordList sent;
-    for (const VariantRecord &row : rows)
-        if (row.value(ResourceQty).toDouble() > 0)
+    for (const VariantRecord &row : change.rows)
+        if (withPools || row.value(ResourceQty).toDouble() > 0)
             sent.append(row);
     if (sent.isEmpty())
-        return {fail, QStringLiteral("没有可添加的资源数据")};
-    const auto groups = groupedBy(sent, tradingAccount);
-    return endingOf(failedOf(groups, [&](auto &account, auto &group) { return serverAdds(account, group, cover); }),
-                    groups.size());
+        return {fail, withPools ? QStringLiteral("没有检查到券池信息") : QStringLiteral("没有可添加的资源数据")};
+    Ending ending = sendGroups(sent, tradingAccount, [&](const QString &account, const RecordList &group) {
+        return serverAdds(account, group, change.cover, withPools);
+    });
+    if (withPools && ending.serverSpoke)
+        ending.text = QStringLiteral("添加券池时错误：");
+    return ending;
 }
 
 Ending Model::alterResource(const VariantRecord &row)
 {
-    const Resource held = shownResource(text(row, ResourceId));
-    const qint64 wanted = whole(row.value(ResourceQty));
     if (text(row, ResourceId).isEmpty())
         return {fail, QStringLiteral("修改资源数量必须传入资源ID")};
+    const Resource held = shownResource(text(row, ResourceId));
+    const qint64 wanted = whole(row.value(ResourceQty));
     if (held.id.isEmpty())
         return {fail, QStringLiteral("未找到对应资源")};
     if (held.allocated() > wanted)
@@ -195,91 +198,72 @@ Ending Model::alterResource(const VariantRecord &row)
     return endingOf(send([&] { return serverAlters(row); }) != Sent::Done, 1);
 }
 
-Ending Model::allocatePublic(const RecordList &rows)
+Ending Model::allocate(const RecordList &rows, bool toTraders)
 {
-    const Ending refused = firstFault(rows, [this](const VariantRecord &row) {
+    const Ending refused = firstFault(rows, [&](const VariantRecord &row) {
         const Resource held = shownResource(text(row, ResourceId));
-        if (held.quantity < whole(row.value(PoolTotalQty)) + held.allocated(true))
+        if (!toTraders && held.quantity < whole(row.value(PoolTotalQty)) + held.allocated(true))
             return QStringLiteral("资源存在超配，请重新配置！");
-        return multipleFault(row, PoolTotalQty, QStringLiteral("券池数量"));
+        return multipleFault(row, PoolTotalQty);
     });
     if (!refused.code.isEmpty())
         return refused;
-    const auto groups = groupedBy(rows, ResourceId);
-    return endingOf(failedOf(groups, [this](auto &id, auto &group) { return serverAllocates(id, group, false); }),
-                    groups.size());
-}
-
-Ending Model::allocateToTraders(const RecordList &rows)
-{
-    const Ending refused = firstFault(rows, [this](const VariantRecord &row) {
-        return multipleFault(row, PoolTotalQty, QStringLiteral("券池数量"));
-    });
-    if (!refused.code.isEmpty())
-        return refused;
-    const auto groups = groupedBy(rows, ResourceId);
-    for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
-        const Resource held = shownResource(group.key());
-        qint64 wanted = held.allocated(false);
-        for (const VariantRecord &row : *group)
-            wanted += whole(row.value(PoolTotalQty));
-        if (held.quantity < wanted)
+    QMap<QString, qint64> wanted;
+    for (const VariantRecord &row : rows)
+        wanted[text(row, ResourceId)] += whole(row.value(PoolTotalQty));
+    for (auto resource = wanted.cbegin(); toTraders && resource != wanted.cend(); ++resource) {
+        const Resource held = shownResource(resource.key());
+        const Account *account = m_books.account(held.account);
+        if (held.quantity < *resource + held.allocated(false))
             return {fail, QStringLiteral("账号%1标的%2下的资源存在超配，请重新配置！")
-                              .arg(held.id.isEmpty() ? QString() : m_books.account(held.account)->accountText,
-                                   held.security.symbol)};
+                              .arg(account ? account->accountText : QString(), held.security.symbol)};
     }
-    return endingOf(failedOf(groups, [this](auto &id, auto &group) { return serverAllocates(id, group, true); }),
-                    groups.size());
-}
-
-Ending Model::addPools(const RecordList &rows, bool cover)
-{
-    if (rows.isEmpty())
-        return {fail, QStringLiteral("没有检查到券池信息")};
-    const Ending refused = firstFault(rows, [this](const VariantRecord &row) {
-        const QString fault = accountFault(row);
-        const User *user = m_books.user(text(row, T0TraderId));
-        if (fault.isEmpty() && isPrivate(text(row, T0TraderId)) && !(user && user->isTrader()))
-            return QStringLiteral("交易员ID不存在");
-        return fault.isEmpty() ? multipleFault(row, PoolTotalQty, QStringLiteral("券池数量")) : fault;
+    return sendGroups(rows, ResourceId, [&](const QString &id, const RecordList &group) {
+        return serverAllocates(id, group, toTraders);
     });
-    if (!refused.code.isEmpty())
-        return refused;
-    const auto groups = groupedBy(rows, tradingAccount);
-    return endingOf(
-        failedOf(groups, [&](auto &account, auto &group) { return serverAddsPools(account, group, cover); }),
-        groups.size(), QStringLiteral("添加券池时错误："));
-}
-
-Ending Model::deletePools(const QStringList &ids)
-{
-    QSet<QString> shown;
-    for (const VariantRecord &pool : poolRows())
-        shown.insert(text(pool, PoolDetailId));
-    for (const QString &id : ids)
-        if (!shown.contains(id))
-            return {fail, QStringLiteral("券池不存在，请刷新界面重试")};
-    const Sent sent = send([&] { return serverDeletesPools(ids); });
-    return sent == Sent::Unanswered ? Ending{Master_Values::RequestExeStatus::timeout, {}, true}
-                                    : endingOf(sent != Sent::Done, 1);
 }
 
 // ---- The server; false: it refuses
 
-bool Model::serverAdds(const QString &account, const RecordList &rows, bool cover)
+void Model::alterProducts(const QMap<QString, QStringList> &products)
 {
-    QSet<QString> seen;
+    m_enabled.clear();
+    for (const Account &account : m_books.accounts)
+        if (products.value(account.productAccount).contains(account.assetProp))
+            m_enabled.insert(account.tradingAccount);
+}
+
+bool Model::serverAdds(const QString &account, const RecordList &rows, bool cover, bool withPools)
+{
+    QMap<QString, QSet<QString>> named; // traders by symbol
     for (const VariantRecord &row : rows) {
         const Instrument security = securityOf(row);
+        const QString trader = withPools ? text(row, T0TraderId) : QString();
         qint64 given = 0;
-        if (!mayHold(account, security) || seen.contains(security.symbol) ||
-            !readQuantity(row.value(ResourceQty), security.dispFactor, 1, given))
+        if (!mayHold(account, security) || named[security.symbol].contains(trader) ||
+            (withPools && !mayTrade(trader, account)) ||
+            !readQuantity(row.value(withPools ? PoolTotalQty : ResourceQty), security.dispFactor, 1, given))
             return false;
-        seen.insert(security.symbol);
-        Resource &resource = resourceAt(account, security);
-        resource.quantity = cover ? given : resource.quantity + given;
-        if (resource.quantity > mostQuantity || resource.quantity < resource.allocated())
+        Resource &resource = m_resources[account + security.symbol];
+        const bool isReplaced = cover && named.value(security.symbol).isEmpty();
+        resource.account = account;
+        resource.security = security;
+        resource.quantity = isReplaced ? given : resource.quantity + given;
+        named[security.symbol].insert(trader);
+        if (withPools) {
+            Pool &pool = resource.pools[trader];
+            pool.quantity = cover ? given : pool.quantity + given;
+            if (row.contains(MaxExposureQty))
+                pool.maxExposure = qMax<qint64>(-1, whole(row.value(MaxExposureQty)) * security.dispFactor);
+        }
+        if (resource.quantity > mostQuantity || (!withPools && resource.quantity < resource.allocated()))
             return false;
+    }
+    for (auto traders = named.cbegin(); cover && withPools && traders != named.cend(); ++traders) {
+        QMap<QString, Pool> &pools = m_resources[account + traders.key()].pools;
+        for (const QString &trader : pools.keys())
+            if (!traders->contains(trader))
+                pools.remove(trader);
     }
     return true;
 }
@@ -326,35 +310,6 @@ bool Model::serverAllocates(const QString &id, const RecordList &rows, bool toTr
     return resource->allocated() <= resource->quantity;
 }
 
-bool Model::serverAddsPools(const QString &account, const RecordList &rows, bool cover)
-{
-    QMap<QString, QSet<QString>> named; // by symbol
-    for (const VariantRecord &row : rows) {
-        const QString trader = text(row, T0TraderId);
-        const Instrument security = securityOf(row);
-        qint64 given = 0;
-        if (!mayHold(account, security) || !mayTrade(trader, account) || named[security.symbol].contains(trader) ||
-            !readQuantity(row.value(PoolTotalQty), security.dispFactor, 1, given))
-            return false;
-        Resource &resource = resourceAt(account, security);
-        if (cover && named.value(security.symbol).isEmpty())
-            resource.quantity = 0;
-        named[security.symbol].insert(trader);
-        resource.quantity += given;
-        Pool &pool = resource.pools[trader];
-        pool.quantity = cover ? given : pool.quantity + given;
-        if (row.contains(MaxExposureQty))
-            pool.maxExposure = qMax<qint64>(-1, whole(row.value(MaxExposureQty)) * security.dispFactor);
-        if (resource.quantity > mostQuantity)
-            return false;
-    }
-    for (auto traders = named.cbegin(); cover && traders != named.cend(); ++traders)
-        for (const QString &trader : m_resources[account + traders.key()].pools.keys())
-            if (!traders->contains(trader))
-                m_resources[account + traders.key()].pools.remove(trader);
-    return true;
-}
-
 bool Model::serverDeletesPools(const QStringList &ids)
 {
     for (Resource &resource : m_resources)
@@ -399,25 +354,19 @@ Model::Resource *Model::resourceOf(const QString &id)
     return nullptr;
 }
 
-Model::Resource Model::shownResource(const QString &id) const
+Model::Resource Model::shownResource(const QString &id)
+{
+    const Resource *held = resourceOf(id);
+    return held && isEnabled(held->account) ? *held : Resource();
+}
+
+bool Model::showsPool(const QString &id) const
 {
     for (const Resource &resource : m_resources)
-        if (resource.id == id && m_enabled.contains(resource.account))
-            return resource;
-    return {};
-}
-
-Model::Resource &Model::resourceAt(const QString &account, const Instrument &security)
-{
-    Resource &resource = m_resources[account + security.symbol];
-    resource.account = account;
-    resource.security = security;
-    return resource;
-}
-
-QVector<Model::Resource> Model::resources() const
-{
-    return m_resources.values().toVector();
+        for (const Pool &pool : resource.pools)
+            if (pool.id == id && isEnabled(resource.account))
+                return true;
+    return false;
 }
 
 QString Model::learnIds(const RecordList &resources, const RecordList &pools)
@@ -439,33 +388,4 @@ QString Model::learnIds(const RecordList &resources, const RecordList &pools)
         if (at(row) != m_resources.end() && at(row)->pools.contains(text(row, T0TraderId)))
             learn(at(row)->pools[text(row, T0TraderId)].id, text(row, PoolDetailId));
     return fault;
-}
-
-RecordList Model::resourceRows() const
-{
-    RecordList rows;
-    for (const Resource &resource : m_resources)
-        if (m_enabled.contains(resource.account))
-            rows.append({{ResourceId, resource.id},
-                         {tradingAccount, resource.account},
-                         {symbol, resource.security.symbol},
-                         {ResourceQty, resource.quantity},
-                         {PublicPoolQty, resource.allocated(false)},
-                         {PrivatePoolQty, resource.allocated(true)}});
-    return rows;
-}
-
-RecordList Model::poolRows() const
-{
-    RecordList rows;
-    for (const Resource &resource : m_resources)
-        for (auto pool = resource.pools.cbegin(); pool != resource.pools.cend(); ++pool)
-            if (m_enabled.contains(resource.account))
-                rows.append({{PoolDetailId, pool->id},
-                             {tradingAccount, resource.account},
-                             {symbol, resource.security.symbol},
-                             {T0TraderId, pool.key()},
-                             {PoolTotalQty, pool->quantity},
-                             {MaxExposureQty, pool->maxExposure}});
-    return rows;
 }

@@ -53,7 +53,7 @@ public:
         qint64 quantity = 0;
         QMap<QString, Pool> pools; ///< by trader
 
-        qint64 allocated(bool isPrivate) const;
+        qint64 allocated(bool toTraders) const;
         qint64 allocated() const { return allocated(false) + allocated(true); }
     };
 
@@ -65,39 +65,33 @@ public:
     /// Reads the ids of what is new from what the server holds. A text when one was given before.
     QString learnIds(const RecordList &resources, const RecordList &pools);
 
-    RecordList resourceRows() const; ///< of enabled accounts, as the client shows them
-    RecordList poolRows() const;
-    QVector<Resource> resources() const; ///< of all accounts
+    QVector<Resource> resources() const { return m_resources.values().toVector(); }
     bool isEnabled(const QString &account) const { return m_enabled.contains(account); }
 
 private:
     enum class Sent { Done, Refused, Unanswered };
     template <typename Apply> Sent send(Apply apply);
-    template <typename Apply> int failedOf(const QMap<QString, RecordList> &groups, Apply apply);
+    template <typename Apply> Ending sendGroups(const RecordList &rows, const QString &field, Apply apply);
+
+    Ending add(const Change &change);
+    Ending alterResource(const VariantRecord &row);
+    Ending allocate(const RecordList &rows, bool toTraders);
+    QString addingFault(const VariantRecord &row, bool withPool) const;
+    QString multipleFault(const VariantRecord &row, const QString &field) const;
 
     void alterProducts(const QMap<QString, QStringList> &products);
-    Ending addResources(const RecordList &rows, bool cover);
-    Ending alterResource(const VariantRecord &row);
-    Ending allocatePublic(const RecordList &rows);
-    Ending allocateToTraders(const RecordList &rows);
-    Ending addPools(const RecordList &rows, bool cover);
-    Ending deletePools(const QStringList &ids);
-    QString accountFault(const VariantRecord &row) const;
-    QString multipleFault(const VariantRecord &row, const QString &field, const QString &what) const;
-
-    bool serverAdds(const QString &account, const RecordList &rows, bool cover);
+    bool serverAdds(const QString &account, const RecordList &rows, bool cover, bool withPools);
     bool serverAlters(const VariantRecord &row);
     bool serverDeletes(const RecordList &rows);
-    bool serverAllocates(const QString &id, const RecordList &rows, bool isPrivate);
-    bool serverAddsPools(const QString &account, const RecordList &rows, bool cover);
+    bool serverAllocates(const QString &id, const RecordList &rows, bool toTraders);
     bool serverDeletesPools(const QStringList &ids);
 
     Instrument securityOf(const VariantRecord &row) const; ///< without a symbol when there is none
     bool mayHold(const QString &account, const Instrument &security) const;
     bool mayTrade(const QString &trader, const QString &account) const;
     Resource *resourceOf(const QString &id);
-    Resource shownResource(const QString &id) const; ///< as the client knows it
-    Resource &resourceAt(const QString &account, const Instrument &security);
+    Resource shownResource(const QString &id); ///< as the client knows it
+    bool showsPool(const QString &id) const;
 
     const Books &m_books;
     QMap<QString, Resource> m_resources; ///< by account and symbol

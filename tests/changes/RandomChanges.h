@@ -11,20 +11,19 @@ public:
     RandomChanges(const Books &books, quint32 seed);
 
     Change next(const Model &model);
-    int below(int end);
     bool oneIn(int times) { return below(times) == 0; }
 
 private:
-    template <typename List> typename List::value_type anyOf(const List &list);
-    VariantRecord place(); ///< account and security, seldom an impossible one
-    QVariant quantity();   ///< mostly a good one
-    QString trader();
-    QString resourceId(const Model &model);
-    VariantRecord poolRow(const Model &model, const Model::Resource &resource);
-    RecordList poolRows(const Model &model);
-    QStringList poolIds(const Model &model);
+    int below(int end) { return int(m_random() % quint32(end)); }
+
+    /// Mostly any of the good ones, one in `rarely` times any of the odd.
+    template <typename List> typename List::value_type any(const List &good, int rarely, const List &odd);
+
+    VariantRecord place();                                              ///< account and security
+    RecordList rowsOf(const Model &model, Change::Operation operation); ///< one, or some of one resource
     QMap<QString, QStringList> products();
 
     const Books &m_books;
+    QStringList m_accounts;
     std::mt19937 m_random;
 };

@@ -271,13 +271,16 @@ void ProgramTest::strictStopsAtTheFirstBadCommand()
 
 void ProgramTest::loginOnlyBeforeTheLibraryAsks()
 {
-    const Run run = runConsole("login nobody\nquote 600001.SH 12\nlogin trader1\nlogin trader2\ninit\n"
-                               "wait inited 0,1,2,3,4,5\nlogin trader3\nGetAllT0TradingAccountListByCurUser\n");
+    const Run run =
+        runConsole("login nobody\nquote 600001.SH 12\nlogin trader1\nlogin trader2\ninit\n"
+                   "wait inited 0,1,2,3,4,5\nlogin trader3\nGetAllT0TradingAccountListByCurUser\ngateway picture\n");
     QCOMPARE(run.exitCode, 1);
     QCOMPARE(run.errors.count(QStringLiteral("<stdin>:1: nobody is not logged in")), 1);
     QCOMPARE(run.errors.count(QStringLiteral("<stdin>:7: login is possible only before init")), 1);
     QCOMPARE(resultOf(run, "GetAllT0TradingAccountListByCurUser"),
              (QJsonArray{"A000302", "A000201", "A000101"})); // trader2's, by priority
+    QVERIFY2(run.errors.endsWith(QStringLiteral("<stdin>:9: fail: 只有管理员可以查看全部数据\n")),
+             qPrintable(run.errors));
 }
 
 void ProgramTest::pushReachesTheSubscribedTrader()

@@ -92,6 +92,7 @@ QString ManualT0LogicPrivate::DeleteT0Resource(const RecordList &rows, QString &
         accounts.append(accountOf(row));
     }
     accounts.removeDuplicates();
+    accounts.removeAll(QString()); // of a resource that nobody knows
 
     const QString code = sendChange(Master_MsgType::DeleteManualT0ResourceRequest,
                                     {{Orvane_Fields::System::subGroupNumber, rows.size()}}, requested, errorText);

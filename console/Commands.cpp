@@ -122,6 +122,7 @@ const QVector<Commands::Own> &Commands::ownCommands()
         {"login", "login USER", 1, 1, &Commands::login},
         {"wait", "wait inited FAMILY,… [MS]", 2, 3, &Commands::wait},
         {"picture", "picture", 0, 0, &Commands::picture},
+        {"gateway", "gateway picture", 1, 1, &Commands::gateway},
         {"events", "events", 0, 0, &Commands::events},
         {"quote", "quote SYMBOL PRICE", 2, 2, &Commands::quote},
         {"push", "push {RECORD}", 1, 1, &Commands::push},
@@ -247,6 +248,19 @@ Outcome Commands::picture(const QVector<Argument> &)
     return Picture::take();
 }
 
+Outcome Commands::gateway(const QVector<Argument> &arguments)
+{
+    Reader reader(arguments);
+    const QString what = reader.get<QString>(0);
+    if (reader.errorText.isEmpty() && what != QLatin1String("picture"))
+        reader.errorText = QStringLiteral("argument 1: picture is expected, not %1").arg(what);
+    if (!reader.errorText.isEmpty())
+        return bad(reader.errorText);
+    VariantRecord held;
+    const Outcome asked = sendToServer(Stand_MsgType::PictureRequest, {}, held);
+    return asked.errorText.isEmpty() ? Picture::ofGateway(held) : asked;
+}
+
 Outcome Commands::events(const QVector<Argument> &)
 {
     QVariantList list;
@@ -262,14 +276,13 @@ Outcome Commands::events(const QVector<Argument> &)
     return outcome;
 }
 
-Outcome Commands::sendToServer(const QString &msgType, const VariantRecord &row)
+Outcome Commands::sendToServer(const QString &msgType, const VariantRecord &row, VariantRecord &answer)
 {
     QString errorText = m_host.openSession();
     if (!errorText.isEmpty())
         return bad(errorText);
-    VariantRecord values;
     RecordList rows;
-    const QString status = HostSession::current()->request(msgType, {}, {row}, errorText, values, rows);
+    const QString status = HostSession::current()->request(msgType, {}, {row}, errorText, answer, rows);
     return bad(status == Orvane_Values::RequestExeStatus::success ? QString()
                                                                   : QStringLiteral("%1: %2").arg(status, errorText));
 }
@@ -279,14 +292,18 @@ Outcome Commands::quote(const QVector<Argument> &arguments)
     Reader reader(arguments);
     const VariantRecord row{{Orvane_Fields::Security::symbol, reader.get<QString>(0)},
                             {Stand_Fields::Quote::lastPrice, reader.get<double>(1)}};
-    return reader.errorText.isEmpty() ? sendToServer(Stand_MsgType::SetQuoteRequest, row) : bad(reader.errorText);
+    VariantRecord answer;
+    return reader.errorText.isEmpty() ? sendToServer(Stand_MsgType::SetQuoteRequest, row, answer)
+                                      : bad(reader.errorText);
 }
 
 Outcome Commands::push(const QVector<Argument> &arguments)
 {
     Reader reader(arguments);
     const auto row = reader.get<VariantRecord>(0);
-    return reader.errorText.isEmpty() ? sendToServer(Stand_MsgType::PushUsageRequest, row) : bad(reader.errorText);
+    VariantRecord answer;
+    return reader.errorText.isEmpty() ? sendToServer(Stand_MsgType::PushUsageRequest, row, answer)
+                                      : bad(reader.errorText);
 }
 
 Outcome Commands::fault(const QVector<Argument> &arguments)
@@ -385,5 +402,6 @@ QStringList Commands::faultable()
             S::SubscribeRequest,
             S::QuotePush,
             S::SetQuoteRequest,
-            S::PushUsageRequest};
+            S::PushUsageRequest,
+            S::PictureRequest};
 }

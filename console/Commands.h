@@ -21,12 +21,14 @@ private:
     static const QVector<Own> &ownCommands();
 
     Outcome runOperation(const CommandLine &command);
-    Outcome sendToServer(const QString &msgType, const VariantRecord &row);
+    /// A request of the console itself; bad with the server's text.
+    Outcome sendToServer(const QString &msgType, const VariantRecord &row, VariantRecord &answer);
 
     Outcome init(const QVector<Argument> &arguments);
     Outcome login(const QVector<Argument> &arguments);
     Outcome wait(const QVector<Argument> &arguments);
     Outcome picture(const QVector<Argument> &arguments);
+    Outcome gateway(const QVector<Argument> &arguments);
     Outcome events(const QVector<Argument> &arguments);
     Outcome quote(const QVector<Argument> &arguments);
     Outcome push(const QVector<Argument> &arguments);

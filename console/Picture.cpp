@@ -4,6 +4,7 @@
 #include "MasterFields.h"
 #include "OrvaneFields.h"
 #include "RowOrder.h"
+#include "StandFields.h"
 #include "TextTable.h"
 
 #include <algorithm>
@@ -34,9 +35,9 @@ RecordList productRows()
     for (auto product = products.cbegin(); product != products.cend(); ++product)
         for (const QString &property : product.value())
             rows.append({{productAccount, product.key()},
-                         {QStringLiteral("productName"), names.value(product.key())},
-                         {QStringLiteral("assetProp"), property},
-                         {QStringLiteral("tradingAccounts"),
+                         {Stand_Fields::Account::productName, names.value(product.key())},
+                         {Stand_Fields::Account::assetProp, property},
+                         {Stand_Fields::Picture::tradingAccounts,
                           ManualT0Logic::GetTradingAccountListByProductAndAssetProp(product.key(), property)}});
     return rows;
 }
@@ -68,8 +69,8 @@ QVector<Family> families()
 {
     return {
         {"Products",
-         {productAccount, QStringLiteral("productName"), QStringLiteral("assetProp"),
-          QStringLiteral("tradingAccounts")},
+         {productAccount, Stand_Fields::Account::productName, Stand_Fields::Account::assetProp,
+          Stand_Fields::Picture::tradingAccounts},
          productRows,
          nullptr},
         {"Traders", {userID, userName}, traderRows, nullptr},
@@ -91,6 +92,68 @@ QVector<Family> families()
     };
 }
 
+/// A list of texts is one again behind the wire, which knows only lists.
+RecordList recordsOf(const QVariantList &list)
+{
+    RecordList rows;
+    for (const QVariant &item : list) {
+        VariantRecord row = item.toMap();
+        const auto accounts = row.find(Stand_Fields::Picture::tradingAccounts);
+        if (accounts != row.end())
+            *accounts = accounts->toStringList();
+        rows.append(row);
+    }
+    return rows;
+}
+
+/// Families as records and as tables.
+class Album
+{
+public:
+    /// state: empty where there is none.
+    void add(int number, const Family &family, const QString &state, RecordList rows)
+    {
+        if (family.order)
+            std::stable_sort(rows.begin(), rows.end(), family.order);
+        VariantRecord record{{QStringLiteral("family"), number},
+                             {QStringLiteral("name"), QString::fromLatin1(family.name)},
+                             {QStringLiteral("count"), rows.size()},
+                             {QStringLiteral("rows"), present(rows)}};
+        if (!state.isEmpty())
+            record.insert(QStringLiteral("state"), state);
+        m_records.append(record);
+        m_tables.append(table(number, family, state, rows));
+    }
+
+    Outcome outcome() const
+    {
+        Outcome outcome;
+        outcome.result = QVariantMap{{QStringLiteral("families"), m_records}};
+        outcome.text = m_tables.join(QStringLiteral("\n\n"));
+        return outcome;
+    }
+
+private:
+    static QString table(int number, const Family &family, const QString &state, const RecordList &rows)
+    {
+        const QString title =
+            QStringLiteral("%1 %2: %3%4")
+                .arg(QString::number(number), QString::fromLatin1(family.name),
+                     state.isEmpty() ? QString() : state + QStringLiteral(", "), TextTable::countOf(rows));
+        if (rows.isEmpty())
+            return title;
+        QStringList columns = family.columns;
+        if (state.isEmpty()) // of a gateway
+            columns.erase(std::remove_if(columns.begin(), columns.end(),
+                                         [&rows](const QString &field) { return !rows.first().contains(field); }),
+                          columns.end());
+        return title + QLatin1Char('\n') + TextTable::ofRows(rows, columns);
+    }
+
+    QVariantList m_records;
+    QStringList m_tables;
+};
+
 } // namespace
 
 QString Picture::familyName(int family)
@@ -100,29 +163,23 @@ QString Picture::familyName(int family)
 
 Outcome Picture::take()
 {
-    QVariantList records;
-    QStringList tables;
-    for (const Family &family : families()) {
-        const int number = records.size();
-        const QString name = QString::fromLatin1(family.name);
-        const QString state = present(ManualT0Logic::GetInitStateByType(number)).toString();
-        RecordList rows = family.rows();
-        if (family.order)
-            std::stable_sort(rows.begin(), rows.end(), family.order);
-        records.append(QVariantMap{{QStringLiteral("family"), number},
-                                   {QStringLiteral("name"), name},
-                                   {QStringLiteral("state"), state},
-                                   {QStringLiteral("count"), rows.size()},
-                                   {QStringLiteral("rows"), present(rows)}});
-        tables.append(
-            QStringLiteral("%1 %2: %3, %4").arg(QString::number(number), name, state, TextTable::countOf(rows)));
-        if (!rows.isEmpty())
-            tables.append(TextTable::ofRows(rows, family.columns));
-        tables.append(QString());
+    Album album;
+    const QVector<Family> all = families();
+    for (int number = 0; number < all.size(); ++number)
+        album.add(number, all.at(number), present(ManualT0Logic::GetInitStateByType(number)).toString(),
+                  all.at(number).rows());
+    return album.outcome();
+}
+
+Outcome Picture::ofGateway(const VariantRecord &values)
+{
+    Album album;
+    const QVector<Family> all = families();
+    for (int number = 0; number < all.size(); ++number) {
+        const QVariant held = values.value(familyName(number));
+        const RecordList rows = recordsOf(held.toList());
+        if (held.isValid())
+            album.add(number, all.at(number), QString(), rows);
     }
-    Outcome outcome;
-    outcome.result = QVariantMap{{QStringLiteral("families"), records}};
-    tables.removeLast();
-    outcome.text = tables.join(QLatin1Char('\n'));
-    return outcome;
+    return album.outcome();
 }

@@ -12,4 +12,7 @@ QString familyName(int family);
 /// result: a record with the list "families" (family, name, state, count, rows); text: the tables.
 Outcome take();
 
+/// The same of what a gateway holds, the values of its answer: only the families and columns it knows, no state.
+Outcome ofGateway(const VariantRecord &values);
+
 } // namespace Picture

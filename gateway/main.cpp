@@ -1,3 +1,4 @@
+#include "AuditReport.h"
 #include "Books.h"
 #include "BooksWriter.h"
 #include "SampleBooks.h"
@@ -119,6 +120,107 @@ int usage(const QCommandLineParser &parser, const QString &reason)
     return Usage;
 }
 
+/// What the program does, and what may be said about it.
+struct Mode {
+    QString name;
+    QStringList needed;
+    QStringList allowed;
+};
+
+QVector<Mode> modes()
+{
+    const auto books = QStringLiteral("books");
+    const auto state = QStringLiteral("state");
+    return {
+        {QStringLiteral("init-sample"), {}, {QStringLiteral("scale")}},
+        {QStringLiteral("check"), {}, {}},
+        {QStringLiteral("serve"), {books}, {state}},
+        {QStringLiteral("audit"), {state}, {QStringLiteral("since"), QStringLiteral("user"), QStringLiteral("json")}}};
+}
+
+QList<QCommandLineOption> options()
+{
+    const auto option = [](const char *name, const QString &text, const char *value, const char *otherwise = "") {
+        return QCommandLineOption(QString::fromLatin1(name), text, QString::fromLatin1(value),
+                                  QString::fromLatin1(otherwise));
+    };
+    return {option("init-sample", QStringLiteral("Write sample books to a folder."), "DIR"),
+            option("scale",
+                   QStringLiteral("How many times accounts, securities and pools are there, 1 to %1.")
+                       .arg(SampleBooks::maxScale),
+                   "N", "1"),
+            option("check", QStringLiteral("Check the books of a folder; names every error, changes nothing."), "DIR"),
+            option("serve", QStringLiteral("Serve clients on a local socket."), "NAME"),
+            option("books", QStringLiteral("The books to serve."), "DIR"),
+            option("state", QStringLiteral("Where the state is kept; in memory without it."), "FILE"),
+            option("audit", QStringLiteral("Print who changed what in a state file, and what was refused."), ""),
+            option("since", QStringLiteral("Only from this time on: yyyy-MM-dd[Thh:mm[:ss]], UTC."), "TIME"),
+            option("user", QStringLiteral("Only what this user did."), "ID"),
+            option("json", QStringLiteral("One JSON object a line."), "")};
+}
+
+/// Which of the modes is asked for; empty: none, or several.
+QString modeOf(const QCommandLineParser &parser)
+{
+    QStringList asked;
+    for (const Mode &mode : modes())
+        if (parser.isSet(mode.name))
+            asked.append(mode.name);
+    return asked.size() == 1 ? asked.constFirst() : QString();
+}
+
+/// What is wrong with the options of a mode; empty: nothing.
+QString optionFault(const QCommandLineParser &parser, const Mode &mode)
+{
+    for (const QString &name : mode.needed)
+        if (!parser.isSet(name))
+            return QStringLiteral("--%1 needs --%2").arg(mode.name, name);
+    const QStringList belonging = QStringList{mode.name} + mode.needed + mode.allowed;
+    for (const QCommandLineOption &option : options()) {
+        const QString name = option.names().constFirst();
+        if (!parser.isSet(name))
+            continue;
+        if (!belonging.contains(name))
+            return QStringLiteral("--%1 does not belong to --%2").arg(name, mode.name);
+        if (!option.valueName().isEmpty() && parser.value(name).isEmpty())
+            return QStringLiteral("--%1 needs a value").arg(name);
+    }
+    return QString();
+}
+
+/// The first thing that is wrong with the arguments; empty: nothing.
+QString argumentFault(const QCommandLineParser &parser)
+{
+    if (!parser.positionalArguments().isEmpty())
+        return QStringLiteral("unexpected argument ") + parser.positionalArguments().constFirst();
+    for (const Mode &mode : modes())
+        if (modeOf(parser) == mode.name)
+            return optionFault(parser, mode);
+    return QStringLiteral("one of --init-sample, --check, --serve and --audit is needed");
+}
+
+int run(QCoreApplication &application, const QCommandLineParser &parser)
+{
+    const QString mode = modeOf(parser);
+    const QString value = parser.value(mode);
+    const QString state = parser.value(QStringLiteral("state"));
+    if (mode == QLatin1String("check"))
+        return check(value);
+    if (mode == QLatin1String("serve"))
+        return serve(application, value, parser.value(QStringLiteral("books")), state);
+    if (mode == QLatin1String("audit")) {
+        const QString error =
+            AuditReport::print({state, parser.value(QStringLiteral("since")), parser.value(QStringLiteral("user")),
+                                parser.isSet(QStringLiteral("json"))});
+        return error.isEmpty() ? Good : failed(error);
+    }
+    bool isNumber = false;
+    const int times = parser.value(QStringLiteral("scale")).toInt(&isNumber);
+    if (!isNumber || times < 1 || times > SampleBooks::maxScale)
+        return usage(parser, QStringLiteral("--scale must be 1 to %1").arg(SampleBooks::maxScale));
+    return initSample(value, times);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -129,43 +231,13 @@ int main(int argc, char **argv)
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("The paper gateway: a trading server without an exchange."));
     const QCommandLineOption help = parser.addHelpOption();
-    const QCommandLineOption init(QStringLiteral("init-sample"), QStringLiteral("Write sample books to a folder."),
-                                  QStringLiteral("DIR"));
-    const QCommandLineOption scale(
-        QStringLiteral("scale"),
-        QStringLiteral("How many times accounts, securities and pools are there, 1 to %1.").arg(SampleBooks::maxScale),
-        QStringLiteral("N"), QStringLiteral("1"));
-    const QCommandLineOption verify(QStringLiteral("check"),
-                                    QStringLiteral("Check the books of a folder; names every error, changes nothing."),
-                                    QStringLiteral("DIR"));
-    const QCommandLineOption serveAs(QStringLiteral("serve"), QStringLiteral("Serve clients on a local socket."),
-                                     QStringLiteral("NAME"));
-    const QCommandLineOption booksDir(QStringLiteral("books"), QStringLiteral("The books to serve."),
-                                      QStringLiteral("DIR"));
-    const QCommandLineOption stateFile(QStringLiteral("state"),
-                                       QStringLiteral("Where the state is kept; in memory without it."),
-                                       QStringLiteral("FILE"));
-    parser.addOptions({init, scale, verify, serveAs, booksDir, stateFile});
+    parser.addOptions(options());
     if (!parser.parse(application.arguments()))
         return usage(parser, parser.errorText());
     if (parser.isSet(help)) {
         print(stdout, parser.helpText());
         return Good;
     }
-    if (!parser.positionalArguments().isEmpty())
-        return usage(parser, QStringLiteral("unexpected argument ") + parser.positionalArguments().constFirst());
-    if (int(parser.isSet(init)) + int(parser.isSet(verify)) + int(parser.isSet(serveAs)) != 1)
-        return usage(parser, QStringLiteral("one of --init-sample, --check and --serve is needed"));
-
-    bool isNumber = false;
-    const int times = parser.value(scale).toInt(&isNumber);
-    if (!isNumber || times < 1 || times > SampleBooks::maxScale)
-        return usage(parser, QStringLiteral("--scale must be 1 to %1").arg(SampleBooks::maxScale));
-    if (parser.isSet(init))
-        return initSample(parser.value(init), times);
-    if (parser.isSet(verify))
-        return check(parser.value(verify));
-    if (!parser.isSet(booksDir))
-        return usage(parser, QStringLiteral("--serve needs --books"));
-    return serve(application, parser.value(serveAs), parser.value(booksDir), parser.value(stateFile));
+    const QString fault = argumentFault(parser);
+    return fault.isEmpty() ? run(application, parser) : usage(parser, fault);
 }

@@ -36,10 +36,11 @@ QString inRow(int row, const RecordList &rows, const QString &text)
 VariantRecord inServerUnits(const VariantRecord &row, const QString &quantityField, const QString &symbol)
 {
     const int factor = displayFactor(symbol);
-    if (factor == 1)
+    const QVariant quantity = row.value(quantityField);
+    if (factor == 1 || !Quantity::isWholeNumber(quantity))
         return row;
     VariantRecord converted = row;
-    converted.insert(quantityField, Quantity::toQty(row.value(quantityField)) / factor);
+    converted.insert(quantityField, Quantity::toQty(quantity) / factor);
     return converted;
 }
 

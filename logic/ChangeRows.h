@@ -23,8 +23,9 @@ QString checkMultiple(const QString &symbol, const QString &what, qint64 quantit
 /// The text of a check with the row's number, from 1; a single row needs none.
 QString inRow(int row, const RecordList &rows, const QString &text);
 
-/// The row with the quantity in a field converted from display to server units. One of a security that is counted
-/// the same by both stays as the caller wrote it: the server judges it.
+/// The row with the quantity in a field converted from display to server units. What is no whole number stays as the
+/// caller wrote it, and so does that of a security that is counted the same by both: the server judges it, and
+/// refuses what a conversion would have turned into some other quantity.
 VariantRecord inServerUnits(const VariantRecord &row, const QString &quantityField, const QString &symbol);
 
 /// success when none failed, also of none at all; fail when all did; else ParticalFail.

@@ -40,8 +40,9 @@ class ZrPresenterClass;
 ///
 /// Nothing is changed in memory by what is sent: what a request may have touched is asked for again, and the events
 /// above tell when it has come. (AlterT0ProductAccount and DeleteT0Resource also change the picture at once.) Of
-/// several rows the first that fails a check is named: "第%1行数据检查到错误：" before its text. A quantity that is no
-/// whole number, negative or above the bounds below is refused by the server, with a text.
+/// several rows the first that fails a check is named, "第%1行数据检查到错误：" before its text; checks of all rows
+/// together name none. A quantity that is no whole number, negative or above the bounds below is refused by the
+/// server, with a text.
 class MANUALT0LOGIC_EXPORT ManualT0Logic : public QObject
 {
     Q_OBJECT
@@ -168,13 +169,12 @@ public:
     /// Sets stock aside, one request a trading account. Rows: tradingAccount, securityID, securityExchange,
     /// ResourceQty. cover: an existing resource gets the quantity, else it is raised by it. Rows of a quantity of 0
     /// are left out. Texts: "账号数据为空", "账号数据不合法", "账号%1未选为T0产品", "证券代码不存在",
-    /// "标的%1的资源数量必须是%3的整数倍，请重新填写！", "没有可添加的资源数据", or those of the failed requests joined
-    /// with
-    /// ",". Resources are asked for again, but for accounts whose request failed.
+    /// "标的%1的资源数量必须是%3的整数倍，请重新填写！", "没有可添加的资源数据", or the failed requests' own with ","
+    /// between. Resources are asked for again, but for accounts whose request failed.
     static QString AddT0Resource(const RecordList &rows, bool cover, QString &errorText);
 
-    /// Changes the quantity of one resource. resource: ResourceId and ResourceQty; tradingAccount and symbol when
-    /// they differ from what is held. success or fail. Texts: "修改资源数量必须传入资源ID", "未找到对应资源",
+    /// Changes the quantity of one resource. resource: ResourceId and ResourceQty; tradingAccount, else
+    /// that of the resource held. success or fail. Texts: "修改资源数量必须传入资源ID", "未找到对应资源",
     /// "修改后的数量不能小于已分配数量%1，请重新填写或修改券池后重新尝试", the multiple's as above, or the host's.
     /// Resources are asked for again after success and time-out.
     static QString AlterT0Resource(const VariantRecord &resource, QString &errorText);

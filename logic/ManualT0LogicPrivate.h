@@ -63,7 +63,7 @@ public:
     QStringList GetTradingAccountListByProductAndAssetProp(const QString &productAccount,
                                                            const QString &assetProp) const T0_EXCLUDES(productLock);
     QString AlterT0ProductAccount(const QMap<QString, QStringList> &newProductMap, QString &errMsg)
-        T0_EXCLUDES(productLock);
+        T0_EXCLUDES(productLock, resourceLock, securityPoolLock);
 
     // ManualT0LogicPrivate_Traders.cpp
     QMap<QString, QString> GetAllT0TraderId() const T0_EXCLUDES(traderLock);
@@ -242,7 +242,7 @@ private:
 
     void buildCandidates();
     void queryT0Products();
-    void applyT0ProductList(const RecordList &productList) T0_EXCLUDES(productLock);
+    void applyT0ProductList(const RecordList &productList) T0_EXCLUDES(productLock, resourceLock, securityPoolLock);
     QStringList candidateAccounts(const QString &productAccount, const QString &assetProp) const;
 
     mutable FamilyLock productLock;

@@ -36,10 +36,7 @@ void addQuantity(Holdings &holdings, const Tradable &tradable, const VariantReco
     const int rank = tradable.exchanges.indexOf(text(row, securityExchange));
     if (rank < 0 || !tradable.symbols.contains(name))
         return;
-    qint64 quantity = 0;
-    // Saturates: an absurd quantity must not become a negative one.
-    if (__builtin_mul_overflow(Quantity::toQty(row.value(quantityField)), qint64(displayFactor(name)), &quantity))
-        quantity = std::numeric_limits<qint64>::max();
+    const qint64 quantity = Quantity::satMul(Quantity::toQty(row.value(quantityField)), displayFactor(name));
     Holding &holding = holdings[{rank, name}];
     if (holding.row.isEmpty())
         holding.row = row;
@@ -170,7 +167,7 @@ qint64 ManualT0LogicPrivate::allocatable(const QString &tradingAccount, const QS
     const qint64 used = setAside(tradingAccount, symbol, exchange);
     const qint64 room = Quantity::satSub(ManualT0Logic::MaxResourceQty, used);
     // What is bought before it is sold is limited by money, not by stock.
-    const bool boughtFirst = held == 0 && isBond && text(details, securityExchange) == exchange;
+    const bool boughtFirst = held <= 0 && isBond && text(details, securityExchange) == exchange;
     const qint64 free = boughtFirst ? room : qMin(Quantity::satSub(held, used), room);
     const int factor = displayFactor(symbol);
     return qMax<qint64>(0, free) / factor * factor;

@@ -211,6 +211,7 @@ QString ManualT0LogicPrivate::sendAllocations(const char *operation, const Chang
 void ManualT0LogicPrivate::queryPoolsOfEach(QStringList tradingAccounts)
 {
     tradingAccounts.removeDuplicates();
+    tradingAccounts.removeAll(QString()); // of a resource that nobody knows
     for (const QString &account : qAsConst(tradingAccounts))
         slotRecvSecurityPoolChangedPush(account);
 }

@@ -92,6 +92,7 @@ QString ManualT0LogicPrivate::DeleteT0Resource(const RecordList &rows, QString &
         accounts.append(accountOf(row));
     }
     accounts.removeDuplicates();
+    accounts.removeAll(QString()); // of a resource that nobody knows
 
     const QString code = sendChange(Master_MsgType::DeleteManualT0ResourceRequest,
                                     {{Orvane_Fields::System::subGroupNumber, rows.size()}}, requested, errorText);
@@ -117,10 +118,12 @@ QString ManualT0LogicPrivate::checkAlteredResource(const VariantRecord &resource
     lock.unlock();
     if (held.isEmpty())
         return UserTexts::unknownResource();
-    tradingAccount = accountOf(resource);
-    symbol = text(resource, Orvane_Fields::Security::symbol);
+    tradingAccount = text(resource, Orvane_Fields::UserAccount::tradingAccount);
+    if (tradingAccount.isEmpty())
+        tradingAccount = text(held, Orvane_Fields::UserAccount::tradingAccount);
+    symbol = text(held, Orvane_Fields::Security::symbol);
     if (symbol.isEmpty())
-        symbol = text(held, Orvane_Fields::Security::symbol);
+        symbol = text(resource, Orvane_Fields::Security::symbol);
 
     const double allocated = poolQuantity(id, PoolTypes::All);
     const qint64 quantity = Quantity::toQty(resource.value(ResourceQty));

@@ -58,6 +58,22 @@ inline qint64 toQty(const QVariant &value)
     }
 }
 
+/// Whether the value is a number, not a text of one, and has no fraction.
+inline bool isWholeNumber(const QVariant &value)
+{
+    switch (int(value.type())) {
+    case QMetaType::Int:
+    case QMetaType::LongLong:
+    case QMetaType::UInt:
+    case QMetaType::ULongLong:
+        return true;
+    case QMetaType::Double:
+        return std::floor(value.toDouble()) == value.toDouble() && std::isfinite(value.toDouble());
+    default:
+        return false;
+    }
+}
+
 inline int clampToInt(qint64 value)
 {
     return int(qBound(qint64(std::numeric_limits<int>::min()), value, qint64(std::numeric_limits<int>::max())));
@@ -85,6 +101,15 @@ inline qint64 satSub(qint64 a, qint64 b)
     if (!__builtin_sub_overflow(a, b, &difference))
         return difference;
     return a > b ? std::numeric_limits<qint64>::max() : std::numeric_limits<qint64>::min();
+}
+
+/// The product, clamped to the range.
+inline qint64 satMul(qint64 a, qint64 b)
+{
+    qint64 product = 0;
+    if (!__builtin_mul_overflow(a, b, &product))
+        return product;
+    return (a < 0) == (b < 0) ? std::numeric_limits<qint64>::max() : std::numeric_limits<qint64>::min();
 }
 
 } // namespace Quantity

@@ -23,6 +23,12 @@ bool Limits::operator==(const Limits &other) const
            std::tie(other.poolTotal, other.dailyBuy, other.dailySell, other.closeBuy, other.closeSell);
 }
 
+qint64 openQuantity(const TraderUse &use)
+{
+    const qint64 leg = use.leg.side == Side::SellOpen ? -use.leg.remaining() : use.leg.remaining();
+    return leg + use.dailyBought - use.dailySold;
+}
+
 qint64 usedToBuy(const TraderUse &use, bool t0)
 {
     if (!t0)

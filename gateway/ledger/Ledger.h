@@ -55,6 +55,9 @@ struct Limits {
     bool operator==(const Limits &other) const;
 };
 
+/// What a trader holds open: bought and not sold again, the carried-over leg included; negative: sold.
+qint64 openQuantity(const TraderUse &use);
+
 /// How much of the ordinary quantities a trader uses; negative for a T+0 security when he has traded back.
 qint64 usedToBuy(const TraderUse &use, bool t0);
 qint64 usedToSell(const TraderUse &use, bool t0);

@@ -17,6 +17,13 @@ MessageBody Answers::refused(const QString &text)
             {}};
 }
 
+QString Answers::refusalOf(const MessageBody &answer)
+{
+    const bool good =
+        answer.values.value(Orvane_Fields::System::requestExeStatus) == Orvane_Values::RequestExeStatus::success;
+    return good ? QString() : answer.values.value(Orvane_Fields::System::textDescription).toString();
+}
+
 Answers::PageSize Answers::pageSize(const VariantRecord &values)
 {
     const QVariant asked = values.value(Stand_Fields::Paging::pageSize);

@@ -10,6 +10,9 @@ namespace Answers {
 MessageBody success(const RecordList &rows = {});
 MessageBody refused(const QString &text);
 
+/// What an answer refuses with; empty: it is a success.
+QString refusalOf(const MessageBody &answer);
+
 struct PageSize {
     int rows = 0;
     QString refusal; ///< empty when the size is good

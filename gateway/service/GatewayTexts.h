@@ -49,6 +49,10 @@ inline QString notAllowed(const QString &user)
 {
     return QStringLiteral("没有权限查看用户%1的数据").arg(user);
 }
+inline QString onlyManagers()
+{
+    return QStringLiteral("只有管理员可以查看全部数据");
+}
 inline QString unknownSymbol(const QString &symbol)
 {
     return QStringLiteral("证券不存在：%1").arg(symbol);
@@ -64,6 +68,155 @@ inline QString noTrader()
 inline QString badId(const QString &id)
 {
     return QStringLiteral("标识不能含有“_”或“,”：%1").arg(id);
+}
+inline QString notManager(const QString &user)
+{
+    return QStringLiteral("用户%1不是管理员，没有权限修改").arg(user);
+}
+inline QString noRequestId()
+{
+    return QStringLiteral("请求缺少编号");
+}
+inline QString badRowCount(int rows)
+{
+    return QStringLiteral("subGroupNumber与数据行数%1不一致").arg(rows);
+}
+inline QString noRows()
+{
+    return QStringLiteral("请求没有数据行");
+}
+/// row: from 1.
+inline QString inRow(int row, const QString &text)
+{
+    return QStringLiteral("第%1行：%2").arg(QString::number(row), text);
+}
+inline QString missing(const QString &field)
+{
+    return QStringLiteral("缺少%1").arg(field);
+}
+inline QString badAddType(const QString &type)
+{
+    return QStringLiteral("addType应为Cover或Append：%1").arg(type);
+}
+inline QString onlyCover(const QString &type)
+{
+    return QStringLiteral("分配券池时addType应为Cover：%1").arg(type);
+}
+inline QString badAlterType(const QString &type)
+{
+    return QStringLiteral("alterType应为Add或Delete：%1").arg(type);
+}
+inline QString unknownAccount(const QString &account)
+{
+    return QStringLiteral("账号不存在：%1").arg(account);
+}
+inline QString otherProduct(const QString &account, const QString &product)
+{
+    return QStringLiteral("账号%1不属于产品%2").arg(account, product);
+}
+inline QString contradiction(const QString &account)
+{
+    return QStringLiteral("账号%1的各行互相矛盾").arg(account);
+}
+inline QString notEnabled(const QString &account)
+{
+    return QStringLiteral("账号%1未选为T0账号").arg(account);
+}
+inline QString oneAccount(const QString &account)
+{
+    return QStringLiteral("一次请求只能有一个账号：%1").arg(account);
+}
+inline QString unknownSecurity(const QString &security, const QString &exchange)
+{
+    return QStringLiteral("证券不存在：%1（%2）").arg(security, exchange);
+}
+inline QString foreignExchange(const QString &account, const QString &exchange)
+{
+    return QStringLiteral("账号%1不能交易市场%2").arg(account, exchange);
+}
+inline QString repeatedSecurity(const QString &security)
+{
+    return QStringLiteral("证券重复：%1").arg(security);
+}
+inline QString repeatedTrader(const QString &trader)
+{
+    return QStringLiteral("交易员重复：%1").arg(trader);
+}
+inline QString twoPublicRows()
+{
+    return QStringLiteral("一个资源只能有一行公共券池");
+}
+inline QString repeatedId(const QString &id)
+{
+    return QStringLiteral("标识重复：%1").arg(id);
+}
+inline QString unknownResource(const QString &id)
+{
+    return QStringLiteral("资源不存在：%1").arg(id);
+}
+inline QString unknownPool(const QString &id)
+{
+    return QStringLiteral("券池不存在：%1").arg(id);
+}
+inline QString otherSecurity(const QString &security, const QString &exchange)
+{
+    return QStringLiteral("证券与资源的不一致：%1（%2）").arg(security, exchange);
+}
+inline QString unknownTrader(const QString &trader)
+{
+    return QStringLiteral("交易员不存在：%1").arg(trader);
+}
+inline QString noTraderRole(const QString &user)
+{
+    return QStringLiteral("用户%1不是交易员").arg(user);
+}
+inline QString mayNotTrade(const QString &trader, const QString &account)
+{
+    return QStringLiteral("交易员%1不能交易账号%2").arg(trader, account);
+}
+inline QString badPoolType()
+{
+    return QStringLiteral("PoolType应为0或1");
+}
+inline QString privatePublic()
+{
+    return QStringLiteral("公共券池的PoolType应为0");
+}
+inline QString publicTrader(const QString &trader)
+{
+    return QStringLiteral("交易员%1的券池的PoolType应为1").arg(trader);
+}
+inline QString otherPoolType()
+{
+    return QStringLiteral("PoolType与请求头的不一致");
+}
+inline QString notWhole(const QString &field)
+{
+    return QStringLiteral("%1应为整数").arg(field);
+}
+inline QString negative(const QString &field)
+{
+    return QStringLiteral("%1不能为负数").arg(field);
+}
+inline QString tooLarge(const QString &field, qint64 most)
+{
+    return QStringLiteral("%1不能超过%2").arg(field, QString::number(most));
+}
+inline QString zero(const QString &field)
+{
+    return QStringLiteral("%1应大于0").arg(field);
+}
+inline QString belowPools(qint64 allocated)
+{
+    return QStringLiteral("资源数量不能小于已分配数量%1").arg(allocated);
+}
+inline QString overAllocated(qint64 pools, qint64 resource)
+{
+    return QStringLiteral("券池数量之和%1超过资源数量%2").arg(QString::number(pools), QString::number(resource));
+}
+inline QString openPosition(const QString &trader, qint64 quantity)
+{
+    return QStringLiteral("交易员%1有未平仓数量%2").arg(trader, QString::number(quantity));
 }
 inline QString storeFailed(const QString &reason)
 {

@@ -17,32 +17,43 @@ QString Request::text(const QString &field) const
 Service::Service(const Books &books, std::unique_ptr<Store> store)
     : m_books(books)
     , m_store(std::move(store))
+    , m_changes(*m_store)
 {
+    m_memory.enabled = m_store->enabledAccounts();
     for (const OpeningQuote &quote : books.quotes) {
-        m_quoted.append(quote.symbol);
-        m_lastPrices.insert(quote.symbol, quote.last);
+        m_memory.quoted.append(quote.symbol);
+        m_memory.lastPrices.insert(quote.symbol, quote.last);
     }
 }
 
-const QHash<QString, Service::Handler> &Service::handlers()
+const QHash<QString, Service::Route> &Service::routes()
 {
-    static const QHash<QString, Handler> table{
-        {Stand_MsgType::LoginRequest, &Service::login},
-        {Stand_MsgType::SubscribeRequest, &Service::subscribe},
-        {Stand_MsgType::EchoRequest, &Service::echo},
-        {Stand_MsgType::QueryAccountsRequest, &Service::queryAccounts},
-        {Stand_MsgType::QueryInstrumentsRequest, &Service::queryInstruments},
-        {Stand_MsgType::QueryPositionsRequest, &Service::queryPositions},
-        {Stand_MsgType::QueryMarginSecuritiesRequest, &Service::queryMarginSecurities},
-        {Stand_MsgType::QueryQuotesRequest, &Service::queryQuotes},
-        {Stand_MsgType::SetQuoteRequest, &Service::setQuote},
-        {Stand_MsgType::PushUsageRequest, &Service::pushUsage},
-        {Master_MsgType::QueryManualT0ProductsRequest, &Service::queryProducts},
-        {Master_MsgType::QueryUserIdByUserRoleRequest, &Service::queryUsersByRole},
-        {Master_MsgType::QueryManualT0ResourceRequest, &Service::queryResources},
-        {Master_MsgType::QueryManualT0SecurityPoolRequest, &Service::queryPools},
-        {Master_MsgType::QueryManualT0RealTimePoolUsageRequest, &Service::queryUsage},
-        {Master_MsgType::QueryManualT0TraderAccountPriorityRequest, &Service::queryAccountPriority},
+    static const QHash<QString, Route> table{
+        {Stand_MsgType::LoginRequest, {&Service::login, Kind::Query}},
+        {Stand_MsgType::SubscribeRequest, {&Service::subscribe, Kind::Query}},
+        {Stand_MsgType::EchoRequest, {&Service::echo, Kind::Query}},
+        {Stand_MsgType::QueryAccountsRequest, {&Service::queryAccounts, Kind::Query}},
+        {Stand_MsgType::QueryInstrumentsRequest, {&Service::queryInstruments, Kind::Query}},
+        {Stand_MsgType::QueryPositionsRequest, {&Service::queryPositions, Kind::Query}},
+        {Stand_MsgType::QueryMarginSecuritiesRequest, {&Service::queryMarginSecurities, Kind::Query}},
+        {Stand_MsgType::QueryQuotesRequest, {&Service::queryQuotes, Kind::Query}},
+        {Stand_MsgType::SetQuoteRequest, {&Service::setQuote, Kind::Control}},
+        {Stand_MsgType::PushUsageRequest, {&Service::pushUsage, Kind::Control}},
+        {Stand_MsgType::PictureRequest, {&Service::picture, Kind::Query}},
+        {Master_MsgType::QueryManualT0ProductsRequest, {&Service::queryProducts, Kind::Query}},
+        {Master_MsgType::QueryUserIdByUserRoleRequest, {&Service::queryUsersByRole, Kind::Query}},
+        {Master_MsgType::QueryManualT0ResourceRequest, {&Service::queryResources, Kind::Query}},
+        {Master_MsgType::QueryManualT0SecurityPoolRequest, {&Service::queryPools, Kind::Query}},
+        {Master_MsgType::QueryManualT0RealTimePoolUsageRequest, {&Service::queryUsage, Kind::Query}},
+        {Master_MsgType::QueryManualT0TraderAccountPriorityRequest, {&Service::queryAccountPriority, Kind::Query}},
+        {Master_MsgType::AlterManualT0ProductsRequest, {&Service::alterProducts, Kind::Change}},
+        {Master_MsgType::AddManualT0ResourceRequest, {&Service::addResources, Kind::Change}},
+        {Master_MsgType::AlterManualT0ResourceRequest, {&Service::alterResources, Kind::Change}},
+        {Master_MsgType::DeleteManualT0ResourceRequest, {&Service::deleteResources, Kind::Change}},
+        {Master_MsgType::AllocateManualT0SecurityPoolRequest, {&Service::allocatePools, Kind::Change}},
+        {Master_MsgType::AlterManualT0SecurityPoolRequest, {&Service::alterPools, Kind::Change}},
+        {Master_MsgType::DeleteManualT0SecurityPoolRequest, {&Service::deletePools, Kind::Change}},
+        {Master_MsgType::AddManualT0ResourceAndPoolRequest, {&Service::addResourcesAndPools, Kind::Change}},
     };
     return table;
 }
@@ -78,6 +89,16 @@ void Service::receive(PaperGateway::ClientId id, const QByteArray &bytes)
 
 MessageBody Service::answerTo(ClientSession &session, const Envelope &envelope)
 {
+    const Route route = routes().value(envelope.type);
+    m_store->clearError();
+    const bool isChange = route.kind != Kind::Query && session.user;
+    const MessageBody answer = isChange ? changeOnce(session, envelope, route) : execute(session, envelope, route);
+    // No rows because the database failed must not look like no rows.
+    return m_store->errorText().isEmpty() ? answer : Answers::refused(GatewayTexts::storeFailed(m_store->errorText()));
+}
+
+MessageBody Service::execute(ClientSession &session, const Envelope &envelope, const Route &route)
+{
     // Its sender was told that it has failed, so it must not be carried out any more.
     if (envelope.validUntil < QDateTime::currentMSecsSinceEpoch())
         return Answers::refused(GatewayTexts::expired());
@@ -85,25 +106,18 @@ MessageBody Service::answerTo(ClientSession &session, const Envelope &envelope)
     QString reason;
     if (!MessageBody::decode(envelope.body, body, reason))
         return Answers::refused(GatewayTexts::unreadable(reason));
-    return answerTo(Request{session, envelope.type, body.values, body.rows.value(0)});
-}
-
-MessageBody Service::answerTo(const Request &request)
-{
-    const Handler handler = handlers().value(request.type, nullptr);
-    if (!handler)
-        return Answers::refused(GatewayTexts::unknownType(request.type));
-    if (request.type != Stand_MsgType::LoginRequest) {
-        if (!request.session.user)
+    if (!route.handler)
+        return Answers::refused(GatewayTexts::unknownType(envelope.type));
+    const Request request{session, envelope.type, body.values, body.rows.value(0), body.rows.mid(1)};
+    if (envelope.type != Stand_MsgType::LoginRequest) {
+        if (!session.user)
             return Answers::refused(GatewayTexts::notLoggedIn());
         const QVariant named = request.row.value(Orvane_Fields::UserAccount::loginUserId);
         if (named.isValid() && named.toString() != request.user().userID)
             return Answers::refused(GatewayTexts::foreignUser(named.toString()));
     }
-    m_store->clearError();
-    const MessageBody answer = (this->*handler)(request);
-    // No rows because the database failed must not look like no rows.
-    return m_store->errorText().isEmpty() ? answer : Answers::refused(GatewayTexts::storeFailed(m_store->errorText()));
+    const QString refusal = refusalOfChange(request, route.kind);
+    return refusal.isEmpty() ? (this->*route.handler)(request) : Answers::refused(refusal);
 }
 
 void Service::deliverPushes()

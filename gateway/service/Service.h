@@ -1,10 +1,13 @@
 #pragma once
 
+#include "Changes.h"
 #include "Envelope.h"
 #include "PaperGateway.h"
 #include "Store.h"
 
 #include <QtCore/QSet>
+
+class ChangeRow;
 
 /// One client's connection and what it may see.
 struct ClientSession {
@@ -20,7 +23,8 @@ struct Request {
     ClientSession &session;
     QString type;
     VariantRecord values;
-    VariantRecord row; ///< the query: the body's first row
+    VariantRecord row; ///< the query or the header of a change: the body's first row
+    RecordList rows;   ///< the data of a change: the body's other rows
 
     const User &user() const { return *session.user; }
     QString text(const QString &field) const; ///< of the row
@@ -44,11 +48,68 @@ public:
 
 private:
     using Handler = MessageBody (Service::*)(const Request &request);
-    static const QHash<QString, Handler> &handlers();
+
+    /// What a type of request does to the state, and so what surrounds its handler.
+    enum class Kind {
+        Query,
+        Control, ///< a change that everybody may make
+        Change   ///< a change that needs a manager
+    };
+    struct Route {
+        Handler handler = nullptr;
+        Kind kind = Kind::Query;
+    };
+    static const QHash<QString, Route> &routes();
 
     MessageBody answerTo(ClientSession &session, const Envelope &envelope);
-    MessageBody answerTo(const Request &request);
+    MessageBody execute(ClientSession &session, const Envelope &envelope, const Route &route);
     void deliverPushes();
+
+    // Service_Transaction.cpp
+
+    /// Executes a change once for a user and id, whole or not at all: the change, the usage records that follow
+    /// from it, its audit and its answer are one transaction. A handler only checks and writes through m_changes;
+    /// nothing of what it did stays when it refuses or the store fails. A repeated id gets the answer of the first.
+    MessageBody changeOnce(ClientSession &session, const Envelope &envelope, const Route &route);
+    MessageBody firstAnswer(ClientSession &session, const Envelope &envelope, const Route &route);
+
+    /// What any change is refused for, before its handler; empty: nothing.
+    QString refusalOfChange(const Request &request, Kind kind) const;
+    bool refreshTouched();
+    bool record(const QString &user, const Envelope &envelope, const MessageBody &answer);
+
+    // Service_Resources.cpp
+    MessageBody alterProducts(const Request &request);
+    MessageBody addResources(const Request &request);
+    MessageBody alterResources(const Request &request);
+    MessageBody deleteResources(const Request &request);
+
+    // Service_Pools.cpp
+    MessageBody allocatePools(const Request &request);
+    MessageBody alterPools(const Request &request);
+    MessageBody deletePools(const Request &request);
+    MessageBody addResourcesAndPools(const Request &request);
+    struct Addition;
+    StoredPool allocationOf(ChangeRow &row, const StoredResource &resource);
+    MessageBody replacePools(const QVector<StoredPool> &before, const QVector<StoredPool> &wanted);
+    void readAddition(ChangeRow &row, Addition &addition);
+    QVector<StoredPool> poolsLeftOut(const Addition &addition);
+    MessageBody saveAddition(const Addition &addition, const QVector<StoredPool> &leftOut);
+
+    // Service_ChangeChecks.cpp: what several changes ask of a row. They refuse the row and give something empty.
+    void checkAddable(ChangeRow &row, const QString &account);
+    Holding holdingOf(ChangeRow &row, const QString &account);
+    StoredResource resourceOf(ChangeRow &row);
+    StoredPool poolOf(ChangeRow &row);
+
+    /// Who a row gives a part of the account to; publicTrader() for everybody.
+    QString traderOf(ChangeRow &row, const QString &account);
+    qint64 factorOf(const Holding &holding) const;
+    qint64 allocated(const Holding &holding);
+
+    /// Why what a trader may use of a holding cannot be taken away from him: he has an open position there. An
+    /// empty trader stands for all. Empty: it can.
+    QString standsAgainst(const Holding &holding, const QString &trader);
 
     // Service_Session.cpp
     MessageBody login(const Request &request);
@@ -83,6 +144,18 @@ private:
     void pushSnapshot(const Request &request, const QString &trader);
     VariantRecord usageRow(const StoredUsage &usage) const;
 
+    /// Computes whole holdings anew from all their records and pools; saves and pushes the records that are new or
+    /// different. To be called inside a transaction.
+    bool refreshUsage(const QVector<StoredUsage> &records, const QVector<StoredPool> &pools);
+
+    // Service_Picture.cpp
+    MessageBody picture(const Request &request);
+    QVariantList pictureOfProducts() const;
+    QVariantList pictureOfResources(const QString &account);
+    QVariantList pictureOfPools(const QString &account);
+    QVariantList pictureOfUsage();
+    VariantRecord securityRow(const Holding &holding) const;
+
     struct Push {
         Envelope envelope;
         QString trader;                      ///< empty: a quote
@@ -93,6 +166,13 @@ private:
     const std::unique_ptr<Store> m_store;
     QHash<PaperGateway::ClientId, ClientSession> m_sessions;
     QVector<Push> m_pushes; ///< caused by the request in work, sent behind its answer
-    QStringList m_quoted;   ///< symbols in the order of their first quote
-    QHash<QString, double> m_lastPrices;
+    Changes m_changes;      ///< of the request in work
+
+    /// What is kept beside the store; goes back with a transaction that is undone.
+    struct Memory {
+        QSet<QString> enabled; ///< trading accounts, as in the store
+        QStringList quoted;    ///< symbols in the order of their first quote
+        QHash<QString, double> lastPrices;
+    };
+    Memory m_memory;
 };

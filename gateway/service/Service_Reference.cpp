@@ -14,7 +14,7 @@ namespace Account_ = Stand_Fields::Account;
 namespace Security_ = Stand_Fields::Security;
 namespace UserAccount_ = Orvane_Fields::UserAccount;
 
-VariantRecord accountRow(const Account &account)
+VariantRecord accountRow(const Account &account, bool enabled)
 {
     return {{UserAccount_::productAccount, account.productAccount},
             {Account_::productName, account.productName},
@@ -22,7 +22,7 @@ VariantRecord accountRow(const Account &account)
             {Account_::accountText, account.accountText},
             {Account_::assetProp, account.assetProp},
             {Account_::exchanges, account.exchanges},
-            {Account_::enabled, account.enabled}};
+            {Account_::enabled, enabled}};
 }
 
 VariantRecord instrumentRow(const Instrument &instrument)
@@ -79,7 +79,7 @@ MessageBody Service::queryAccounts(const Request &)
     // Everybody's: the products name every enabled account, and what is known of each must be the same.
     RecordList rows;
     for (const Account &account : m_books.accounts)
-        rows.append(accountRow(account));
+        rows.append(accountRow(account, m_memory.enabled.contains(account.tradingAccount)));
     return Answers::success(rows);
 }
 
@@ -115,8 +115,9 @@ MessageBody Service::queryMarginSecurities(const Request &request)
 
 MessageBody Service::queryQuotes(const Request &request)
 {
-    return Answers::listPage(request.values, m_quoted.toVector(),
-                             [this](const QString &symbol) { return quoteRow(symbol, m_lastPrices.value(symbol)); });
+    return Answers::listPage(request.values, m_memory.quoted.toVector(), [this](const QString &symbol) {
+        return quoteRow(symbol, m_memory.lastPrices.value(symbol));
+    });
 }
 
 MessageBody Service::setQuote(const Request &request)
@@ -128,9 +129,10 @@ MessageBody Service::setQuote(const Request &request)
     const double price = request.row.value(Stand_Fields::Quote::lastPrice).toDouble(&valid);
     if (!valid || !std::isfinite(price) || price < 0)
         return Answers::refused(GatewayTexts::badPrice());
-    if (!m_lastPrices.contains(symbol))
-        m_quoted.append(symbol);
-    m_lastPrices.insert(symbol, price);
+    if (!m_memory.lastPrices.contains(symbol))
+        m_memory.quoted.append(symbol);
+    m_changes.noteQuote(symbol, m_memory.lastPrices.value(symbol), price);
+    m_memory.lastPrices.insert(symbol, price);
     m_pushes.append({Envelope::push(Stand_MsgType::QuotePush, {{}, {quoteRow(symbol, price)}}), QString()});
     return Answers::success();
 }

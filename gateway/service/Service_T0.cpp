@@ -28,7 +28,7 @@ MessageBody Service::queryProducts(const Request &request)
     // The first row echoes the request; its reader drops it.
     RecordList rows{request.row};
     for (const Account &account : m_books.accounts)
-        if (account.enabled)
+        if (m_memory.enabled.contains(account.tradingAccount))
             rows.append({{UserAccount_::productAccount, account.productAccount},
                          {UserAccount_::tradingAccount, account.tradingAccount}});
     return Answers::success(rows);
@@ -97,7 +97,7 @@ MessageBody Service::queryAccountPriority(const Request &request)
     const User *user = m_books.user(trader);
     const QVector<QString> accounts = user ? user->accounts.toVector() : QVector<QString>();
     return Answers::listPage(request.values, accounts, [this](const QString &account) {
-        const bool enabled = m_books.account(account)->enabled;
+        const bool enabled = m_memory.enabled.contains(account);
         return enabled ? VariantRecord{{UserAccount_::tradingAccount, account}} : VariantRecord();
     });
 }

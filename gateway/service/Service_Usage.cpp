@@ -29,10 +29,9 @@ struct Group {
 
 using Groups = QMap<Holding, Group>;
 
-Groups groupsOf(Store &store)
+Groups groupsOf(const QVector<StoredUsage> &records)
 {
     Groups groups;
-    const QVector<StoredUsage> records = store.allUsage();
     for (const StoredUsage &usage : records)
         groups[usage.holding].byTrader.insert(usage.trader, usage);
     return groups;
@@ -54,31 +53,23 @@ void applyPools(Groups &groups, const QVector<StoredPool> &pools, const Books &b
     }
 }
 
-Ledger::Terms termsOf(const Books &books, const Holding &holding, qint64 publicQty)
-{
-    const Instrument *instrument = books.instrument(holding.securityID, holding.exchange);
-    const Account *account = books.account(holding.account);
-    return {publicQty, instrument && instrument->t0, account && account->enabled};
-}
-
-/// Computes the limits of a group and saves the records that are new or different.
-bool saveGroup(Store &store, const Group &group, const Ledger::Terms &terms)
+/// The records of a group that are new or have other limits than the last time, with their limits.
+QVector<StoredUsage> changedIn(const Group &group, const Ledger::Terms &terms)
 {
     QVector<Ledger::TraderUse> uses;
     for (const StoredUsage &usage : group.byTrader)
         uses.append(usage.use);
     const QVector<Ledger::Limits> limits = Ledger::limits(terms, uses);
+    QVector<StoredUsage> changed;
     int at = 0;
     for (StoredUsage usage : group.byTrader) {
         const Ledger::Limits &fresh = limits.at(at++);
         if (!usage.modifyTime.isEmpty() && usage.limits == fresh)
             continue;
         usage.limits = fresh;
-        usage.modifyTime = store.nextModifyTime();
-        if (!store.saveUsage(usage))
-            return false;
+        changed.append(usage);
     }
-    return true;
+    return changed;
 }
 
 Envelope usagePush(const VariantRecord &row)
@@ -93,15 +84,30 @@ bool Service::bringUsageUpToDate()
     m_store->clearError();
     if (!m_store->begin())
         return false;
-    Groups groups = groupsOf(*m_store);
-    applyPools(groups, m_store->allPools(), m_books);
-    for (auto group = groups.cbegin(); group != groups.cend(); ++group)
-        if (!saveGroup(*m_store, *group, termsOf(m_books, group.key(), group->publicQty)))
-            break;
-    if (m_store->errorText().isEmpty())
+    const bool good = refreshUsage(m_store->allUsage(), m_store->allPools());
+    if (good)
         return m_store->commit();
     m_store->rollback();
     return false;
+}
+
+bool Service::refreshUsage(const QVector<StoredUsage> &records, const QVector<StoredPool> &pools)
+{
+    Groups groups = groupsOf(records);
+    applyPools(groups, pools, m_books);
+    for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
+        const Holding &holding = group.key();
+        const Instrument *instrument = m_books.instrument(holding.securityID, holding.exchange);
+        const Ledger::Terms terms{group->publicQty, instrument && instrument->t0,
+                                  m_memory.enabled.contains(holding.account)};
+        for (StoredUsage usage : changedIn(*group, terms)) {
+            usage.modifyTime = m_store->nextModifyTime();
+            m_store->saveUsage(usage);
+            if (!m_sessions.isEmpty())
+                m_pushes.append({usagePush(usageRow(usage)), usage.trader});
+        }
+    }
+    return m_store->errorText().isEmpty();
 }
 
 MessageBody Service::queryUsage(const Request &request)
@@ -178,14 +184,8 @@ MessageBody Service::pushUsage(const Request &request)
             return Answers::refused(GatewayTexts::badId(id));
     }
     VariantRecord row = request.row;
-    if (row.value(Master_Fields::System::ModifyTime).toString().isEmpty()) {
-        // What the store runs into becomes the answer of every handler.
-        if (!m_store->begin())
-            return {};
+    if (row.value(Master_Fields::System::ModifyTime).toString().isEmpty())
         row.insert(Master_Fields::System::ModifyTime, m_store->nextModifyTime());
-        if (!m_store->commit())
-            return {};
-    }
     m_pushes.append({usagePush(row), trader});
     return Answers::success();
 }

@@ -3,6 +3,9 @@
 #include "Books.h"
 #include "Ledger.h"
 
+#include <QtCore/QSet>
+
+#include <functional>
 #include <memory>
 
 struct StoredResource {
@@ -30,11 +33,35 @@ struct StoredUsage {
     Ledger::Limits limits;
 };
 
+/// One line of the audit: a field and what a request made of it, or a request that was refused.
+struct AuditEntry {
+    qint64 realMs = 0;   ///< the gateway's clock, ms since the epoch, UTC
+    qint64 marketMs = 0; ///< the market clock: ms since 1970 of its local time
+    QString user;
+    QString type;
+    QString request; ///< the envelope's id
+    QString object;  ///< what kind of thing; empty for a refusal
+    QString objectId;
+    Holding holding;
+    QString trader;
+    QString field;
+    QString from; ///< empty: it did not exist; quantities are in display units
+    QString to;   ///< empty: it does not exist any more
+    QString refusal;
+};
+
+/// Which lines of the audit are asked for.
+struct AuditFilter {
+    qint64 sinceMs = 0; ///< of the gateway's clock
+    QString user;       ///< empty: everybody
+};
+
 /// One of Master_Values::OpenPositionSide.
 QString legSideText(Ledger::Side side);
 
-/// The gateway's state: resources, pools, usage records and the time of the last change, in an SQLite database.
-/// Ids are of fixed width, rise with every insertion and are never given twice.
+/// The gateway's state in an SQLite database: enabled accounts, resources, pools, usage records, the time of the
+/// last change, the answers to change requests and the audit. What was committed survives the end of the process
+/// at any moment. Ids are of fixed width, rise with every insertion and are never given twice.
 ///
 /// Lives on the thread that opened it. An operation that fails leaves an error text and the database as it
 /// was before the transaction.
@@ -45,7 +72,8 @@ public:
     Q_DISABLE_COPY(Store)
 
     /// file empty: in memory. A new database begins with the books' opening state; an existing one keeps its
-    /// own, and is refused when it was begun with other books or written by a gateway of another version.
+    /// own, and is refused when it was begun with other books, written by a gateway of another version or used by
+    /// another gateway.
     /// Returns nullptr and fills errorText.
     static std::unique_ptr<Store> open(const QString &file, const Books &books, QString &errorText);
 
@@ -53,22 +81,58 @@ public:
     static bool isResourceId(const QString &text);
     static bool isPoolId(const QString &text);
 
+    QSet<QString> enabledAccounts();
+
+    /// One resource or pool; its id is empty when there is none.
+    StoredResource resource(const QString &id);
+    StoredResource resourceOf(const Holding &holding);
+    StoredPool pool(const QString &id);
+
     /// The rows of one account behind the given id (empty: from the first), at most limit of them.
     QVector<StoredResource> resources(const QString &account, const QString &afterId, int limit);
     QVector<StoredPool> pools(const QString &account, const QString &afterId, int limit);
+    QVector<StoredPool> poolsOf(const Holding &holding);
     QVector<StoredPool> allPools();
 
     /// Records of these traders by trader, account, security and exchange; skips the first `skip` ones.
     QVector<StoredUsage> usage(const QStringList &traders, int skip, int limit);
-    QVector<StoredUsage> allUsage(); ///< by account, security, exchange and trader
+    QVector<StoredUsage> usageOf(const Holding &holding);        ///< by trader
+    QVector<StoredUsage> usageOfAccount(const QString &account); ///< by security, exchange and trader
+    QVector<StoredUsage> allUsage();                             ///< by account, security, exchange and trader
 
-    /// Inserts or replaces; to be called inside a transaction.
+    // What changes the state is to be called inside a transaction.
+
+    bool setEnabled(const QString &account, bool enabled);
+
+    /// Without an id a new one, which the result tells; else the quantity, or quantity and limits, of the one that
+    /// there is. Empty: failed.
+    QString saveResource(const StoredResource &resource);
+    QString savePool(const StoredPool &pool);
+
+    bool removeResource(const QString &id); ///< with its pools
+    bool removePool(const QString &id);
+
+    /// Inserts or replaces.
     bool saveUsage(const StoredUsage &usage);
 
     /// The market clock's yyyyMMddHHmmsszzz and a counter of three digits: 20 digits that sort behind every
     /// text given before, by this process or an earlier one with the same file, also when the clock was set
-    /// back. To be called inside a transaction.
+    /// back.
     QString nextModifyTime();
+
+    /// The answer that was given to a user's request, as MessageBody::encode(); empty: none.
+    QByteArray answerTo(const QString &user, const QString &requestId);
+    bool saveAnswer(const QString &user, const QString &requestId, qint64 validUntil, const QByteArray &answer);
+    bool forgetAnswers(qint64 validBefore);
+
+    bool addAudit(const AuditEntry &entry);
+
+    /// Reads the audit of a state file in the order of its writing, also while a gateway uses the file; changes
+    /// nothing. Empty, or what went wrong.
+    static QString readAudit(const QString &file, const AuditFilter &filter,
+                             const std::function<void(const AuditEntry &)> &each);
+
+    qint64 marketMs() const;
 
     bool begin();
     bool commit(); ///< false: everything since begin() was undone
@@ -82,10 +146,11 @@ public:
 private:
     Store();
     bool prepare(const QString &file);
+    bool lock(const QString &file);
     bool createSchema();
-    bool checkSchema();
     bool import(const Books &books);
-    bool importPools(const Books &books, const QHash<Holding, qint64> &resources);
+    bool importAccounts(const Books &books);
+    bool importPools(const Books &books);
     bool importCarried(const Books &books);
     bool checkBooks(const Books &books);
     bool readClock();

@@ -4,11 +4,14 @@
 
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QDateTime>
+#include <QtCore/QFileInfo>
 #include <QtCore/QVariant>
+
+#include <sys/file.h>
 
 namespace {
 
-constexpr int schemaVersion = 2;
+constexpr int schemaVersion = 3;
 constexpr int applicationId = 0x54304757; // marks the file as a gateway's
 
 /// The state hangs on the accounts and on how their securities are counted; prices, users and new
@@ -28,6 +31,7 @@ QStringList schema()
     return {
         QStringLiteral("CREATE TABLE clock (market_ms INTEGER NOT NULL, modify_ms INTEGER NOT NULL, "
                        "modify_counter INTEGER NOT NULL, books TEXT NOT NULL)"),
+        QStringLiteral("CREATE TABLE accounts (account TEXT PRIMARY KEY, enabled INTEGER NOT NULL) WITHOUT ROWID"),
         QStringLiteral("CREATE TABLE resources (id INTEGER PRIMARY KEY AUTOINCREMENT, account TEXT NOT NULL, "
                        "security TEXT NOT NULL, exchange TEXT NOT NULL, quantity INTEGER NOT NULL "
                        "CHECK (quantity >= 0), UNIQUE (account, security, exchange))"),
@@ -46,6 +50,15 @@ QStringList schema()
                        "pool_total INTEGER NOT NULL, buy_limit INTEGER NOT NULL, sell_limit INTEGER NOT NULL, "
                        "close_buy_limit INTEGER NOT NULL, close_sell_limit INTEGER NOT NULL, "
                        "PRIMARY KEY (trader, account, security, exchange)) WITHOUT ROWID"),
+        QStringLiteral("CREATE INDEX usage_by_holding ON usage (account, security, exchange, trader)"),
+        QStringLiteral("CREATE TABLE answers (user TEXT NOT NULL, request TEXT NOT NULL, valid_until INTEGER NOT NULL, "
+                       "body BLOB NOT NULL, PRIMARY KEY (user, request)) WITHOUT ROWID"),
+        QStringLiteral("CREATE INDEX answers_by_time ON answers (valid_until)"),
+        QStringLiteral("CREATE TABLE audit (id INTEGER PRIMARY KEY AUTOINCREMENT, real_ms INTEGER NOT NULL, "
+                       "market_ms INTEGER NOT NULL, user TEXT NOT NULL, type TEXT NOT NULL, request TEXT NOT NULL, "
+                       "object TEXT, object_id TEXT, account TEXT, security TEXT, exchange TEXT, trader TEXT, "
+                       "field TEXT, from_value TEXT, to_value TEXT, refusal TEXT)"),
+        QStringLiteral("CREATE INDEX audit_by_time ON audit (real_ms)"),
         QStringLiteral("PRAGMA user_version = %1").arg(schemaVersion),
         QStringLiteral("PRAGMA application_id = %1").arg(applicationId),
     };
@@ -62,7 +75,7 @@ std::unique_ptr<Store> Store::open(const QString &file, const Books &books, QStr
         if (tables)
             tables->finish();
         const bool good = fresh ? store->createSchema() && store->import(books)
-                                : store->checkSchema() && store->readClock() && store->checkBooks(books);
+                                : store->d->checkSchema() && store->readClock() && store->checkBooks(books);
         if (good && store->commit())
             return store;
         store->rollback();
@@ -72,18 +85,36 @@ std::unique_ptr<Store> Store::open(const QString &file, const Books &books, QStr
     return nullptr;
 }
 
+bool Store::lock(const QString &file)
+{
+    // One file under two names is still one file.
+    const QFileInfo info(file);
+    const QString path = info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
+    d->lock.setFileName(path + QStringLiteral(".lock"));
+    if (!d->lock.open(QIODevice::ReadWrite)) {
+        d->error = QStringLiteral("its lock file cannot be made");
+        return false;
+    }
+    // The system takes the lock back with the process, however that ends.
+    if (::flock(d->lock.handle(), LOCK_EX | LOCK_NB) == 0)
+        return true;
+    d->error = QStringLiteral("another gateway uses it");
+    return false;
+}
+
 bool Store::prepare(const QString &file)
 {
+    if (!file.isEmpty() && !lock(file))
+        return false;
     d->database.setDatabaseName(file.isEmpty() ? QStringLiteral(":memory:") : file);
     d->database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=1000"));
     if (!d->database.open()) {
         d->error = QStringLiteral("the state file cannot be opened");
         return false;
     }
-    // Exclusive: two gateways on one file would give the same times and ids twice.
-    return d->run(QStringLiteral("PRAGMA foreign_keys = ON")) &&
-           d->run(QStringLiteral("PRAGMA locking_mode = EXCLUSIVE")) &&
-           d->run(QStringLiteral("PRAGMA journal_mode = WAL")) && d->run(QStringLiteral("PRAGMA synchronous = NORMAL"));
+    // Full: what was answered has to outlive the machine's power, too.
+    return d->run(QStringLiteral("PRAGMA foreign_keys = ON")) && d->run(QStringLiteral("PRAGMA journal_mode = WAL")) &&
+           d->run(QStringLiteral("PRAGMA synchronous = FULL"));
 }
 
 bool Store::createSchema()
@@ -104,22 +135,22 @@ bool Store::Private::readPragma(const QString &name, int &value)
     return true;
 }
 
-bool Store::checkSchema()
+bool Store::Private::checkSchema()
 {
     int application = 0;
     int version = 0;
-    if (!d->readPragma(QStringLiteral("application_id"), application) ||
-        !d->readPragma(QStringLiteral("user_version"), version))
+    if (!readPragma(QStringLiteral("application_id"), application) ||
+        !readPragma(QStringLiteral("user_version"), version))
         return false;
     if (application != applicationId) {
-        d->error = QStringLiteral("is a database, but not the state of a gateway");
+        error = QStringLiteral("is a database, but not the state of a gateway");
         return false;
     }
     if (version == schemaVersion)
         return true;
-    d->error = QStringLiteral("was written by %1 gateway: its version is %2, this gateway reads %3")
-                   .arg(version > schemaVersion ? QStringLiteral("a newer") : QStringLiteral("an older"),
-                        QString::number(version), QString::number(schemaVersion));
+    error = QStringLiteral("was written by %1 gateway: its version is %2, this gateway reads %3")
+                .arg(version > schemaVersion ? QStringLiteral("a newer") : QStringLiteral("an older"),
+                     QString::number(version), QString::number(schemaVersion));
     return false;
 }
 
@@ -129,26 +160,30 @@ bool Store::import(const Books &books)
     d->marketMs = QDateTime({2026, 1, 5}, {9, 15}, Qt::UTC).toMSecsSinceEpoch();
     if (!d->execute(QStringLiteral("INSERT INTO clock VALUES (?, 0, 0, ?)"), {d->marketMs, fingerprint(books)}))
         return false;
-    QHash<Holding, qint64> resources;
-    for (const OpeningResource &resource : books.resources) {
-        const Holding &holding = resource.holding;
-        QSqlQuery *query = d->execute(
-            QStringLiteral("INSERT INTO resources (account, security, exchange, quantity) VALUES (?, ?, ?, ?)"),
-            {holding.account, holding.securityID, holding.exchange, resource.quantity});
-        if (!query)
-            return false;
-        resources.insert(holding, query->lastInsertId().toLongLong());
-    }
-    return importPools(books, resources) && importCarried(books);
+    return importAccounts(books) && importPools(books) && importCarried(books);
 }
 
-bool Store::importPools(const Books &books, const QHash<Holding, qint64> &resources)
+bool Store::importAccounts(const Books &books)
 {
-    const QString sql = QStringLiteral("INSERT INTO pools (resource, account, trader, quantity, max_exposure, "
-                                       "max_pend_exposure) VALUES (?, ?, ?, ?, ?, ?)");
+    for (const Account &account : books.accounts)
+        if (!setEnabled(account.tradingAccount, account.enabled))
+            return false;
+    return true;
+}
+
+bool Store::importPools(const Books &books)
+{
+    QHash<Holding, QString> ids;
+    for (const OpeningResource &resource : books.resources) {
+        const QString id = saveResource({QString(), resource.holding, resource.quantity});
+        if (id.isEmpty())
+            return false;
+        ids.insert(resource.holding, id);
+    }
     for (const OpeningPool &pool : books.pools)
-        if (!d->execute(sql, {resources.value(pool.holding), pool.holding.account, pool.trader, pool.quantity,
-                              pool.maxExposure, pool.maxPendExposure}))
+        if (savePool({QString(), ids.value(pool.holding), pool.trader, pool.holding, pool.quantity, pool.maxExposure,
+                      pool.maxPendExposure})
+                .isEmpty())
             return false;
     return true;
 }

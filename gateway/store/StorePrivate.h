@@ -2,8 +2,10 @@
 
 #include "Store.h"
 
+#include <QtCore/QFile>
 #include <QtCore/QVariant>
 #include <QtSql/QSqlDatabase>
+#include <QtSql/QSqlError>
 #include <QtSql/QSqlQuery>
 
 /// When a record was changed: a millisecond of the market clock, and which change of that millisecond.
@@ -39,10 +41,20 @@ public:
     /// A number of the database's own; false: error is set.
     bool readPragma(const QString &name, int &value);
 
+    /// Whether the database is a gateway's, of this version.
+    bool checkSchema();
+
     int usageCount(const QString &trader);
 
     bool failed(const QSqlQuery &query);
 
+    /// The first row of a query, or an empty one.
+    template <typename Row, typename Read> Row row(const QString &sql, const QVariantList &values, Read read)
+    {
+        return rows<Row>(sql, values, read).value(0);
+    }
+
+    QFile lock; ///< the last to go: until then the file is this gateway's
     const QString connection;
     QSqlDatabase database;
     QHash<QString, QSqlQuery> prepared;
@@ -53,11 +65,26 @@ public:
 };
 
 namespace StoreIds {
+constexpr char resourceKind = 'R';
+constexpr char poolKind = 'P';
+
 QString resource(qint64 row);
 QString pool(qint64 row);
 
 /// The row of an id made by one of the above, 0 for an empty text, -1 for any other.
 qint64 row(const QString &id, QChar kind);
-constexpr char resourceKind = 'R';
-constexpr char poolKind = 'P';
 } // namespace StoreIds
+
+template <typename Row, typename Read>
+QVector<Row> Store::Private::rows(const QString &sql, const QVariantList &values, Read read)
+{
+    QVector<Row> found;
+    QSqlQuery *query = execute(sql, values);
+    while (query && query->next())
+        found.append(read(*query));
+    if (query && query->lastError().isValid())
+        failed(*query);
+    if (query)
+        query->finish();
+    return found;
+}

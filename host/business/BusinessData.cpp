@@ -164,7 +164,7 @@ QString MasterBusinessDataInterface::GetSymbolBySecurityIDAndExchange(const QStr
 QString MasterBusinessDataInterface::GetSymbolFromMap(const VariantRecord &row)
 {
     const QString symbol = row.value(Orvane_Fields::Security::symbol).toString();
-    if (!symbol.isEmpty())
+    if (ReferenceStore::data()->instruments.contains(symbol))
         return symbol;
     const QString security = row.value(Orvane_Fields::Security::securityID).toString();
     const QString exchange = row.value(Orvane_Fields::UserAccount::securityExchange).toString();

@@ -42,7 +42,7 @@ T0_HOST_EXPORT int GetDispFactorBySymbol(const QString &symbol);
 /// Empty when unknown (logged once a security).
 T0_HOST_EXPORT QString GetSymbolBySecurityIDAndExchange(const QString &securityID, const QString &exchange);
 
-/// The row's symbol, else that of its securityID and securityExchange; empty when neither is known.
+/// The row's symbol when it is known, else that of its securityID and securityExchange; empty when neither is.
 T0_HOST_EXPORT QString GetSymbolFromMap(const VariantRecord &row);
 
 /// symbol, securityID, securityExchange, chineseName, spellCode and the instrument's further fields; empty when

@@ -109,6 +109,16 @@ namespace Stand_Fields::Session {
 extern T0_WIRE_EXPORT const QString reconnected; ///< bool of a login: it repeats that of a lost connection
 } // namespace Stand_Fields::Session
 
+/// Values of the answer to a PictureRequest: rows by family, of the enabled accounts, in display units, with their
+/// symbols.
+namespace Stand_Fields::Picture {
+extern T0_WIRE_EXPORT const QString Products;
+extern T0_WIRE_EXPORT const QString Resources;
+extern T0_WIRE_EXPORT const QString SecurityPools;
+extern T0_WIRE_EXPORT const QString RealtimeUsage;
+extern T0_WIRE_EXPORT const QString tradingAccounts; ///< field of Products: list of the enabled ones, ascending
+} // namespace Stand_Fields::Picture
+
 namespace Stand_Values::AssetProp {
 extern T0_WIRE_EXPORT const QString Cash;
 } // namespace Stand_Values::AssetProp

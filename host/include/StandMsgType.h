@@ -19,6 +19,8 @@ extern T0_WIRE_EXPORT const QString SetQuoteRequest;              ///< console: 
 extern T0_WIRE_EXPORT const QString
     PushUsageRequest; ///< console: the row is pushed as it is to the clients that subscribed its trader
 extern T0_WIRE_EXPORT const QString
+    PictureRequest; ///< console, of managers: answer: what the server itself holds, see Stand_Fields::Picture
+extern T0_WIRE_EXPORT const QString
     EchoRequest; ///< answered at once and in order, after every push that was due before it
 
 /// First row: what the orders have in common; then one row an order. Answer: success when the list was processed, with

@@ -127,9 +127,13 @@ QString MasterUtils::SendRequestListToServer(ZrPresenterClass *presenter, const 
         answer = body.rows;
         return statusOfAnswer(body, errorText);
     }
-    errorText = answered ? RequestTexts::unreadableAnswer(unreadable) : textOfFailedOutcome(asked.reply);
+    if (!asked.sent) {
+        errorText = textOfFailedOutcome(asked.reply);
+        return Orvane_Values::RequestExeStatus::fail;
+    }
     // Whatever ended the wait: what has left this process may have been carried out.
-    return asked.sent ? Master_Values::RequestExeStatus::timeout : Orvane_Values::RequestExeStatus::fail;
+    errorText = answered ? RequestTexts::unreadableAnswer(unreadable) : RequestTexts::timedOut();
+    return Master_Values::RequestExeStatus::timeout;
 }
 
 void MasterUtils::SendEventMsg(ZrPresenterClass *, const QString &eventName, const QVariant &payload)

@@ -158,6 +158,12 @@ TEXT_OF_ITS_NAME(Stand_Fields::Subscription, serviceName);
 
 TEXT_OF_ITS_NAME(Stand_Fields::Session, reconnected);
 
+TEXT_OF_ITS_NAME(Stand_Fields::Picture, Products);
+TEXT_OF_ITS_NAME(Stand_Fields::Picture, Resources);
+TEXT_OF_ITS_NAME(Stand_Fields::Picture, SecurityPools);
+TEXT_OF_ITS_NAME(Stand_Fields::Picture, RealtimeUsage);
+TEXT_OF_ITS_NAME(Stand_Fields::Picture, tradingAccounts);
+
 TEXT_OF_ITS_NAME(Master_Fields::Security, SideUnion);
 TEXT_OF_ITS_NAME(Master_Fields::Security, VantaBusiType);
 

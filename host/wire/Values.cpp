@@ -97,6 +97,7 @@ TEXT_OF_ITS_NAME(Stand_MsgType, SubscribeRequest);
 TEXT_OF_ITS_NAME(Stand_MsgType, QuotePush);
 TEXT_OF_ITS_NAME(Stand_MsgType, SetQuoteRequest);
 TEXT_OF_ITS_NAME(Stand_MsgType, PushUsageRequest);
+TEXT_OF_ITS_NAME(Stand_MsgType, PictureRequest);
 TEXT_OF_ITS_NAME(Stand_MsgType, EchoRequest);
 TEXT_OF_ITS_NAME(Stand_MsgType, OrderRequest);
 TEXT_OF_ITS_NAME(Stand_MsgType, QueryRequestFateRequest);

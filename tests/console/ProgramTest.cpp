@@ -31,7 +31,7 @@ struct Run {
 
 void start(QProcess &program, QStringList arguments)
 {
-    if (!arguments.contains(QStringLiteral("--connect")))
+    if (!arguments.contains(QStringLiteral("--connect")) && !arguments.contains(QStringLiteral("--books")))
         arguments = QStringList{QStringLiteral("--books"), QStringLiteral(T0_SAMPLE_BOOKS)} + arguments;
     program.start(QStringLiteral(T0_CONSOLE_PROGRAM), arguments);
 }
@@ -64,6 +64,66 @@ bool readUntil(QProcess &program, const QByteArray &text, QByteArray &line)
     return true;
 }
 
+Run runScript(const char *script, const QStringList &arguments)
+{
+    QProcess program;
+    program.setWorkingDirectory(QStringLiteral(T0_SCRIPTS));
+    start(program, QStringList{QLatin1String(script)} + arguments);
+    return finish(program);
+}
+
+/// The first line that differs; empty when none does.
+QByteArray difference(const Run &run, const char *expectedFile)
+{
+    QFile file(QStringLiteral(T0_SCRIPTS "/") + QLatin1String(expectedFile));
+    if (!file.open(QIODevice::ReadOnly))
+        return "no such file";
+    const QList<QByteArray> expected = file.readAll().split('\n');
+    const QList<QByteArray> actual = run.output.split('\n');
+    for (int i = 0; i < qMax(expected.size(), actual.size()); ++i)
+        if (actual.value(i, "nothing") != expected.value(i, "nothing"))
+            return "line " + QByteArray::number(i + 1) + ": " + actual.value(i, "nothing");
+    return {};
+}
+
+/// The sample books with every account enabled and nothing set aside.
+void writeEmptyBooks(const QDir &dir)
+{
+    const QDir sample(QStringLiteral(T0_SAMPLE_BOOKS));
+    const QStringList emptied{"resources.csv", "pools.csv", "carried.csv"};
+    for (const QString &name : sample.entryList({"*.csv"})) {
+        QFile from(sample.filePath(name));
+        QFile to(dir.filePath(name));
+        QVERIFY(from.open(QIODevice::ReadOnly) && to.open(QIODevice::WriteOnly));
+        QByteArrayList lines = from.readAll().replace(",0,ProfitToOrg,", ",1,ProfitToOrg,").split('\n');
+        const auto header = std::find_if(lines.begin(), lines.end(), [](const auto &line) { return line[0] != '#'; });
+        if (emptied.contains(name))
+            lines.erase(header + 1, lines.end());
+        to.write(lines.join('\n') + '\n');
+    }
+}
+
+/// One line a row with what the gateway knows of it; a picture of the client shows more of each.
+QStringList shown(const QJsonArray &families, const QJsonArray &gatewayFamilies)
+{
+    QStringList lines;
+    for (const QJsonValue &known : gatewayFamilies) {
+        const QStringList fields = known.toObject().value("rows").toArray().first().toObject().keys();
+        for (const QJsonValue &family : families) {
+            if (family.toObject().value("name") != known.toObject().value("name"))
+                continue;
+            lines.append(known.toObject().value("name").toString());
+            for (const QJsonValue &row : family.toObject().value("rows").toArray()) {
+                QJsonObject part;
+                for (const QString &field : fields)
+                    part.insert(field, row.toObject().value(field));
+                lines.append(QJsonDocument(part).toJson(QJsonDocument::Compact));
+            }
+        }
+    }
+    return lines;
+}
+
 QJsonArray resultOf(const Run &run, const char *operation)
 {
     for (const QJsonObject &line : run.lines())
@@ -91,6 +151,7 @@ class ProgramTest : public QObject
 
 private slots:
     void transcriptOfTheSampleBooks();
+    void afterChangesTheClientShowsWhatTheGatewayHolds();
     void everyCommandIsOneJsonLine();
     void aRetriedFamilyStillLoads();
     void aFamilyThatFailsIsAnnounced();
@@ -109,21 +170,35 @@ T0_REGISTER_TEST(ProgramTest)
 
 void ProgramTest::transcriptOfTheSampleBooks()
 {
-    QProcess program;
-    program.setWorkingDirectory(QStringLiteral(T0_SCRIPTS));
-    start(program, {QStringLiteral("sample.t0")});
-    const Run run = finish(program);
-    QFile file(QStringLiteral(T0_SCRIPTS "/sample.expected"));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QList<QByteArray> expected = file.readAll().split('\n');
-    const QList<QByteArray> actual = run.output.split('\n');
-    for (int i = 0; i < qMin(expected.size(), actual.size()); ++i)
-        QVERIFY2(actual.at(i) == expected.at(i), "line " + QByteArray::number(i + 1) + ": " + actual.at(i));
-    QCOMPARE(actual.size(), expected.size());
+    const Run run = runScript("sample.t0", {});
+    QCOMPARE(difference(run, "sample.expected"), QByteArray());
     QCOMPARE(run.exitCode, 0);
     QCOMPARE(run.errors.count(QRegularExpression(QStringLiteral("^[0-5] \\(\\w+\\): \\d+ ms since init$"),
                                                  QRegularExpression::MultilineOption)),
              6);
+}
+
+void ProgramTest::afterChangesTheClientShowsWhatTheGatewayHolds()
+{
+    const QTemporaryDir books;
+    writeEmptyBooks(QDir(books.path()));
+    const Run transcript = runScript("changes.t0", {"--books", books.path()});
+    QCOMPARE(difference(transcript, "changes.expected"), QByteArray());
+    QCOMPARE(transcript.exitCode, 0);
+
+    const Run run = runScript("changes.t0", {"--json", "--books", books.path()});
+    const QVector<QJsonObject> lines = run.lines();
+    int compared = 0;
+    for (int i = 1; i < lines.size(); ++i) {
+        if (lines.at(i).value("op") != QLatin1String("gateway"))
+            continue;
+        const QJsonArray client = lines.at(i - 1).value("result").toObject().value("families").toArray();
+        const QJsonArray gateway = lines.at(i).value("result").toObject().value("families").toArray();
+        QCOMPARE(shown(client, gateway), shown(gateway, gateway));
+        QCOMPARE(gateway.size(), 4);
+        ++compared;
+    }
+    QCOMPARE(compared, 11);
 }
 
 void ProgramTest::everyCommandIsOneJsonLine()
@@ -196,13 +271,16 @@ void ProgramTest::strictStopsAtTheFirstBadCommand()
 
 void ProgramTest::loginOnlyBeforeTheLibraryAsks()
 {
-    const Run run = runConsole("login nobody\nquote 600001.SH 12\nlogin trader1\nlogin trader2\ninit\n"
-                               "wait inited 0,1,2,3,4,5\nlogin trader3\nGetAllT0TradingAccountListByCurUser\n");
+    const Run run =
+        runConsole("login nobody\nquote 600001.SH 12\nlogin trader1\nlogin trader2\ninit\n"
+                   "wait inited 0,1,2,3,4,5\nlogin trader3\nGetAllT0TradingAccountListByCurUser\ngateway picture\n");
     QCOMPARE(run.exitCode, 1);
     QCOMPARE(run.errors.count(QStringLiteral("<stdin>:1: nobody is not logged in")), 1);
     QCOMPARE(run.errors.count(QStringLiteral("<stdin>:7: login is possible only before init")), 1);
     QCOMPARE(resultOf(run, "GetAllT0TradingAccountListByCurUser"),
              (QJsonArray{"A000302", "A000201", "A000101"})); // trader2's, by priority
+    QVERIFY2(run.errors.endsWith(QStringLiteral("<stdin>:9: fail: 只有管理员可以查看全部数据\n")),
+             qPrintable(run.errors));
 }
 
 void ProgramTest::pushReachesTheSubscribedTrader()

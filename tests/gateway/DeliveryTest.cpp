@@ -7,7 +7,6 @@
 #include "TestClient.h"
 #include "Tests.h"
 
-#include <QtCore/QDateTime>
 #include <QtCore/QThread>
 #include <QtTest/QtTest>
 
@@ -77,7 +76,6 @@ class DeliveryTest : public QObject
     Q_OBJECT
 
 private slots:
-    void lateOrUnreadableRequestsAreNotExecuted();
     void pushesFollowTheAnswersBeforeThem();
     void pushesGoToWhoSubscribed();
     void pushedRecordsGetRisingTimes();
@@ -87,32 +85,6 @@ private slots:
     void closingEndsEverything();
     void closesFromItsOwnHandler();
 };
-
-void DeliveryTest::lateOrUnreadableRequestsAreNotExecuted()
-{
-    const auto gateway = openGateway(TestBooks::withRows(1));
-    TestClient other(gateway, "m");
-    RawClient client(gateway);
-    client.send(requestOf(Stand_MsgType::LoginRequest, {{Orvane_Fields::UserAccount::userID, "m"}}).encode());
-    Envelope late = requestOf(Stand_MsgType::SetQuoteRequest,
-                              {{Orvane_Fields::Security::symbol, "600000.SH"}, {Stand_Fields::Quote::lastPrice, 99}});
-    late.validUntil = QDateTime::currentMSecsSinceEpoch() - 1;
-    client.send(late.encode());
-    Envelope unreadable = requestOf(Stand_MsgType::EchoRequest, {});
-    unreadable.body = QByteArray("no body");
-    client.send(unreadable.encode());
-    QTRY_COMPARE(client.got().size(), 3);
-    MessageBody body;
-    QString error;
-    QVERIFY(MessageBody::decode(client.got().at(1).body, body, error));
-    QCOMPARE(client.got().at(1).id, late.id);
-    QCOMPARE(refusal(body), QStringLiteral("请求已过期"));
-    QVERIFY(MessageBody::decode(client.got().at(2).body, body, error));
-    QVERIFY(refusal(body).startsWith(QStringLiteral("请求内容无法解析：")));
-    QVERIFY(!client.isDropped());
-    const VariantRecord quote = other.all(Stand_MsgType::QueryQuotesRequest).value(0);
-    QCOMPARE(quote.value(Stand_Fields::Quote::lastPrice).toDouble(), 10.0);
-}
 
 void DeliveryTest::pushesFollowTheAnswersBeforeThem()
 {

@@ -10,7 +10,6 @@
 #include "TestClient.h"
 #include "Tests.h"
 
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
 namespace {
@@ -57,8 +56,6 @@ private slots:
     void prioritiesKeepTheirOrder();
     void usageIsMadeFromPoolsAndLegs();
     void tradersSeeOnlyThemselves();
-    void disabledAccountsGetZeroLimits();
-    void restartRepeatsEveryRecord();
 };
 
 void ServiceTest::pages_data()
@@ -67,12 +64,9 @@ void ServiceTest::pages_data()
     QTest::addColumn<int>("pageSize");
     QTest::addColumn<QVector<int>>("sizes");
     QTest::newRow("nothing") << 0 << 0 << QVector<int>{0};
-    QTest::newRow("a page less one") << 999 << 0 << QVector<int>{999};
     QTest::newRow("exactly a page") << 1000 << 0 << QVector<int>{1000};
     QTest::newRow("a page and one") << 1001 << 0 << QVector<int>{1000, 1};
-    QTest::newRow("exactly two pages") << 2000 << 0 << QVector<int>{1000, 1000};
     QTest::newRow("one row a page") << 3 << 1 << QVector<int>{1, 1, 1};
-    QTest::newRow("all in one") << 2000 << 10000 << QVector<int>{2000};
 }
 
 void ServiceTest::pages()
@@ -115,17 +109,10 @@ void ServiceTest::refusesBadPaging_data()
     const QString usage = Master_MsgType::QueryManualT0RealTimePoolUsageRequest;
     const QString pageSize = Stand_Fields::Paging::pageSize;
     QTest::newRow("no rows") << usage << pageSize << QVariant(0) << size;
-    QTest::newRow("too many rows") << Stand_MsgType::QueryQuotesRequest << pageSize << QVariant(10001) << size;
-    QTest::newRow("no number") << Master_MsgType::QueryManualT0ResourceRequest << pageSize << QVariant("x") << size;
     QTest::newRow("before the first") << usage << Stand_Fields::Paging::pageIndex << QVariant(-1) << place;
-    QTest::newRow("page far away") << usage << Stand_Fields::Paging::pageIndex << QVariant(2147483647) << place;
-    QTest::newRow("behind the last") << Stand_MsgType::QueryQuotesRequest << Stand_Fields::Paging::position
-                                     << QVariant("99") << place;
-    for (const char *position : {"x", "P000000001", "R+00000001", "R1", "R000000000", "R-00000001"})
+    for (const char *position : {"P000000001", "R+00000001", "R000000000"})
         QTest::newRow(position) << Master_MsgType::QueryManualT0ResourceRequest << Stand_Fields::Paging::position
                                 << QVariant(position) << place;
-    QTest::newRow("of a resource") << Master_MsgType::QueryManualT0SecurityPoolRequest << Stand_Fields::Paging::position
-                                   << QVariant("R000000001") << place;
 }
 
 void ServiceTest::refusesBadPaging()
@@ -334,46 +321,6 @@ void ServiceTest::tradersSeeOnlyThemselves()
     QVERIFY(manager.subscribe(Master_MsgType::ManualT0RealTimePoolUsagePush, "trader2"));
     QVERIFY(!manager.subscribe(Master_MsgType::ManualT0RealTimePoolUsagePush, "public"));
     QVERIFY(!manager.subscribe("OtherPush", "trader2"));
-}
-
-void ServiceTest::disabledAccountsGetZeroLimits()
-{
-    QTemporaryDir dir;
-    const QString state = dir.filePath(QStringLiteral("state"));
-    Books books = SampleBooks::make(1);
-    const QString type = Master_MsgType::QueryManualT0RealTimePoolUsageRequest;
-    const auto limitsOf = [&](const QString &account) {
-        TestClient client(openGateway(books, state), "manager1");
-        double sum = 0;
-        for (const VariantRecord &row : client.all(type, usageOf("trader4")))
-            if (row.value(UserAccount_::tradingAccount) == account)
-                for (const QString &limit :
-                     {T0_::DailyBuyLimit, T0_::DailySellLimit, T0_::PreUnclosedBuyLimit, T0_::PreUnclosedSellLimit})
-                    sum += row.value(limit).toDouble();
-        return sum;
-    };
-    QCOMPARE(limitsOf("A000303"), 0.0);
-    QVERIFY(limitsOf("A000302") > 0);
-    books.accounts[6].enabled = true;
-    books.accounts[5].enabled = false;
-    QVERIFY(limitsOf("A000303") > 0);
-    QCOMPARE(limitsOf("A000302"), 0.0);
-}
-
-void ServiceTest::restartRepeatsEveryRecord()
-{
-    QTemporaryDir dir;
-    const auto picture = [&dir] {
-        TestClient client(openGateway(SampleBooks::make(1), dir.filePath(QStringLiteral("state"))), "manager1");
-        const VariantRecord account{{UserAccount_::tradingAccount, "A000101"}};
-        return client.all(Master_MsgType::QueryManualT0ResourceRequest, account) +
-               client.all(Master_MsgType::QueryManualT0SecurityPoolRequest, account) +
-               client.all(Master_MsgType::QueryManualT0RealTimePoolUsageRequest,
-                          usageOf("lead1,trader1,trader2,trader3,trader4"));
-    };
-    const RecordList before = picture();
-    QVERIFY(before.size() > 100);
-    QCOMPARE(picture(), before);
 }
 
 T0_REGISTER_TEST(ServiceTest)

@@ -221,6 +221,11 @@ void SocketServerTest::theProgramsExitCodes()
                                      {"--chek", books},
                                      {"--check", books, "more"},
                                      {"--serve", m_name},
+                                     {"--serve", "", "--books", books},
+                                     {"--serve", m_name, "--books", books, "--state", ""},
+                                     {"--check", books, "--scale", "2"},
+                                     {"--audit"},
+                                     {"--audit", "--state", books, "--books", books},
                                      {"--init-sample", books, "--scale", "0"}}) {
         QCOMPARE(exitCodeOf(wrong, &output), 2);
         QVERIFY2(output.contains("--init-sample"), output.constData());
@@ -229,7 +234,7 @@ void SocketServerTest::theProgramsExitCodes()
 
 void SocketServerTest::theProgramServesUntilItIsTold()
 {
-    QString error;
+    int refusals = 0;
     for (const int signal : {SIGTERM, SIGINT, SIGKILL, SIGTERM}) {
         // After the kill the name is still there: the next one has to take it over.
         QProcess program;
@@ -244,6 +249,16 @@ void SocketServerTest::theProgramServesUntilItIsTold()
         QByteArray buffer;
         int answers = 0;
         QTRY_COMPARE(answersOn(socket, buffer, answers), 1);
+        const MessageBody quote{{}, {{{Orvane_Fields::Security::symbol, "nothing"}}}};
+        socket.write(framed(Envelope::request(Stand_MsgType::SetQuoteRequest, "", 60000, quote).encode()));
+        QTRY_COMPARE(answersOn(socket, buffer, answers), 2);
+        const QString state = m_dir.filePath(QStringLiteral("state"));
+        QByteArray output;
+        QCOMPARE(exitCodeOf({"--audit", "--state", state, "--since", "2026-01-05T09:15", "--json"}, &output), 0);
+        QCOMPARE(output.count("\"refusal\":\"证券不存在：nothing\""), ++refusals);
+        QCOMPARE(exitCodeOf({"--audit", "--state", state, "--since", "2026-13-05"}, &output), 1);
+        QCOMPARE(exitCodeOf({"--serve", m_name + "2", "--books", T0_SAMPLE_BOOKS, "--state", state}, &output), 1);
+        QVERIFY2(output.contains("another gateway uses it"), output.constData());
         ::kill(pid_t(program.processId()), signal);
         QVERIFY(program.waitForFinished(60000));
         if (signal != SIGKILL)

@@ -8,6 +8,9 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtSql/QSqlDatabase>
+#include <QtSql/QSqlError>
+#include <QtSql/QSqlQuery>
 
 Books TestBooks::withRows(int n)
 {
@@ -42,6 +45,41 @@ Books TestBooks::withRows(int n)
     }
     books.buildIndexes();
     return books;
+}
+
+Books TestBooks::withAccounts()
+{
+    Books books = withRows(3);
+    books.pools.clear();
+    books.instruments[1].dispFactor = 10;
+    Instrument elsewhere = books.instruments.at(0);
+    elsewhere.exchange = Orvane_Values::Exchange::sz;
+    elsewhere.symbol = elsewhere.securityID + Orvane_Values::SymbolPost::sz;
+    books.instruments.append(elsewhere);
+    for (const char *id : {"A2", "A3"}) {
+        Account account = books.accounts.at(0);
+        account.tradingAccount = QString::fromLatin1(id);
+        account.productAccount = QStringLiteral("P2");
+        account.enabled = account.tradingAccount == QLatin1String("A2");
+        books.accounts.append(account);
+    }
+    books.users[1].accounts = QStringList{"A1", "A2"};
+    books.buildIndexes();
+    return books;
+}
+
+void TestBooks::runSql(const QString &file, const QString &sql)
+{
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("test"));
+        database.setDatabaseName(file);
+        if (!database.open())
+            qFatal("cannot open %s", qPrintable(file));
+        QSqlQuery query(database);
+        if (!query.exec(sql))
+            qFatal("%s: %s", qPrintable(sql), qPrintable(query.lastError().text()));
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("test"));
 }
 
 TestBooks::Files TestBooks::sample()

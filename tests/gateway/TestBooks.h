@@ -15,6 +15,13 @@ using Files = QMap<QString, QByteArray>;
 /// margin security, a quote, a resource of 3000 shares and a private pool of 1000 for t1.
 Books withRows(int n);
 
+/// withRows(3) without pools, the second security counted by tens, and more: an account "A2" of product "P2" that
+/// only t1 may trade, a disabled account "A3" and a fourth security, on an exchange that no account trades.
+Books withAccounts();
+
+/// Runs a statement on a state file that no gateway uses.
+void runSql(const QString &file, const QString &sql);
+
 /// The files of the sample books.
 Files sample();
 

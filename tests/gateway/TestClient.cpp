@@ -41,10 +41,19 @@ TestClient::~TestClient()
 
 MessageBody TestClient::ask(const QString &type, const VariantRecord &row, const VariantRecord &values)
 {
-    const auto reply =
-        channel.request(Envelope::request(type, QStringLiteral("whoever"), patience, {values, {row}}), patience);
+    return send(Envelope::request(type, QStringLiteral("whoever"), patience, {values, {row}}));
+}
+
+MessageBody TestClient::change(const QString &type, const VariantRecord &header, const RecordList &rows)
+{
+    return send(changeOf(type, header, rows));
+}
+
+MessageBody TestClient::send(const Envelope &envelope)
+{
+    const auto reply = channel.request(envelope, patience);
     if (reply.outcome != MessageChannel::Outcome::Answered)
-        QTest::qFail(qPrintable(type + QStringLiteral(": ") + reply.errorText), __FILE__, __LINE__);
+        QTest::qFail(qPrintable(envelope.type + QStringLiteral(": ") + reply.errorText), __FILE__, __LINE__);
     return bodyOf(reply.envelope);
 }
 
@@ -98,6 +107,11 @@ std::shared_ptr<PaperGateway> openGateway(const Books &books, const QString &sta
     if (!gateway)
         QTest::qFail(qPrintable(errorText), __FILE__, __LINE__);
     return gateway;
+}
+
+Envelope changeOf(const QString &type, const VariantRecord &header, const RecordList &rows)
+{
+    return Envelope::request(type, QStringLiteral("whoever"), patience, {{}, RecordList{header} + rows});
 }
 
 bool succeeded(const MessageBody &answer)

@@ -15,6 +15,9 @@ public:
     /// The answer's body. The running test fails when none comes.
     MessageBody ask(const QString &type, const VariantRecord &row = {}, const VariantRecord &values = {});
 
+    MessageBody change(const QString &type, const VariantRecord &header, const RecordList &rows);
+    MessageBody send(const Envelope &envelope);
+
     /// Every page of a query: by position, or by page when the answers say hasMore.
     QVector<RecordList> pages(const QString &type, const VariantRecord &row = {}, int pageSize = 0);
     RecordList all(const QString &type, const VariantRecord &row = {}, int pageSize = 0);
@@ -33,6 +36,9 @@ private:
 
 /// A gateway in memory, or on a state file; the running test fails when it does not open.
 std::shared_ptr<PaperGateway> openGateway(const Books &books, const QString &stateFile = QString());
+
+/// A change request with an id of its own.
+Envelope changeOf(const QString &type, const VariantRecord &header, const RecordList &rows);
 
 bool succeeded(const MessageBody &answer);
 QString refusal(const MessageBody &answer);

@@ -36,11 +36,10 @@ void watchWarnings(QtMsgType type, const QMessageLogContext &context, const QStr
     former(type, context, message);
 }
 
-ScriptedReference reference(const QString &userId)
+ScriptedReference sharedDesk()
 {
     const QStringList all{"SH", "SZ", "HHK", "SZHK"};
     ScriptedReference reference;
-    reference.user = userId;
     reference.organCode = QStringLiteral("org");
     reference.accounts = {
         {"A1", "P1", "Cash", all}, {"A2", "P1", "Cash", all}, {"A3", "P1", "Credit", all}, {"A4", "P2", "Cash", all}};
@@ -94,6 +93,7 @@ QString shown(const QString &name, const QVariant &payload)
 void LogicTest::init()
 {
     former = qInstallMessageHandler(watchWarnings);
+    desk = sharedDesk();
     open(Mode::ByHand);
 }
 
@@ -101,12 +101,14 @@ void LogicTest::cleanup()
 {
     const QStringList leftAsked = hub ? takeAsked() : QStringList();
     const QStringList unscripted = hub ? server->channel->unexpected() : QStringList();
+    const QStringList changes = hub ? server->takeChanges() : QStringList();
     const QStringList faults = hub ? HubProbe::indexFaults(*hub) : QStringList();
     close();
     qInstallMessageHandler(former);
     const QStringList warned = std::exchange(warnings(), {});
     QCOMPARE(leftAsked, QStringList());
     QCOMPARE(unscripted, QStringList());
+    QCOMPARE(changes, QStringList());
     QCOMPARE(faults, QStringList());
     QCOMPARE(warned, QStringList());
 }
@@ -117,7 +119,8 @@ void LogicTest::open(Mode newMode, HubTiming timing, const QString &userId, cons
     serverOwner = std::make_unique<TestServer>();
     server = serverOwner.get();
     ScriptedChannel *channel = nullptr;
-    session = reference(userId).open(channel, 5000);
+    desk.user = userId;
+    session = desk.open(channel, 5000);
     server->script(*channel);
     if (!storedSettings.isNull())
         HCore::instance()->saveSetting(MasterConstants::SettingFieldName::ManualT0Settings::TradeSymbolSetting,

@@ -16,7 +16,7 @@ class ManualT0LogicPresenterClass;
 /// Base of the hub's test classes. Every test function runs with a session, a hub of its own and a listener
 /// to all events. By hand, the hub's queries are recorded and the test answers them through the hub's slots;
 /// behind the server, a presenter asks the scripted server. A query or a warning of Qt about objects, timers
-/// or queued arguments that the test did not look at fails it.
+/// or queued arguments that the test did not look at fails it, and so does a change that was sent.
 class LogicTest : public QObject
 {
     Q_OBJECT
@@ -67,6 +67,7 @@ protected:
     /// All that was caused has arrived.
     void settle();
 
+    ScriptedReference desk; ///< what open() gives the host; as in Rows.h at the start of every test
     TestServer *server = nullptr;
     std::unique_ptr<HostSession> session;
     std::unique_ptr<ManualT0LogicPrivate> hub;

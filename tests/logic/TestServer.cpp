@@ -19,6 +19,21 @@ RecordList with(const RecordList &rows, const QString &field, const QStringList 
     return result;
 }
 
+QStringList changeTypes()
+{
+    return {AlterManualT0ProductsRequest,     AddManualT0ResourceRequest,          AlterManualT0ResourceRequest,
+            DeleteManualT0ResourceRequest,    AllocateManualT0SecurityPoolRequest, DeleteManualT0SecurityPoolRequest,
+            AddManualT0ResourceAndPoolRequest};
+}
+
+QString fieldsOf(const VariantRecord &row)
+{
+    QString line;
+    for (auto field = row.cbegin(); field != row.cend(); ++field)
+        line += ' ' + field.key() + '=' + field->toString();
+    return line;
+}
+
 bool sameUsage(const VariantRecord &a, const VariantRecord &b)
 {
     for (const QString &field : {Master_Fields::ManualT0::T0TraderId, tradingAccount,
@@ -38,6 +53,8 @@ void TestServer::script(ScriptedChannel &scripted)
                                 QueryManualT0ResourceRequest, QueryManualT0SecurityPoolRequest,
                                 QueryManualT0RealTimePoolUsageRequest, QueryManualT0TraderAccountPriorityRequest})
         channel->always(type, [this, type](const MessageBody &request) { return page(type, request); });
+    for (const QString &type : changeTypes())
+        channel->always(type, [](const MessageBody &) { return ScriptedChannel::success(); });
     channel->always(Stand_MsgType::SubscribeRequest, [this](const MessageBody &request) { return subscribe(request); });
 }
 
@@ -63,6 +80,29 @@ void TestServer::pushUsage(const VariantRecord &row)
     }
     m_books.usage = others << row;
     channel->push(ManualT0RealTimePoolUsagePush, row); // under the lock: pushes leave in the order of their changes
+}
+
+void TestServer::answerNext(const QString &msgType, const QString &outcome)
+{
+    if (outcome == Master_Values::RequestExeStatus::timeout)
+        channel->nextTimesOut(msgType);
+    else
+        channel->next(msgType,
+                      outcome == Rows::Success ? ScriptedChannel::success() : ScriptedChannel::refusal(outcome));
+}
+
+QStringList TestServer::takeChanges()
+{
+    const QList<ScriptedChannel::Request> requests = channel->requests();
+    QStringList lines;
+    for (const ScriptedChannel::Request &request : requests.mid(std::exchange(m_requestsSeen, requests.size()))) {
+        if (!changeTypes().contains(request.type))
+            continue;
+        lines.append(request.type + fieldsOf(request.body.rows.value(0)));
+        for (const VariantRecord &row : request.body.rows.mid(1))
+            lines.append(' ' + fieldsOf(row));
+    }
+    return lines;
 }
 
 QStringList TestServer::takeSubscribed()

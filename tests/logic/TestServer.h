@@ -6,8 +6,9 @@
 #include <functional>
 #include <mutex>
 
-/// The server's side of the hub's queries, on a scripted channel: answers every query from its books, in pages,
-/// and knows who subscribed the usage push. Thread-safe; outlives the channel.
+/// The server's side of the hub's requests, on a scripted channel: answers every query from its books, in pages,
+/// accepts every change without carrying it out, and knows who subscribed the usage push. Thread-safe; outlives
+/// the channel.
 class TestServer
 {
 public:
@@ -30,6 +31,13 @@ public:
     /// Changes the usage record of the same trader, account and security, or adds it, and pushes it.
     void pushUsage(const VariantRecord &row);
 
+    /// The next change of the type ends with "success", "timeout", or is refused with any other text.
+    void answerNext(const QString &msgType, const QString &outcome);
+
+    /// The changes since the last call, one line a row: the request and its header, then its rows behind two
+    /// spaces; fields as "name=value", ascending.
+    QStringList takeChanges();
+
     QStringList takeSubscribed(); ///< users of the push filters since the last call, in order
     void refuseSubscription(const QString &user);
 
@@ -44,4 +52,5 @@ private:
     Books m_books;
     QStringList m_subscribed;
     QString m_refused;
+    int m_requestsSeen = 0; ///< of the channel, by takeChanges()
 };

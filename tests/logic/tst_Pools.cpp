@@ -13,7 +13,6 @@ private slots:
     void announcesWhatChanged_data();
     void announcesWhatChanged();
     void deletedRecordsAreSentAsTheyWere();
-    void changedAccountIsAskedFromAnyThread();
 };
 
 void PoolsTest::limitsOfBothLoadPaths_data()
@@ -63,8 +62,6 @@ void PoolsTest::announcesWhatChanged_data()
     QTest::addColumn<QStringList>("events");
     const VariantRecord first = Rows::pool("p1", "A1", "600000 SH", "t2", 10, "r1");
     const VariantRecord second = Rows::pool("p2", "A1", "600000 SH", "u1", 20, "r1");
-    VariantRecord other = second;
-    other.insert(PoolTotalQty, 21);
     VariantRecord sameInAnotherType = second;
     sameInAnotherType.insert(PoolTotalQty, 20.0);
     VariantRecord withField = second;
@@ -75,10 +72,6 @@ void PoolsTest::announcesWhatChanged_data()
         << RecordList{first, sameInAnotherType} << QStringList();
     QTest::newRow("an added field") << RecordList{first, withField} << QStringList("pools p2");
     QTest::newRow("a field that is gone") << RecordList{first, withoutField} << QStringList("pools p2");
-    QTest::newRow("of duplicates the last counts, named once")
-        << RecordList{other, first, second, other} << QStringList("pools p2");
-    QTest::newRow("updated before deleted") << RecordList{other, Rows::pool("p0", "A1", "600000 SH", "t2", 1, "r1")}
-                                            << QStringList({"pools p0,p2", "deleted p1"});
 }
 
 void PoolsTest::announcesWhatChanged()
@@ -104,12 +97,6 @@ void PoolsTest::deletedRecordsAreSentAsTheyWere()
     QCOMPARE(rawEvents.first().second.type(), QVariant::List);
     QCOMPARE(rawEvents.first().second.toList(), QVariantList{before});
     takeEvents();
-}
-
-void PoolsTest::changedAccountIsAskedFromAnyThread()
-{
-    hub->slotRecvSecurityPoolChangedPush("A7");
-    QCOMPARE(takeAsked(), QStringList("pools A7"));
 }
 
 T0_REGISTER_TEST(PoolsTest)

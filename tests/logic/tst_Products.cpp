@@ -1,15 +1,12 @@
 #include "LogicTest.h"
 #include "Tests.h"
 
-using State = MasterInitStateMgr::InitState;
-
 class ProductsTest : public LogicTest
 {
     Q_OBJECT
 
 private slots:
     void candidatesAndTheirNames();
-    void fiveRequestsThenTheLoadIsGivenUp();
 };
 
 void ProductsTest::candidatesAndTheirNames()
@@ -30,31 +27,6 @@ void ProductsTest::candidatesAndTheirNames()
     QCOMPARE(hub->GetT0ProductMap(), (QMap<QString, QString>{{"P1", "name of P1"}, {"P7", ""}}));
     takeAsked();
     takeEvents();
-}
-
-void ProductsTest::fiveRequestsThenTheLoadIsGivenUp()
-{
-    hub->InitData();
-    QStringList asked = takeAsked();
-    for (int i = 0; i < 5; ++i)
-        answerProducts({}, i == 2 ? "timeout" : "fail");
-    asked += takeAsked();
-    QCOMPARE(asked.count("products"), 5);
-    QCOMPARE(takeEvents(), QStringList("inited 0"));
-    QCOMPARE(hub->GetInitStateByType(ManualT0Logic::Products), State::InitFailed);
-
-    answerProducts({}, "fail"); // the sixth gives up at once
-    QCOMPARE(takeAsked(), QStringList());
-    QCOMPARE(takeEvents(), QStringList("inited 0"));
-    // An answer without a code is no success.
-    answerProducts({}, "");
-    QCOMPARE(takeEvents(), QStringList("inited 0"));
-    // A late success counts, and earns the retries back.
-    answerProducts({});
-    for (int i = 0; i < 4; ++i)
-        answerProducts({}, "fail");
-    QCOMPARE(takeAsked().count("products"), 4);
-    QCOMPARE(takeEvents(), QStringList({"inited 0", "inited 2", "inited 3"}));
 }
 
 T0_REGISTER_TEST(ProductsTest)

@@ -2,7 +2,6 @@
 #include "Tests.h"
 
 using namespace Master_Fields::ManualT0;
-using State = MasterInitStateMgr::InitState;
 
 class ResourcesTest : public LogicTest
 {
@@ -13,8 +12,6 @@ private slots:
     void quantitiesAreDisplayUnits();
     void summaryBeyondIntIsClamped();
     void shortFormOfTheAnswerCovers();
-    void loadFinishesWithItsLastAccount_data();
-    void loadFinishesWithItsLastAccount();
 };
 
 void ResourcesTest::quantitiesAreDisplayUnits_data()
@@ -65,46 +62,6 @@ void ResourcesTest::shortFormOfTheAnswerCovers()
                                       Q_ARG(QList<QVariantMap>, QList<QVariantMap>())));
     QVERIFY(hub->GetAllResourceList().isEmpty());
     QCOMPARE(takeEvents(), QStringList("resources A1"));
-}
-
-void ResourcesTest::loadFinishesWithItsLastAccount_data()
-{
-    QTest::addColumn<QStringList>("answers"); // of both families
-    QTest::addColumn<int>("retries");
-    QTest::addColumn<int>("state");
-    QTest::newRow("both answer") << QStringList({"A1 success", "A2 success"}) << 0 << int(State::Inited);
-    QTest::newRow("one failure is repeated once")
-        << QStringList({"A1 fail", "A1 success", "A2 success"}) << 1 << int(State::Inited);
-    QTest::newRow("given up first, then a success")
-        << QStringList({"A1 fail", "A1 timeout", "A2 success"}) << 1 << int(State::Inited);
-    QTest::newRow("given up last") << QStringList({"A2 success", "A1 fail", "A1 fail"}) << 1 << int(State::InitFailed);
-    QTest::newRow("both given up") << QStringList({"A1 fail", "A2 fail", "A1 fail", "A2 fail"}) << 2
-                                   << int(State::InitFailed);
-}
-
-void ResourcesTest::loadFinishesWithItsLastAccount()
-{
-    QFETCH(QStringList, answers);
-    QFETCH(int, retries);
-    QFETCH(int, state);
-    hub->InitData();
-    answerProducts({Rows::product("P1", "A1"), Rows::product("P1", "A2")});
-    takeAsked();
-    takeEvents();
-    for (const QString &answer : qAsConst(answers)) {
-        QCOMPARE(hub->GetInitStateByType(ManualT0Logic::Resources), State::Initing);
-        QCOMPARE(hub->GetInitStateByType(ManualT0Logic::SecurityPools), State::Initing);
-        const QString account = answer.section(' ', 0, 0);
-        // Rows of a failed answer are the pages before the failure: not stored.
-        answerResources(account, {Rows::resource(answer, account, "600000 SH", 1)}, answer.section(' ', 1));
-        answerPools(account, {Rows::pool(answer, account, "600000 SH", "u1", 1, "r")}, answer.section(' ', 1));
-    }
-    QCOMPARE(takeAsked().size(), 2 * retries);
-    QCOMPARE(takeEvents(), QStringList({"inited 2", "inited 3"}));
-    QCOMPARE(int(hub->GetInitStateByType(ManualT0Logic::Resources)), state);
-    QCOMPARE(int(hub->GetInitStateByType(ManualT0Logic::SecurityPools)), state);
-    QCOMPARE(hub->GetAllResourceList().size(), answers.filter("success").size());
-    QCOMPARE(hub->GetAllSecurityPoolList().size(), answers.filter("success").size());
 }
 
 T0_REGISTER_TEST(ResourcesTest)

@@ -333,7 +333,7 @@ public:
     static QString Order(const RecordList &orders, RecordList &results, const QString &extraText);
 
     /// Orders that may still be cancelled, from the host's order store. Accounts always narrow; an empty symbol,
-    /// exchange, userIds or side ("buy", "sell") does not. fetchAll: all of them, else the host's first page.
+    /// exchange, userIds or side (buy or sell) does not. fetchAll: all of them, else the host's first page.
     static RecordList GetCancelableOrderList(const QStringList &accounts, const QString &symbol,
                                              const QString &exchange, const QStringList &userIds, const QString &side,
                                              bool fetchAll);

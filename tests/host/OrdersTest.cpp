@@ -15,6 +15,8 @@
 
 #include <thread>
 
+Q_DECLARE_METATYPE(std::function<void(ScriptedChannel &)>)
+
 namespace {
 
 using Stand_MsgType::OrderRequest;
@@ -333,6 +335,5 @@ void OrdersTest::tickIsThatOfThePricesBand()
     QCOMPARE(GetPricePrecisionBySymbol("unknown", {}), 2);
 }
 
-Q_DECLARE_METATYPE(std::function<void(ScriptedChannel &)>)
 T0_REGISTER_TEST(OrdersTest)
 #include "OrdersTest.moc"

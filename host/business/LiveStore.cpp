@@ -7,7 +7,8 @@
 
 namespace {
 
-using Positions = QMap<QPair<QString, QString>, VariantRecord>; ///< by security id and exchange
+/// The rows of one account by security id and exchange: an answer may divide a holding among several.
+using Positions = QMap<QPair<QString, QString>, RecordList>;
 
 struct State {
     QReadWriteLock lock;
@@ -22,28 +23,38 @@ State &state()
     return *state;
 }
 
-template <typename Map, typename Key> void enter(Map &map, const Key &key, const VariantRecord &row, bool pushed)
-{
-    if (pushed || !map.contains(key))
-        map.insert(key, row);
-}
-
 void enterQuotes(const RecordList &rows, bool pushed)
 {
     QWriteLocker lock(&state().lock);
-    for (const VariantRecord &row : rows)
-        enter(state().quotes, row.value(Orvane_Fields::Security::symbol).toString(), row, pushed);
+    for (const VariantRecord &row : rows) {
+        const QString symbol = row.value(Orvane_Fields::Security::symbol).toString();
+        if (pushed || !state().quotes.contains(symbol))
+            state().quotes.insert(symbol, row);
+    }
+}
+
+QHash<QString, Positions> byAccount(const RecordList &rows)
+{
+    const auto reference = ReferenceStore::data();
+    QHash<QString, Positions> accounts;
+    for (VariantRecord row : rows) {
+        const auto security = securityKey(row);
+        row.insert(Orvane_Fields::Security::symbol, reference->symbols.value(security));
+        accounts[row.value(Orvane_Fields::UserAccount::tradingAccount).toString()][security].append(row);
+    }
+    return accounts;
 }
 
 void enterPositions(const RecordList &rows, bool pushed)
 {
-    const auto reference = ReferenceStore::data();
+    const QHash<QString, Positions> accounts = byAccount(rows);
     QWriteLocker lock(&state().lock);
-    for (VariantRecord row : rows) {
-        const auto security = securityKey(row);
-        row.insert(Orvane_Fields::Security::symbol, reference->symbols.value(security));
-        const QString account = row.value(Orvane_Fields::UserAccount::tradingAccount).toString();
-        enter(state().positions[account], security, row, pushed);
+    for (auto account = accounts.cbegin(); account != accounts.cend(); ++account) {
+        Positions &held = state().positions[account.key()];
+        for (auto position = account->cbegin(); position != account->cend(); ++position) {
+            if (pushed || !held.contains(position.key()))
+                held.insert(position.key(), position.value());
+        }
     }
 }
 
@@ -78,8 +89,13 @@ void LiveStore::pushedPositions(const RecordList &rows)
 RecordList LiveStore::positions(const QString &tradingAccount)
 {
     QReadLocker lock(&state().lock);
-    const auto found = state().positions.constFind(tradingAccount);
-    return found == state().positions.constEnd() ? RecordList() : found->values();
+    RecordList rows;
+    const auto account = state().positions.constFind(tradingAccount);
+    if (account != state().positions.constEnd()) {
+        for (const RecordList &position : *account)
+            rows += position;
+    }
+    return rows;
 }
 
 void LiveStore::answeredMarket(const RecordList &rows)

@@ -79,6 +79,8 @@ public:
             errorText = QStringLiteral("--timeout must be a number of milliseconds above 0");
         else if (m_parser.isSet(m_connect) && (m_parser.isSet(m_books) || m_parser.isSet(m_state)))
             errorText = QStringLiteral("--books and --state are the embedded gateway's, --connect needs none");
+        else if (m_parser.isSet(m_user) && options.host.user.isEmpty())
+            errorText = QStringLiteral("--user needs an id");
         else if (m_parser.isSet(m_connect) && options.host.serverName.isEmpty())
             errorText = QStringLiteral("--connect needs a name");
         return options;

@@ -53,6 +53,14 @@ int width(const QString &text)
     return columns;
 }
 
+/// What clients have sent stays in its line.
+QString inOneLine(QString text)
+{
+    for (QChar &c : text)
+        c = c.category() == QChar::Other_Control ? QChar(0x2423) : c;
+    return text;
+}
+
 void printTable(QTextStream &stream, const QVector<QVector<Cell>> &lines)
 {
     QVector<Cell> header = cellsOf(AuditEntry());
@@ -74,6 +82,14 @@ void printTable(QTextStream &stream, const QVector<QVector<Cell>> &lines)
     }
 }
 
+QVector<Cell> tableCellsOf(const AuditEntry &entry)
+{
+    QVector<Cell> cells = cellsOf(entry);
+    for (Cell &cell : cells)
+        cell.second = inOneLine(cell.second);
+    return cells;
+}
+
 /// False: the text is no time.
 bool readTime(const QString &text, qint64 &ms)
 {
@@ -90,12 +106,17 @@ bool readTime(const QString &text, qint64 &ms)
 
 } // namespace
 
+bool AuditReport::isTime(const QString &text)
+{
+    qint64 ms = 0;
+    return readTime(text, ms);
+}
+
 QString AuditReport::print(const AuditQuestion &question)
 {
     AuditFilter filter{0, question.user};
-    if (!question.since.isEmpty() && !readTime(question.since, filter.sinceMs))
-        return QStringLiteral("--since: \"%1\" is no time: expected yyyy-MM-dd or yyyy-MM-ddThh:mm[:ss]")
-            .arg(question.since);
+    if (!question.since.isEmpty())
+        readTime(question.since, filter.sinceMs);
     QTextStream stream(stdout);
     stream.setCodec("UTF-8");
     QVector<QVector<Cell>> lines;
@@ -103,7 +124,7 @@ QString AuditReport::print(const AuditQuestion &question)
         if (question.json)
             stream << jsonLine(cellsOf(entry)) << '\n';
         else
-            lines.append(cellsOf(entry));
+            lines.append(tableCellsOf(entry));
     });
     if (error.isEmpty() && !question.json)
         printTable(stream, lines);

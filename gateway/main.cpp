@@ -209,9 +209,13 @@ int run(QCoreApplication &application, const QCommandLineParser &parser)
     if (mode == QLatin1String("serve"))
         return serve(application, value, parser.value(QStringLiteral("books")), state);
     if (mode == QLatin1String("audit")) {
-        const QString error =
-            AuditReport::print({state, parser.value(QStringLiteral("since")), parser.value(QStringLiteral("user")),
-                                parser.isSet(QStringLiteral("json"))});
+        const QString since = parser.value(QStringLiteral("since"));
+        if (parser.isSet(QStringLiteral("since")) && !AuditReport::isTime(since))
+            return usage(
+                parser,
+                QStringLiteral("--since: \"%1\" is no time: expected yyyy-MM-dd or yyyy-MM-ddThh:mm[:ss]").arg(since));
+        const QString error = AuditReport::print(
+            {state, since, parser.value(QStringLiteral("user")), parser.isSet(QStringLiteral("json"))});
         return error.isEmpty() ? Good : failed(error);
     }
     bool isNumber = false;

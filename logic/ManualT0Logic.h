@@ -36,13 +36,14 @@ class ZrPresenterClass;
 ///   fail         a row was refused by a check, then nothing was sent; or every request failed; the text says why
 ///   ParticalFail some of the requests, one a trading account or resource, failed
 ///   timeout      AlterT0ProductAccount, DeleteT0Resource and DeleteSecurityPoolsByIdList only: nobody knows whether
-///                the one request was carried out. Elsewhere a request that timed out counts as failed
+///                the one request was carried out. Elsewhere a request that timed out counts as failed, although
+///                it may have been carried out as well: look at the picture before it is repeated
 ///
 /// Nothing is changed in memory by what is sent: what a request may have touched is asked for again, and the events
-/// above tell when it has come. (AlterT0ProductAccount and DeleteT0Resource also change the picture at once.) Of
-/// several rows the first that fails a check is named, "第%1行数据检查到错误：" before its text; checks of all rows
-/// together name none. A quantity that is no whole number, negative or above the bounds below is refused by the
-/// server, with a text.
+/// above tell when it has come. Changes by others are seen with the next refresh only. (AlterT0ProductAccount and
+/// DeleteT0Resource also change the picture at once.) Of several rows the first that fails a check is named,
+/// "第%1行数据检查到错误：" before its text; checks of all rows together name none. A quantity that is no whole number,
+/// negative or above the bounds below is refused by the server, with a text.
 class MANUALT0LOGIC_EXPORT ManualT0Logic : public QObject
 {
     Q_OBJECT
@@ -148,16 +149,17 @@ public:
     /// one), on the supported exchanges and of a tradable kind, what credit accounts have borrowed and use included.
     /// withT0Symbols: also the convertible bonds an account does not hold, with quantity 0. Rows, ready for
     /// AddT0Resource: productAccount, tradingAccount, securityID, securityExchange, symbol, chineseName, ResourceQty
-    /// (64-bit, what is held; resources that exist already are not subtracted), T0SymbolFlag (bool, a convertible
-    /// bond) and ResourceId (of the resource that exists already, else empty). In the order of the products, of
-    /// their accounts, of the supported exchanges and of the symbols.
+    /// (64-bit, what can be sold today; resources that exist already are not subtracted), T0SymbolFlag (bool, a
+    /// convertible bond) and ResourceId (of the resource that exists already, else empty). In the order of the
+    /// products, of their accounts, of the supported exchanges and of the symbols.
     static RecordList GetT0ResourceCandidatesList(const QStringList &productAccounts, const QString &assetProp,
                                                   bool withT0Symbols);
 
     /// How much may still be set aside, a whole number of at least 0: what the account holds, as if nobody had
     /// traded T0 today, less its resources; at most MaxResourceQty less these; a multiple of the display factor. A
     /// convertible bond that is not held is limited by MaxResourceQty alone. 0 for an account that is not enabled
-    /// and when an argument is empty. Complete for managers only: others know their own usage.
+    /// and when an argument is empty. Advice for input fields: the server does not hold resources to it. Complete for
+    /// managers only: others know their own usage.
     static double GetAllocatableQty2ResourceByTradingAccount(const QString &tradingAccount, const QString &symbol,
                                                              const QString &exchange);
 
@@ -167,10 +169,11 @@ public:
                                              const QString &symbol, const QString &exchange);
 
     /// Sets stock aside, one request a trading account. Rows: tradingAccount, securityID, securityExchange,
-    /// ResourceQty. cover: an existing resource gets the quantity, else it is raised by it. Rows of a quantity of 0
-    /// are left out. Texts: "账号数据为空", "账号数据不合法", "账号%1未选为T0产品", "证券代码不存在",
-    /// "标的%1的资源数量必须是%3的整数倍，请重新填写！", "没有可添加的资源数据", or the failed requests' own with ","
-    /// between. Resources are asked for again, but for accounts whose request failed.
+    /// ResourceQty. cover: an existing resource gets the quantity, else it is raised by it. Rows whose quantity is
+    /// not above 0, or is none, are left out. Texts: "账号数据为空", "账号数据不合法", "账号%1未选为T0产品",
+    /// "证券代码不存在", "标的%1的资源数量必须是%3的整数倍，请重新填写！", "没有可添加的资源数据", or the failed
+    /// requests' own with "," between. Resources of accounts whose request was carried out or timed out are asked for
+    /// again.
     static QString AddT0Resource(const RecordList &rows, bool cover, QString &errorText);
 
     /// Changes the quantity of one resource. resource: ResourceId and ResourceQty; tradingAccount, else
@@ -181,7 +184,7 @@ public:
 
     /// Deletes resources with their pools in one request. Rows: ResourceId; tradingAccount, else that of the resource
     /// held. On success they are gone when it returns and the accounts' pools are asked for again; after a time-out
-    /// the resources are. All codes but ParticalFail; the text is the host's.
+    /// the resources are, their pools are not. All codes but ParticalFail; the text is the host's.
     static QString DeleteT0Resource(const RecordList &rows, QString &errorText);
 
     // ---- Security pools ----------------------------------------------------------------------------------
@@ -247,7 +250,7 @@ public:
     /// MaxPendExposureQty (server units) when they are to be set. cover: the resource's pools become exactly the rows,
     /// else resource and pools are raised by them. Texts: "没有检查到券池信息", those of a row of AddT0Resource with
     /// "券池数量", "交易员ID不存在", or "添加券池时错误：" and those of the failed requests joined with ",". Resources
-    /// and pools are asked for again, but for accounts whose request failed.
+    /// and pools of accounts whose request was carried out or timed out are asked for again.
     static QString AddSecurityPoolAndResource(const RecordList &rows, bool cover, QString &errorText);
 
     /// Deletes pools in one request. Texts: "券池不存在，请刷新界面重试", then nothing was sent, or the host's. The

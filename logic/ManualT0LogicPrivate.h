@@ -295,11 +295,11 @@ private:
 
     /// Sends one change, header first, and blocks for its code; the login account joins the header.
     QString sendChange(const QString &msgType, VariantRecord header, const RecordList &rows, QString &errorText) const;
-    QString checkAlteredResource(const VariantRecord &resource, QString &tradingAccount, QString &symbol) const
+    QString checkAlteredResource(const VariantRecord &resource, QString &symbol) const
         T0_EXCLUDES(resourceLock, securityPoolLock);
     void forgetResources(const QStringList &resourceIds) T0_EXCLUDES(resourceLock, securityPoolLock);
-    /// The row's trading account, else that of its resource.
-    QString accountOf(const VariantRecord &row) const T0_EXCLUDES(resourceLock);
+    /// The trading accounts that a row names and that its resource has; usually one.
+    QStringList accountsOf(const VariantRecord &row) const T0_EXCLUDES(resourceLock);
     QSet<QString> t0Accounts() const T0_EXCLUDES(productLock);
 
     // ---- ManualT0LogicPrivate_Candidates.cpp -------------------------------------------------------------

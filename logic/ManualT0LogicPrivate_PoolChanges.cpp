@@ -82,7 +82,7 @@ QString ManualT0LogicPrivate::AllocatePublicResource(const RecordList &rows, QSt
         }
         groups[text(row, ResourceId)].append(
             allocationRow(row, ManualT0Logic::PublicTrader, PoolTypes::Public, symbol));
-        accounts.append(accountOf(row));
+        accounts += accountsOf(row);
     }
     return sendAllocations("ManualT0LogicPrivate::AllocatePublicResource", groups, PoolTypes::Public, accounts,
                            errorText);
@@ -105,7 +105,7 @@ QString ManualT0LogicPrivate::AllocateResourceToTrader(const RecordList &rows, Q
         const QString id = text(row, ResourceId);
         groups[id].append(allocationRow(row, text(row, T0TraderId), PoolTypes::Private, symbol));
         newPrivate[id] = Quantity::satAdd(newPrivate.value(id), Quantity::toQty(row.value(PoolTotalQty)));
-        accounts.append(accountOf(row));
+        accounts += accountsOf(row);
     }
     const QString failure = checkPrivatePools(newPrivate);
     if (!failure.isEmpty()) {
@@ -211,7 +211,6 @@ QString ManualT0LogicPrivate::sendAllocations(const char *operation, const Chang
 void ManualT0LogicPrivate::queryPoolsOfEach(QStringList tradingAccounts)
 {
     tradingAccounts.removeDuplicates();
-    tradingAccounts.removeAll(QString()); // of a resource that nobody knows
     for (const QString &account : qAsConst(tradingAccounts))
         slotRecvSecurityPoolChangedPush(account);
 }

@@ -66,17 +66,19 @@ QString ManualT0LogicPrivate::AddT0Resource(const RecordList &rows, bool cover, 
 
 QString ManualT0LogicPrivate::AlterT0Resource(const VariantRecord &resource, QString &errorText)
 {
-    QString tradingAccount;
     QString symbol;
-    errorText = checkAlteredResource(resource, tradingAccount, symbol);
+    errorText = checkAlteredResource(resource, symbol);
     if (!errorText.isEmpty())
         return Orvane_Values::RequestExeStatus::fail;
 
     const QString code =
         sendChange(Master_MsgType::AlterManualT0ResourceRequest, {{Orvane_Fields::System::subGroupNumber, 1}},
                    {ChangeRows::inServerUnits(resource, ResourceQty, symbol)}, errorText);
-    if (ChangeRows::mayBeInForce(code))
-        queryResources(tradingAccount);
+    if (ChangeRows::mayBeInForce(code)) {
+        const QStringList accounts = accountsOf(resource);
+        for (const QString &account : accounts)
+            queryResources(account);
+    }
     return code == Orvane_Values::RequestExeStatus::success ? code : Orvane_Values::RequestExeStatus::fail;
 }
 
@@ -89,10 +91,9 @@ QString ManualT0LogicPrivate::DeleteT0Resource(const RecordList &rows, QString &
         const QString id = text(row, ResourceId);
         requested.append({{ResourceId, id}});
         resourceIds.append(id);
-        accounts.append(accountOf(row));
+        accounts += accountsOf(row);
     }
     accounts.removeDuplicates();
-    accounts.removeAll(QString()); // of a resource that nobody knows
 
     const QString code = sendChange(Master_MsgType::DeleteManualT0ResourceRequest,
                                     {{Orvane_Fields::System::subGroupNumber, rows.size()}}, requested, errorText);
@@ -107,8 +108,7 @@ QString ManualT0LogicPrivate::DeleteT0Resource(const RecordList &rows, QString &
     return code;
 }
 
-QString ManualT0LogicPrivate::checkAlteredResource(const VariantRecord &resource, QString &tradingAccount,
-                                                   QString &symbol) const
+QString ManualT0LogicPrivate::checkAlteredResource(const VariantRecord &resource, QString &symbol) const
 {
     const QString id = text(resource, ResourceId);
     if (id.isEmpty())
@@ -118,9 +118,6 @@ QString ManualT0LogicPrivate::checkAlteredResource(const VariantRecord &resource
     lock.unlock();
     if (held.isEmpty())
         return UserTexts::unknownResource();
-    tradingAccount = text(resource, Orvane_Fields::UserAccount::tradingAccount);
-    if (tradingAccount.isEmpty())
-        tradingAccount = text(held, Orvane_Fields::UserAccount::tradingAccount);
     symbol = text(held, Orvane_Fields::Security::symbol);
     if (symbol.isEmpty())
         symbol = text(resource, Orvane_Fields::Security::symbol);
@@ -145,13 +142,17 @@ void ManualT0LogicPrivate::forgetResources(const QStringList &resourceIds)
         poolIdsByResource.removeKey(id);
 }
 
-QString ManualT0LogicPrivate::accountOf(const VariantRecord &row) const
+QStringList ManualT0LogicPrivate::accountsOf(const VariantRecord &row) const
 {
-    const QString account = text(row, Orvane_Fields::UserAccount::tradingAccount);
-    if (!account.isEmpty())
-        return account;
     ReadLock lock(resourceLock);
-    return text(resourceCache.value(text(row, ResourceId)), Orvane_Fields::UserAccount::tradingAccount);
+    const VariantRecord held = resourceCache.value(text(row, ResourceId));
+    lock.unlock();
+    // The server goes by the resource, so its account has changed, whatever the row says.
+    QStringList accounts{text(row, Orvane_Fields::UserAccount::tradingAccount),
+                         text(held, Orvane_Fields::UserAccount::tradingAccount)};
+    accounts.removeDuplicates();
+    accounts.removeAll(QString());
+    return accounts;
 }
 
 QSet<QString> ManualT0LogicPrivate::t0Accounts() const

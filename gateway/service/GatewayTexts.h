@@ -21,6 +21,10 @@ inline QString foreignUser(const QString &user)
 {
     return QStringLiteral("请求中的用户与登录用户不一致：%1").arg(user);
 }
+inline QString answerTooLarge()
+{
+    return QStringLiteral("应答内容过大，无法发送");
+}
 inline QString expired()
 {
     return QStringLiteral("请求已过期");

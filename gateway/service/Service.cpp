@@ -21,8 +21,8 @@ Service::Service(const Books &books, std::unique_ptr<Store> store)
 {
     m_memory.enabled = m_store->enabledAccounts();
     for (const OpeningQuote &quote : books.quotes) {
-        m_memory.quoted.append(quote.symbol);
-        m_memory.lastPrices.insert(quote.symbol, quote.last);
+        m_quoted.append(quote.symbol);
+        m_lastPrices.insert(quote.symbol, quote.last);
     }
 }
 
@@ -82,8 +82,10 @@ void Service::receive(PaperGateway::ClientId id, const QByteArray &bytes)
         dropped();
         return;
     }
-    const MessageBody answer = answerTo(*session, envelope);
-    session->client.deliver(envelope.answer(answer).encode());
+    Envelope answer = envelope.answer(answerTo(*session, envelope));
+    if (answer.body.isEmpty())
+        answer = envelope.answer(Answers::refused(GatewayTexts::answerTooLarge()));
+    session->client.deliver(answer.encode());
     deliverPushes();
 }
 

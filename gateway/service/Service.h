@@ -7,6 +7,8 @@
 
 #include <QtCore/QSet>
 
+#include <functional>
+
 class ChangeRow;
 
 /// One client's connection and what it may see.
@@ -94,6 +96,7 @@ private:
     MessageBody replacePools(const QVector<StoredPool> &before, const QVector<StoredPool> &wanted);
     void readAddition(ChangeRow &row, Addition &addition);
     QVector<StoredPool> poolsLeftOut(const Addition &addition);
+    QString removalStandsAgainst(const StoredPool &pool, const Addition &addition);
     MessageBody saveAddition(const Addition &addition, const QVector<StoredPool> &leftOut);
 
     // Service_ChangeChecks.cpp: what several changes ask of a row. They refuse the row and give something empty.
@@ -168,11 +171,14 @@ private:
     QVector<Push> m_pushes; ///< caused by the request in work, sent behind its answer
     Changes m_changes;      ///< of the request in work
 
-    /// What is kept beside the store; goes back with a transaction that is undone.
+    std::function<void()> m_atCommit; ///< of the request in work: what changes beside the store once it is in force
+
+    QStringList m_quoted; ///< symbols in the order of their first quote
+    QHash<QString, double> m_lastPrices;
+
+    /// What a handler changes while it works; goes back with a transaction that is undone.
     struct Memory {
         QSet<QString> enabled; ///< trading accounts, as in the store
-        QStringList quoted;    ///< symbols in the order of their first quote
-        QHash<QString, double> lastPrices;
     };
     Memory m_memory;
 };

@@ -122,8 +122,10 @@ MessageBody Service::alterPools(const Request &request)
         totals[pool.holding] += pool.quantity - before;
         wanted.append(pool);
     });
-    // Only the whole counts: what one row takes another may give.
+    // Only the whole counts: what one row takes another may give. One that takes nothing is not to blame.
     for (int i = 0; i < wanted.size() && refusal.isEmpty(); ++i) {
+        if (wanted.at(i).quantity <= m_store->pool(wanted.at(i).id).quantity)
+            continue;
         const qint64 total = totals.value(wanted.at(i).holding);
         const qint64 resource = m_store->resource(wanted.at(i).resourceId).quantity;
         if (total > resource)
@@ -201,6 +203,21 @@ QVector<StoredPool> Service::poolsLeftOut(const Addition &addition)
     return found;
 }
 
+QString Service::removalStandsAgainst(const StoredPool &pool, const Addition &addition)
+{
+    if (pool.trader != Books::publicTrader())
+        return standsAgainst(pool.holding, pool.trader);
+    // Whoever gets nothing of his own traded on the public part.
+    const QVector<StoredUsage> records = m_store->usageOf(pool.holding);
+    for (const StoredUsage &usage : records) {
+        const bool isNamed = addition.traders.contains({pool.holding, usage.trader});
+        const QString against = isNamed ? QString() : standsAgainst(pool.holding, usage.trader);
+        if (!against.isEmpty())
+            return against;
+    }
+    return QString();
+}
+
 MessageBody Service::addResourcesAndPools(const Request &request)
 {
     // deliberate: the header's pool type says nothing; rows of both kinds stand in one request.
@@ -219,7 +236,7 @@ MessageBody Service::addResourcesAndPools(const Request &request)
     });
     const QVector<StoredPool> leftOut = poolsLeftOut(addition);
     for (const StoredPool &pool : leftOut) {
-        const QString against = standsAgainst(pool.holding, pool.trader);
+        const QString against = removalStandsAgainst(pool, addition);
         if (refusal.isEmpty() && !against.isEmpty())
             refusal = refusalInRow(addition.rows.value(pool.holding), against);
     }

@@ -115,9 +115,8 @@ MessageBody Service::queryMarginSecurities(const Request &request)
 
 MessageBody Service::queryQuotes(const Request &request)
 {
-    return Answers::listPage(request.values, m_memory.quoted.toVector(), [this](const QString &symbol) {
-        return quoteRow(symbol, m_memory.lastPrices.value(symbol));
-    });
+    return Answers::listPage(request.values, m_quoted.toVector(),
+                             [this](const QString &symbol) { return quoteRow(symbol, m_lastPrices.value(symbol)); });
 }
 
 MessageBody Service::setQuote(const Request &request)
@@ -129,10 +128,12 @@ MessageBody Service::setQuote(const Request &request)
     const double price = request.row.value(Stand_Fields::Quote::lastPrice).toDouble(&valid);
     if (!valid || !std::isfinite(price) || price < 0)
         return Answers::refused(GatewayTexts::badPrice());
-    if (!m_memory.lastPrices.contains(symbol))
-        m_memory.quoted.append(symbol);
-    m_changes.noteQuote(symbol, m_memory.lastPrices.value(symbol), price);
-    m_memory.lastPrices.insert(symbol, price);
+    m_changes.noteQuote(symbol, m_lastPrices.value(symbol), price);
+    m_atCommit = [this, symbol, price] {
+        if (!m_lastPrices.contains(symbol))
+            m_quoted.append(symbol);
+        m_lastPrices.insert(symbol, price);
+    };
     m_pushes.append({Envelope::push(Stand_MsgType::QuotePush, {{}, {quoteRow(symbol, price)}}), QString()});
     return Answers::success();
 }

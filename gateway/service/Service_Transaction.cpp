@@ -15,18 +15,16 @@ namespace {
 constexpr qint64 answersKeptMs = 24ll * 60 * 60 * 1000;
 
 /// Whether a request has taken place, so that its answer holds for repetitions. A late one has not: it is late
-/// again.
+/// again. One without an id cannot be repeated.
 bool hasTakenPlace(const QString &refusal)
 {
-    return refusal != GatewayTexts::expired();
+    return refusal != GatewayTexts::expired() && refusal != GatewayTexts::noRequestId();
 }
 
 } // namespace
 
 MessageBody Service::changeOnce(ClientSession &session, const Envelope &envelope, const Route &route)
 {
-    if (envelope.id.isEmpty())
-        return Answers::refused(GatewayTexts::noRequestId());
     // Before its validity is looked at: what has happened is told, however late it is asked.
     const QByteArray told = m_store->answerTo(session.user->userID, envelope.id);
     MessageBody answer;
@@ -41,12 +39,17 @@ MessageBody Service::firstAnswer(ClientSession &session, const Envelope &envelop
     const QString user = session.user->userID;
     const Memory before = m_memory;
     m_changes.clear();
+    m_atCommit = nullptr;
     if (!m_store->begin())
         return {};
-    const MessageBody answer = execute(session, envelope, route);
+    const MessageBody answer =
+        envelope.id.isEmpty() ? Answers::refused(GatewayTexts::noRequestId()) : execute(session, envelope, route);
     const bool accepted = Answers::refusalOf(answer).isEmpty() && m_store->errorText().isEmpty();
-    if (accepted && refreshTouched() && record(user, envelope, answer) && m_store->commit())
+    if (accepted && refreshTouched() && record(user, envelope, answer) && m_store->commit()) {
+        if (m_atCommit)
+            m_atCommit();
         return answer;
+    }
 
     m_memory = before;
     m_pushes.clear();

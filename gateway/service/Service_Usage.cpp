@@ -81,8 +81,7 @@ Envelope usagePush(const VariantRecord &row)
 
 bool Service::bringUsageUpToDate()
 {
-    m_store->clearError();
-    if (!m_store->begin())
+    if (!m_store->errorText().isEmpty() || !m_store->begin())
         return false;
     const bool good = refreshUsage(m_store->allUsage(), m_store->allPools());
     if (good)

@@ -58,7 +58,6 @@ QStringList schema()
                        "market_ms INTEGER NOT NULL, user TEXT NOT NULL, type TEXT NOT NULL, request TEXT NOT NULL, "
                        "object TEXT, object_id TEXT, account TEXT, security TEXT, exchange TEXT, trader TEXT, "
                        "field TEXT, from_value TEXT, to_value TEXT, refusal TEXT)"),
-        QStringLiteral("CREATE INDEX audit_by_time ON audit (real_ms)"),
         QStringLiteral("PRAGMA user_version = %1").arg(schemaVersion),
         QStringLiteral("PRAGMA application_id = %1").arg(applicationId),
     };
@@ -225,7 +224,12 @@ bool Store::checkBooks(const Books &books)
         return false;
     }
     if (!query.exec(QStringLiteral("SELECT account, security, exchange, quantity FROM resources UNION ALL "
-                                   "SELECT account, security, exchange, 0 FROM usage")))
+                                   "SELECT account, security, exchange, 0 FROM usage UNION ALL "
+                                   "SELECT r.account, r.security, r.exchange, q.quantity FROM resources r JOIN "
+                                   "(SELECT resource, quantity FROM pools UNION ALL "
+                                   "SELECT resource, max_exposure FROM pools WHERE max_exposure > 0 UNION ALL "
+                                   "SELECT resource, max_pend_exposure FROM pools WHERE max_pend_exposure > 0) q "
+                                   "ON q.resource = r.id")))
         return d->failed(query);
     while (query.next()) {
         const Instrument *instrument = books.instrument(query.value(1).toString(), query.value(2).toString());

@@ -21,12 +21,16 @@ public:
     bool waitForConnected(int timeoutMs);
 
     Reply request(const Envelope &envelope, int timeoutMs) override;
+    bool send(const Envelope &envelope, int timeoutMs, ReplyHandler handler) override;
     void close() override;
 
 protected:
     bool transmit(const QByteArray &envelope) override;
 
 private:
+    /// An accepted login or subscription is repeated after a reconnection.
+    void remember(const Envelope &envelope, const Reply &reply);
+
     class Worker;
     class Private;
     std::unique_ptr<Private> s;

@@ -132,7 +132,9 @@ QString MasterUtils::SendRequestListToServer(ZrPresenterClass *presenter, const 
         return Orvane_Values::RequestExeStatus::fail;
     }
     // Whatever ended the wait: what has left this process may have been carried out.
-    errorText = answered ? RequestTexts::unreadableAnswer(unreadable) : RequestTexts::timedOut();
+    errorText = answered             ? RequestTexts::unreadableAnswer(unreadable)
+                : asked.reply.wasCut ? RequestTexts::connectionLost()
+                                     : RequestTexts::timedOut();
     return Master_Values::RequestExeStatus::timeout;
 }
 

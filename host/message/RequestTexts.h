@@ -10,6 +10,12 @@ inline QString timedOut()
     return QStringLiteral("请求超时");
 }
 
+/// Of a request that had left: nobody knows what became of it.
+inline QString connectionLost()
+{
+    return QStringLiteral("与服务器的连接已断开，请求结果未知");
+}
+
 inline QString notSent()
 {
     return QStringLiteral("请求未发送，与服务器的连接已断开");

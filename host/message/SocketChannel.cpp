@@ -248,19 +248,33 @@ bool SocketChannel::waitForConnected(int timeoutMs)
 
 MessageChannel::Reply SocketChannel::request(const Envelope &envelope, int timeoutMs)
 {
-    Reply reply = StreamChannel::request(envelope, timeoutMs);
-    const bool accepted = reply.outcome == Outcome::Answered && isSuccess(reply.envelope);
-    if (!accepted)
-        return reply;
+    const Reply reply = StreamChannel::request(envelope, timeoutMs);
+    remember(envelope, reply);
+    return reply;
+}
+
+bool SocketChannel::send(const Envelope &envelope, int timeoutMs, ReplyHandler handler)
+{
+    return StreamChannel::send(envelope, timeoutMs, [this, envelope, handler = std::move(handler)](const Reply &reply) {
+        remember(envelope, reply);
+        handler(reply);
+    });
+}
+
+void SocketChannel::remember(const Envelope &envelope, const Reply &reply)
+{
+    const bool isLogin = envelope.type == Stand_MsgType::LoginRequest;
+    if (reply.outcome != Outcome::Answered || !(isLogin || envelope.type == Stand_MsgType::SubscribeRequest) ||
+        !isSuccess(reply.envelope))
+        return;
     QMutexLocker lock(&s->mutex);
-    if (envelope.type == Stand_MsgType::LoginRequest) {
+    if (isLogin) {
         s->loginBody = repeated(envelope.body);
-    } else if (envelope.type == Stand_MsgType::SubscribeRequest) {
+    } else {
         const auto same = [&](const Envelope &other) { return other.body == envelope.body; };
         if (std::none_of(s->accepted.cbegin(), s->accepted.cend(), same))
             s->accepted.append(envelope);
     }
-    return reply;
 }
 
 void SocketChannel::close()

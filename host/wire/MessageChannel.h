@@ -24,7 +24,8 @@ public:
     struct Reply {
         Outcome outcome = Outcome::NotSent;
         Envelope envelope;
-        QString errorText; ///< empty when answered
+        QString errorText;   ///< empty when answered
+        bool wasCut = false; ///< the connection ended while the answer was awaited
     };
     enum class Connection { Connected, Disconnected, Closed };
 

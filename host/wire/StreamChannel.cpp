@@ -101,6 +101,7 @@ void StreamChannel::Private::endAll(const Reply &reply)
 {
     for (const WaiterPointer &waiter : qAsConst(waiters)) {
         waiter->reply = reply;
+        waiter->reply.wasCut = true;
         waiter->done = true;
         if (waiter->handler)
             endedSends.push_back(waiter);

@@ -283,6 +283,13 @@ void ChangeTest::refusesPoolsThatNobodyMayHave()
     allocation.header.insert(T0_::PoolType, 0);
     QCOMPARE(refusal(client.change(allocation.type, allocation.header, allocation.rows)),
              QStringLiteral("第1行：PoolType与请求头的不一致"));
+    // Each alone would fit the resource, and so would both.
+    allocation.rows[0].insert(T0_::T0TraderId, "public");
+    allocation.rows[0].insert(T0_::PoolType, 0);
+    allocation.rows[0].insert(T0_::PoolTotalQty, 1);
+    allocation.rows.append(allocation.rows[0]);
+    QCOMPARE(refusal(client.change(allocation.type, allocation.header, allocation.rows)),
+             QStringLiteral("第2行：一个资源只能有一行公共券池"));
 }
 
 void ChangeTest::refusesWhatOpenPositionsStandAgainst()

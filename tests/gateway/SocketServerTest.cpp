@@ -17,6 +17,7 @@
 
 #include <atomic>
 #include <csignal>
+#include <future>
 
 namespace {
 
@@ -159,7 +160,9 @@ void SocketServerTest::reconnectingRepeatsTheUsage()
         const MessageBody login{{}, {{{Orvane_Fields::UserAccount::userID, "t1"}}}};
         const auto request = Envelope::request(Stand_MsgType::LoginRequest, "t1", 60000, login);
         channel.waitForConnected(60000);
-        channel.request(request, 60000);
+        std::promise<void> answered;
+        channel.send(request, 60000, [&](const MessageChannel::Reply &) { answered.set_value(); });
+        answered.get_future().wait();
         subscribed = channel.subscribe(Master_MsgType::ManualT0RealTimePoolUsagePush,
                                        {{Orvane_Fields::UserAccount::userID, "t1"}}, "tradeGate", 60000) &&
                      channel.request(Envelope::request(Stand_MsgType::EchoRequest, "t1", 60000, {}), 60000).outcome ==
@@ -256,7 +259,7 @@ void SocketServerTest::theProgramServesUntilItIsTold()
         QByteArray output;
         QCOMPARE(exitCodeOf({"--audit", "--state", state, "--since", "2026-01-05T09:15", "--json"}, &output), 0);
         QCOMPARE(output.count("\"refusal\":\"证券不存在：nothing\""), ++refusals);
-        QCOMPARE(exitCodeOf({"--audit", "--state", state, "--since", "2026-13-05"}, &output), 1);
+        QCOMPARE(exitCodeOf({"--audit", "--state", state, "--since", "2026-13-05"}, &output), 2);
         QCOMPARE(exitCodeOf({"--serve", m_name + "2", "--books", T0_SAMPLE_BOOKS, "--state", state}, &output), 1);
         QVERIFY2(output.contains("another gateway uses it"), output.constData());
         ::kill(pid_t(program.processId()), signal);

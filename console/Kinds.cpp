@@ -55,6 +55,16 @@ template <> QString kindName<int>()
     return QStringLiteral("an integer");
 }
 
+template <> QString kindName<long long>()
+{
+    return kindName<int>();
+}
+
+template <> QString kindName<ZrPresenterClass *>()
+{
+    return QStringLiteral("the word presenter");
+}
+
 template <> QString kindName<double>()
 {
     return QStringLiteral("a number");
@@ -106,6 +116,23 @@ QString readKind(const Argument &argument, int &value)
     if (!number.isValid() || !(asDouble >= Limits::min() && asDouble <= Limits::max()) || asDouble != int(asDouble))
         return expected(kindName<int>(), argument);
     value = int(asDouble);
+    return {};
+}
+
+QString readKind(const Argument &argument, long long &value)
+{
+    const QVariant number = numberOf(argument);
+    if (number.userType() != QMetaType::LongLong)
+        return expected(kindName<long long>(), argument);
+    value = number.toLongLong();
+    return {};
+}
+
+QString readKind(const Argument &argument, ZrPresenterClass *&value)
+{
+    if (argument.kind != Argument::Kind::Word || argument.text != QLatin1String("presenter"))
+        return expected(kindName<ZrPresenterClass *>(), argument);
+    value = nullptr; // the host accepts it, and sends in its own name
     return {};
 }
 

@@ -7,6 +7,7 @@
 
 #include <QtCore/QStringList>
 
+class ZrPresenterClass;
 using TextLists = QMap<QString, QStringList>;
 
 /// What an argument may be: how it is called in messages and how it is read from what was written. readKind
@@ -15,6 +16,8 @@ template <typename T> QString kindName();
 template <> QString kindName<QString>();
 template <> QString kindName<bool>();
 template <> QString kindName<int>();
+template <> QString kindName<long long>();
+template <> QString kindName<ZrPresenterClass *>();
 template <> QString kindName<double>();
 template <> QString kindName<QStringList>();
 template <> QString kindName<VariantRecord>();
@@ -24,6 +27,8 @@ template <> QString kindName<TextLists>();
 QString readKind(const Argument &argument, QString &value);
 QString readKind(const Argument &argument, bool &value);
 QString readKind(const Argument &argument, int &value);
+QString readKind(const Argument &argument, long long &value);
+QString readKind(const Argument &argument, ZrPresenterClass *&value); ///< the word "presenter": a null one
 QString readKind(const Argument &argument, double &value);
 QString readKind(const Argument &argument, QStringList &value);
 QString readKind(const Argument &argument, VariantRecord &value);

@@ -84,6 +84,17 @@ QVector<Operation> tableOfOperations()
         operation("CalcProfitLossByRealtimeMap", F::CalcProfitLossByRealtimeMap),
         sorted(operation("GetProfitLossDataList", F::GetProfitLossDataList), RowOrder::byUsageKey),
 
+        operation("CheckSingleOrderData", F::CheckSingleOrderData),
+        operation("CheckOrderData", F::CheckOrderData),
+        operation<RecordList, const RecordList &>("GetOrderConfirmMap", F::GetOrderConfirmMap),
+        operation<RecordList, const RecordList &, RecordList &>("GetOrderConfirmMap", F::GetOrderConfirmMap),
+        operation("Order", F::Order),
+        operation("GetCancelableOrderList", F::GetCancelableOrderList),
+        operation("CancelOrderList", F::CancelOrderList),
+        operation("GetOpenPositionByAccountAndSymbol", F::GetOpenPositionByAccountAndSymbol),
+        sorted(operation("GetOpenPositionList", F::GetOpenPositionList), RowOrder::byUsageKey),
+        operation("GetExchangeListByAccountAndSymbol", F::GetExchangeListByAccountAndSymbol),
+
         operation("GetSupportExchangeList", F::GetSupportExchangeList),
         operation("GetT0Symbols", F::GetT0Symbols),
         operation("GetTradableSymbolListType", F::GetTradableSymbolListType),

@@ -42,9 +42,12 @@ QString nearestName(const QString &name, const QStringList &candidates);
 namespace OperationDetail {
 
 template <typename T> struct Parameter {
-    using Value = std::decay_t<std::remove_pointer_t<T>>;
+    /// Passed on as it is; any other pointer is a reference that may be left out.
+    static constexpr bool isHandle = std::is_same_v<T, ZrPresenterClass *>;
+    static constexpr bool isOutput = std::is_pointer_v<T> && !isHandle;
+    using Value = std::conditional_t<isHandle, T, std::decay_t<std::remove_pointer_t<T>>>;
     static constexpr bool byReference =
-        std::is_pointer_v<T> || (std::is_lvalue_reference_v<T> && !std::is_const_v<std::remove_reference_t<T>>);
+        isOutput || (std::is_lvalue_reference_v<T> && !std::is_const_v<std::remove_reference_t<T>>);
 
     static QString kind() { return (byReference ? QStringLiteral("& ") : QString()) + kindName<Value>(); }
 
@@ -60,7 +63,7 @@ template <typename T> struct Parameter {
 
     static T pass(Value &value)
     {
-        if constexpr (std::is_pointer_v<T>)
+        if constexpr (isOutput)
             return &value;
         else
             return value;

@@ -34,10 +34,10 @@ class ZrPresenterClass;
 ///
 ///   success      every request was carried out; the text is empty or as it was
 ///   fail         a row was refused by a check, then nothing was sent; or every request failed; the text says why
-///   ParticalFail some of the requests, one a trading account or resource, failed
-///   timeout      AlterT0ProductAccount, DeleteT0Resource and DeleteSecurityPoolsByIdList only: nobody knows whether
-///                the one request was carried out. Elsewhere a request that timed out counts as failed, although
-///                it may have been carried out as well: look at the picture before it is repeated
+///   ParticalFail some of the requests, one a trading account or resource, or some of the orders failed
+///   timeout      AlterT0ProductAccount, DeleteT0Resource, DeleteSecurityPoolsByIdList and CancelOrderList only: nobody
+///                knows whether it was carried out. Elsewhere a request that timed out counts as failed, although it
+///                may have been carried out as well: look at the picture before it is repeated
 ///
 /// Nothing is changed in memory by what is sent: what a request may have touched is asked for again, and the events
 /// above tell when it has come. Changes by others are seen with the next refresh only. (AlterT0ProductAccount and
@@ -300,15 +300,16 @@ public:
 
     /// Checks one order; the text of the first check that fails, empty when all pass. price in the security's
     /// currency, qty in shares or bonds. checkFlags selects checks by the sum of their values, in this order:
-    ///   1  an account suits the direction: "没有符合交易方向的资金账号！". Any does for the ordinary sides, credit
-    ///      accounts for every other; those that do not are left out below
-    ///   2  symbol and exchange are there: "证券代码或者市场为空！"
-    ///   4  the price is above 0: "委托价格必须大于0！", and a multiple of the price unit:
-    ///   "委托价格必须是[%1]的整数倍！" 8  the quantity is above 0: "委托数量必须大于0", and when buying a multiple of
-    ///   the step:
+    ///
+    ///   1  an account suits the direction. Any does for the ordinary sides, credit accounts for every other; those
+    ///      that do not are left out of what follows. "没有符合交易方向的资金账号！"
+    ///   2  symbol and exchange are there. "证券代码或者市场为空！"
+    ///   4  the price is above 0 and a multiple of the price unit. "委托价格必须大于0！",
+    ///      "委托价格必须是[%1]的整数倍！"
+    ///   8  the quantity is above 0 and, when buying, a multiple of the step. "委托数量必须大于0",
     ///      "买入时委托数量必须是[%1]的整数倍！"
-    ///   16 the user's remaining quota in these accounts covers it:
-    ///   "所选账号可交易额度[%1]小于委托数量[%2]，请重新填写！"
+    ///   16 the user's remaining quota in these accounts covers the quantity.
+    ///      "所选账号可交易额度[%1]小于委托数量[%2]，请重新填写！"
     static QString CheckSingleOrderData(const QStringList &tradingAccounts, const QString &symbol,
                                         const QString &exchange, const QString &sideUnion, double price, long long qty,
                                         int checkFlags);
@@ -342,9 +343,9 @@ public:
                                              bool fetchAll);
 
     /// Cancels orders (rows: tradingAccount, orderID), one request an account, ascending, and blocks for the answers.
-    /// presenter: the sender; may be null. Appends a copy of each order with requestExeStatus and textDescription.
-    /// success, ParticalFail, fail, or timeout when nothing was answered. A cancel that is accepted takes effect with
-    /// the order's next state.
+    /// presenter: the sender; may be null. Appends a copy of each order with requestExeStatus and textDescription: one
+    /// an answered row; an order that a good answer leaves out has none and counts as cancelled. success, ParticalFail,
+    /// fail, or timeout when nothing was answered. A cancel that is accepted takes effect with the order's next state.
     static QString CancelOrderList(ZrPresenterClass *presenter, const RecordList &orders, RecordList &results);
 
     /// The user's own open quantity in the accounts: negative for short with an empty side; else what the side can

@@ -55,8 +55,8 @@ public:
     {
         for (OrderAllocation::Account &account : accounts) {
             const qint64 taken = of(account.id, wanted);
-            account.quota = qMax<qint64>(0, account.quota - taken);
-            account.close = qMax<qint64>(0, account.close - taken);
+            account.quota = qMax<qint64>(0, Quantity::satSub(account.quota, taken));
+            account.close = qMax<qint64>(0, Quantity::satSub(account.close, taken));
         }
         const QVector<OrderAllocation::Share> shares =
             OrderAllocation::distribute(wanted.quantity, wanted.isBuy, stepOf(wanted.symbol), accounts);
@@ -143,9 +143,10 @@ RecordList ManualT0LogicPrivate::GetOrderConfirmMap(const RecordList &orders) co
 RecordList ManualT0LogicPrivate::GetOrderConfirmMap(const RecordList &orders, RecordList &rest) const
 {
     const QStringList ownAccounts = GetAllT0TradingAccountListByCurUser();
+    const RecordList rows = orders; // the caller may give one list as both
     Placed placed;
     RecordList confirmed;
-    for (const VariantRecord &row : orders) {
+    for (const VariantRecord &row : rows) {
         const Wanted wanted(row);
         QString reason = reasonAgainst(wanted);
         const QStringList accounts = reason.isEmpty() ? inPriority(wanted, ownAccounts) : QStringList();

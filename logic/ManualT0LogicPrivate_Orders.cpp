@@ -75,7 +75,8 @@ QString ManualT0LogicPrivate::CheckOrderData(const RecordList &orderList, Record
     if (orderList.isEmpty())
         return Orvane_Values::RequestExeStatus::fail;
     int failed = 0;
-    for (const VariantRecord &order : orderList) {
+    const RecordList orders = orderList; // the caller may give one list as both
+    for (const VariantRecord &order : orders) {
         const QString failure = CheckSingleOrderData( // a single text is a list of one
             order.value(Orvane_Fields::UserAccount::tradingAccount).toStringList(),
             text(order, Orvane_Fields::Security::symbol), text(order, Orvane_Fields::UserAccount::securityExchange),
@@ -93,21 +94,21 @@ QString ManualT0LogicPrivate::CheckOrderData(const RecordList &orderList, Record
         }
         resultList.append(result);
     }
-    return ChangeRows::overallCode(failed, orderList.size());
+    return ChangeRows::overallCode(failed, orders.size());
 }
 
 QString ManualT0LogicPrivate::Order(const RecordList &orders, RecordList &results, const QString &extraText) const
 {
-    const QMap<QString, OrderRequestList> lists = requestLists(orders, extraText);
+    QMap<QString, OrderRequestList> lists = requestLists(orders, extraText);
     const QStringList accounts = GetAllT0TradingAccountListByCurUser();
     // deliberate: a list of an account that is not the user's is not submitted and leaves no result
     for (const QString &account : accounts) {
-        const auto list = lists.constFind(account);
-        if (list == lists.cend())
+        if (!lists.contains(account))
             continue;
+        const OrderRequestList list = lists.take(account); // once, also when the priority names the account twice
         QVariant answer;
-        MasterTradeLogic::instance()->orders(*list, answer);
-        results += MasterTradeLogic::transOrderRsp(*list, answer);
+        MasterTradeLogic::instance()->orders(list, answer);
+        results += MasterTradeLogic::transOrderRsp(list, answer);
     }
     // deliberate: what the caller's list held before counts too
     return ChangeRows::overallCode(failures(results), results.size());

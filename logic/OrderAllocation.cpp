@@ -11,11 +11,9 @@ qint64 roundedDown(qint64 quantity, qint64 step)
     return quantity - quantity % step;
 }
 
-/// The smallest multiple of step that cuts a quantity into at most MaxParts parts.
-qint64 smallestPart(qint64 quantity, qint64 step)
+qint64 roundedUp(qint64 quantity, qint64 step)
 {
-    const qint64 part = quantity / MaxParts + (quantity % MaxParts > 0 ? 1 : 0);
-    return roundedDown(part + step - 1, step);
+    return roundedDown(quantity + step - 1, step);
 }
 
 /// A buy comes in whole steps. So does a sell that leaves an odd rest in its account: odd lots are not split off.
@@ -54,7 +52,8 @@ QVector<qint64> split(qint64 quantity, qint64 partQty, qint64 step, qint64 minQt
 {
     if (partQty <= 0)
         return {quantity};
-    const qint64 part = qMax(qMax(step, roundedDown(partQty, step)), smallestPart(quantity, step));
+    const qint64 wanted = qMax(qMax(step, roundedDown(partQty, step)), roundedUp(minQty, step));
+    const qint64 part = qMax(wanted, roundedUp(quantity / MaxParts + (quantity % MaxParts > 0 ? 1 : 0), step));
     QVector<qint64> parts = MasterUtils::SplitBigNumIntoSmallNumList(quantity, part).toVector();
     if (parts.size() > 1 && parts.constLast() < minQty) {
         const qint64 last = parts.takeLast();

@@ -24,8 +24,8 @@ QVector<Share> distribute(qint64 quantity, bool isBuy, qint64 step, const QVecto
 
 constexpr int MaxParts = 1000;
 
-/// Equal parts of about partQty (0: one part), a multiple of step, the remainder last. A remainder below minQty joins
-/// the part before it; more than MaxParts parts become larger ones.
+/// Equal parts of about partQty (0: one part), a multiple of step and not below minQty, the remainder last. A
+/// remainder below minQty joins the part before it; more than MaxParts parts become larger ones.
 QVector<qint64> split(qint64 quantity, qint64 partQty, qint64 step, qint64 minQty);
 
 } // namespace OrderAllocation

@@ -1,5 +1,6 @@
 #include "Commands.h"
 
+#include "CommandReader.h"
 #include "Interrupt.h"
 #include "JsonText.h"
 #include "ManualT0Logic.h"
@@ -21,51 +22,6 @@ namespace {
 constexpr int defaultWaitMs = 10000;
 constexpr int interruptCheckMs = 50;
 constexpr int everyTime = -1;
-
-Outcome bad(const QString &errorText)
-{
-    Outcome outcome;
-    outcome.errorText = errorText;
-    return outcome;
-}
-
-/// Reads the arguments of the console's own commands; the first that does not fit is what errorText says.
-class Reader
-{
-public:
-    explicit Reader(const QVector<Argument> &arguments)
-        : m_arguments(arguments)
-    {}
-
-    template <typename T> T get(int index, T absent = {})
-    {
-        if (index >= m_arguments.size())
-            return absent;
-        T value = absent;
-        check(index, readKind(m_arguments.at(index), value));
-        return value;
-    }
-
-    /// An integer that is not below a least value.
-    int atLeast(int least, int index, int absent = 0)
-    {
-        const int value = get(index, absent);
-        if (index < m_arguments.size() && errorText.isEmpty() && value < least)
-            check(index, QStringLiteral("%1 or more is expected, not %2").arg(least).arg(value));
-        return value;
-    }
-
-    QString errorText;
-
-private:
-    void check(int index, const QString &wrong)
-    {
-        if (errorText.isEmpty() && !wrong.isEmpty())
-            errorText = QStringLiteral("argument %1: %2").arg(QString::number(index + 1), wrong);
-    }
-
-    const QVector<Argument> &m_arguments;
-};
 
 /// "0,2,5" to numbers; empty and errorText when it is no list of families.
 QList<int> familiesOf(const QString &text, QString &errorText)
@@ -95,7 +51,7 @@ QString describe(const QList<int> &families)
 
 bool isPush(const QString &msgType)
 {
-    return msgType == Master_MsgType::ManualT0RealTimePoolUsagePush || msgType == Stand_MsgType::QuotePush;
+    return msgType.endsWith(QLatin1String("Push"));
 }
 
 QString unknown(const QString &what, const QString &name, const QStringList &candidates)
@@ -126,6 +82,11 @@ const QVector<Commands::Own> &Commands::ownCommands()
         {"events", "events", 0, 0, &Commands::events},
         {"quote", "quote SYMBOL PRICE", 2, 2, &Commands::quote},
         {"push", "push {RECORD}", 1, 1, &Commands::push},
+        {"orders", "orders [{FILTER}]", 0, 1, &Commands::orders},
+        {"fills", "fills [{FILTER}]", 0, 1, &Commands::fills},
+        {"fate", "fate REQUESTID", 1, 1, &Commands::fate},
+        {"exchange", "exchange status|step [N]|hold|run [SPEED]", 1, 2, &Commands::exchange},
+        {"day-change", "day-change", 0, 0, &Commands::dayChange},
         {"fault", "fault MSGTYPE fail|timeout|delay MS|truncate PAGE|duplicate|lose [TIMES]", 2, 4, &Commands::fault},
         {"sleep", "sleep MS", 1, 1, &Commands::sleep},
         {"settle", "settle [MS]", 0, 1, &Commands::settle},
@@ -248,19 +209,6 @@ Outcome Commands::picture(const QVector<Argument> &)
     return Picture::take();
 }
 
-Outcome Commands::gateway(const QVector<Argument> &arguments)
-{
-    Reader reader(arguments);
-    const QString what = reader.get<QString>(0);
-    if (reader.errorText.isEmpty() && what != QLatin1String("picture"))
-        reader.errorText = QStringLiteral("argument 1: picture is expected, not %1").arg(what);
-    if (!reader.errorText.isEmpty())
-        return bad(reader.errorText);
-    VariantRecord held;
-    const Outcome asked = sendToServer(Stand_MsgType::PictureRequest, {}, held);
-    return asked.errorText.isEmpty() ? Picture::ofGateway(held) : asked;
-}
-
 Outcome Commands::events(const QVector<Argument> &)
 {
     QVariantList list;
@@ -274,36 +222,6 @@ Outcome Commands::events(const QVector<Argument> &)
     outcome.result = list;
     outcome.text = lines.isEmpty() ? QStringLiteral("no events") : lines.join(QLatin1Char('\n'));
     return outcome;
-}
-
-Outcome Commands::sendToServer(const QString &msgType, const VariantRecord &row, VariantRecord &answer)
-{
-    QString errorText = m_host.openSession();
-    if (!errorText.isEmpty())
-        return bad(errorText);
-    RecordList rows;
-    const QString status = HostSession::current()->request(msgType, {}, {row}, errorText, answer, rows);
-    return bad(status == Orvane_Values::RequestExeStatus::success ? QString()
-                                                                  : QStringLiteral("%1: %2").arg(status, errorText));
-}
-
-Outcome Commands::quote(const QVector<Argument> &arguments)
-{
-    Reader reader(arguments);
-    const VariantRecord row{{Orvane_Fields::Security::symbol, reader.get<QString>(0)},
-                            {Stand_Fields::Quote::lastPrice, reader.get<double>(1)}};
-    VariantRecord answer;
-    return reader.errorText.isEmpty() ? sendToServer(Stand_MsgType::SetQuoteRequest, row, answer)
-                                      : bad(reader.errorText);
-}
-
-Outcome Commands::push(const QVector<Argument> &arguments)
-{
-    Reader reader(arguments);
-    const auto row = reader.get<VariantRecord>(0);
-    VariantRecord answer;
-    return reader.errorText.isEmpty() ? sendToServer(Stand_MsgType::PushUsageRequest, row, answer)
-                                      : bad(reader.errorText);
 }
 
 Outcome Commands::fault(const QVector<Argument> &arguments)
@@ -393,6 +311,15 @@ QStringList Commands::faultable()
             M::DeleteManualT0SecurityPoolRequest,
             M::AddManualT0ResourceAndPoolRequest,
             M::orderCancelBatchCppRequest,
+            S::OrderRequest,
+            S::QueryRequestFateRequest,
+            S::QueryOrdersRequest,
+            S::QueryFillsRequest,
+            S::ExchangeControlRequest,
+            S::OrderPush,
+            S::FillPush,
+            S::PositionPush,
+            S::MarketPush,
             S::LoginRequest,
             S::QueryAccountsRequest,
             S::QueryInstrumentsRequest,

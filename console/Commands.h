@@ -21,22 +21,32 @@ private:
     static const QVector<Own> &ownCommands();
 
     Outcome runOperation(const CommandLine &command);
-    /// A request of the console itself; bad with the server's text.
-    Outcome sendToServer(const QString &msgType, const VariantRecord &row, VariantRecord &answer);
 
     Outcome init(const QVector<Argument> &arguments);
     Outcome login(const QVector<Argument> &arguments);
     Outcome wait(const QVector<Argument> &arguments);
     Outcome picture(const QVector<Argument> &arguments);
-    Outcome gateway(const QVector<Argument> &arguments);
     Outcome events(const QVector<Argument> &arguments);
-    Outcome quote(const QVector<Argument> &arguments);
-    Outcome push(const QVector<Argument> &arguments);
     Outcome fault(const QVector<Argument> &arguments);
     Outcome sleep(const QVector<Argument> &arguments);
     Outcome settle(const QVector<Argument> &arguments);
     Outcome echo(const QVector<Argument> &arguments);
     Outcome quit(const QVector<Argument> &arguments);
+
+    // Commands_Market.cpp
+
+    /// A request of the console itself; bad with the server's text.
+    Outcome sendToServer(const QString &msgType, const VariantRecord &row, VariantRecord &answerValues,
+                         RecordList &answerRows);
+    Outcome gateway(const QVector<Argument> &arguments);
+    Outcome quote(const QVector<Argument> &arguments);
+    Outcome push(const QVector<Argument> &arguments);
+    Outcome orders(const QVector<Argument> &arguments);
+    Outcome fills(const QVector<Argument> &arguments);
+    Outcome fate(const QVector<Argument> &arguments);
+    Outcome exchange(const QVector<Argument> &arguments);
+    Outcome dayChange(const QVector<Argument> &arguments);
+    Outcome control(const VariantRecord &row);
 
     ConsoleHost &m_host;
     bool m_isQuit = false;

@@ -26,6 +26,10 @@ public:
     /// now.
     int fateOfRequest(const QString &requestId, QVariant &answer);
 
+    /// What fateOfRequest() has learnt, without the list: the server's rows (requestExeStatus, orderID or
+    /// textDescription), one an order; a single one when it holds for the whole list.
+    static RecordList transFate(const QVariant &answer);
+
 private:
     MasterTradeLogic() = default;
 };

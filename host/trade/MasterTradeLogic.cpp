@@ -141,6 +141,14 @@ RecordList MasterTradeLogic::transOrderRsp(const OrderRequestList &list, const Q
     return records;
 }
 
+RecordList MasterTradeLogic::transFate(const QVariant &answer)
+{
+    const OrderAnswer result = answer.value<OrderAnswer>();
+    if (resultOf(result) == Processed)
+        return result.rows;
+    return {{{requestExeStatus, result.status}, {textDescription, result.text}}};
+}
+
 int MasterTradeLogic::fateOfRequest(const QString &requestId, QVariant &answer)
 {
     const OrderAnswer result = RequestFates::ask(requestId);

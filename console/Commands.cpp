@@ -90,6 +90,7 @@ const QVector<Commands::Own> &Commands::ownCommands()
         {"fault", "fault MSGTYPE fail|timeout|delay MS|truncate PAGE|duplicate|lose [TIMES]", 2, 4, &Commands::fault},
         {"sleep", "sleep MS", 1, 1, &Commands::sleep},
         {"settle", "settle [MS]", 0, 1, &Commands::settle},
+        {"as", "as USER COMMAND…", 2, INT_MAX, &Commands::as},
         {"echo", "echo TEXT…", 0, INT_MAX, &Commands::echo},
         {"quit", "quit", 0, 0, &Commands::quit},
     };

@@ -47,6 +47,7 @@ private:
     Outcome exchange(const QVector<Argument> &arguments);
     Outcome dayChange(const QVector<Argument> &arguments);
     Outcome control(const VariantRecord &row);
+    Outcome as(const QVector<Argument> &arguments);
 
     ConsoleHost &m_host;
     bool m_isQuit = false;

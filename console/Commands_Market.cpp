@@ -62,8 +62,7 @@ Outcome Commands::sendToServer(const QString &msgType, const VariantRecord &row,
     QString errorText = m_host.openSession();
     if (!errorText.isEmpty())
         return bad(errorText);
-    const QString status =
-        HostSession::current()->request(msgType, {}, {row}, errorText, answerValues, answerRows);
+    const QString status = HostSession::current()->request(msgType, {}, {row}, errorText, answerValues, answerRows);
     return bad(status == Orvane_Values::RequestExeStatus::success ? QString()
                                                                   : QStringLiteral("%1: %2").arg(status, errorText));
 }
@@ -147,7 +146,8 @@ Outcome Commands::exchange(const QVector<Argument> &arguments)
         return bad(reader.errorText);
     const QStringList known{C::status, C::step, C::hold, C::run};
     if (!known.contains(command))
-        return bad(QStringLiteral("argument 1: %1 is expected, not %2").arg(known.join(QStringLiteral(" or ")), command));
+        return bad(
+            QStringLiteral("argument 1: %1 is expected, not %2").arg(known.join(QStringLiteral(" or ")), command));
     VariantRecord row{{Stand_Fields::Market::command, command}};
     if (command == C::step)
         row.insert(Stand_Fields::Market::count, number);
@@ -171,10 +171,31 @@ Outcome Commands::control(const VariantRecord &row)
     const VariantRecord market = rows.value(0);
     if (outcome.errorText.isEmpty()) {
         outcome.result = market;
-        outcome.text = QStringLiteral("%1, %2").arg(market.value(Stand_Fields::Market::marketTime).toString(),
-                                                    market.value(Stand_Fields::Market::held).toBool()
-                                                        ? QStringLiteral("held")
-                                                        : QStringLiteral("running"));
+        outcome.text = QStringLiteral("%1, %2").arg(
+            market.value(Stand_Fields::Market::marketTime).toString(),
+            market.value(Stand_Fields::Market::held).toBool() ? QStringLiteral("held") : QStringLiteral("running"));
     }
+    return outcome;
+}
+
+Outcome Commands::as(const QVector<Argument> &arguments)
+{
+    Reader reader(arguments);
+    const auto user = reader.get<QString>(0);
+    if (!reader.errorText.isEmpty())
+        return bad(reader.errorText);
+    QStringList words;
+    for (int i = 1; i < arguments.size(); ++i)
+        words.append(arguments.at(i).text);
+    Outcome outcome = m_host.companions().run(user, words.join(QLatin1Char(' ')));
+    // What it prints for people is left to this console.
+    RecordList rows;
+    const QVariantList items = outcome.result.toList();
+    for (const QVariant &item : items)
+        rows.append(item.toMap());
+    if (outcome.errorText.isEmpty() && words.constFirst() == QLatin1String("orders"))
+        return tableOf(rows, orderColumns());
+    if (outcome.errorText.isEmpty() && words.constFirst() == QLatin1String("fills"))
+        return tableOf(rows, fillColumns());
     return outcome;
 }

@@ -9,6 +9,7 @@
 
 ConsoleHost::ConsoleHost(Settings settings)
     : m_settings(std::move(settings))
+    , m_companions(m_settings.gateway, m_settings.serverName, m_settings.requestTimeoutMs)
 {}
 
 ConsoleHost::~ConsoleHost() = default;
@@ -111,6 +112,11 @@ QString ConsoleHost::loadPlugin() const
 bool ConsoleHost::isLibraryOpen() const
 {
     return m_isLibraryOpen;
+}
+
+Companions &ConsoleHost::companions()
+{
+    return m_companions;
 }
 
 EventRecorder &ConsoleHost::events()

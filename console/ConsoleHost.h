@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Companions.h"
 #include "EventRecorder.h"
 #include "FaultChannel.h"
 #include "HostSession.h"
@@ -40,6 +41,9 @@ public:
 
     EventRecorder &events();
 
+    /// Consoles of other users at the same gateway.
+    Companions &companions();
+
 private:
     std::unique_ptr<MessageChannel> connectServer(QString &errorText) const;
     QString loadPlugin() const;
@@ -50,4 +54,5 @@ private:
     FaultChannel *m_channel = nullptr;              ///< of the open session or the one to come
     std::unique_ptr<HostSession> m_session;
     bool m_isLibraryOpen = false;
+    Companions m_companions;
 };

@@ -100,8 +100,7 @@ private:
     void sweep(RestingOrder &order, const MatchOptions &options, QVector<Fill> &fills);
     void sweepAll(const QStringList &markets, const MatchOptions &options, QVector<Fill> &fills);
     bool fillAtLast(RestingOrder &order, qint64 &volume, QVector<Fill> &fills) const;
-    void hitQueue(const QStringList &markets, QVector<Fill> &fills);
-    void uncrossSide(bool buy, qint64 volume, const QStringList &markets, QVector<Fill> &fills);
+    void serve(bool buy, qint64 volume, quint64 head, const QStringList &markets, QVector<Fill> &fills);
     qint64 wholeSteps(qint64 open, qint64 offered) const;
     bool reaches(const RestingOrder &order, Micros price) const;
     Micros slipped(const RestingOrder &order, Micros price, int ticks) const;

@@ -99,16 +99,15 @@ bool SymbolBook::fillAtLast(RestingOrder &order, qint64 &volume, QVector<Fill> &
     return order.open == 0;
 }
 
-/// Somebody trades at the touch on the side of the last price: the queue there is served from its front.
-void SymbolBook::hitQueue(const QStringList &markets, QVector<Fill> &fills)
+/// Somebody trades a volume at the last price: one side's orders are served, best first. Those of that very
+/// price wait until the queue has come to them.
+void SymbolBook::serve(bool buy, qint64 volume, quint64 head, const QStringList &markets, QVector<Fill> &fills)
 {
-    const quint64 dice = m_depth.random(Depth::Purpose::Volume, m_beat);
-    qint64 volume = m_depth.unit() * qint64(1 + dice % unitsOfSecond);
-    const quint64 head = m_depth.head(m_last, m_beat);
-    for (RestingOrder &order : side(m_lastIsBid)) {
-        if (order.price != m_last || order.open == 0 || !markets.contains(order.market))
+    for (RestingOrder &order : side(buy)) {
+        if (order.open == 0 || !markets.contains(order.market))
             continue;
-        if (order.slot > head || !fillAtLast(order, volume, fills))
+        const bool waits = order.price == m_last && order.slot > head;
+        if (waits || !reaches(order, m_last) || !fillAtLast(order, volume, fills))
             return;
     }
 }
@@ -137,20 +136,13 @@ QVector<Fill> SymbolBook::trade(const QStringList &markets, const MatchOptions &
     m_taken.clear();
     walk();
     sweepAll(markets, options, fills);
-    if (!options.immediate)
-        hitQueue(markets, fills);
+    if (!options.immediate) {
+        const quint64 dice = m_depth.random(Depth::Purpose::Volume, m_beat);
+        const qint64 volume = m_depth.unit() * qint64(1 + dice % unitsOfSecond);
+        serve(m_lastIsBid, volume, m_depth.head(m_last, m_beat), markets, fills);
+    }
     forgetFilled();
     return fills;
-}
-
-void SymbolBook::uncrossSide(bool buy, qint64 volume, const QStringList &markets, QVector<Fill> &fills)
-{
-    for (RestingOrder &order : side(buy)) {
-        if (!markets.contains(order.market))
-            continue;
-        if (!reaches(order, m_last) || !fillAtLast(order, volume, fills))
-            return;
-    }
 }
 
 QVector<Fill> SymbolBook::uncross(const QStringList &markets, const MatchOptions &options)
@@ -166,9 +158,10 @@ QVector<Fill> SymbolBook::uncross(const QStringList &markets, const MatchOptions
         if (const Micros price = next(!up, m_last))
             m_last = price;
     m_lastIsBid = up;
-    const qint64 volume = m_depth.unit() * qint64(1 + (dice >> 8) % unitsOfAuction);
-    uncrossSide(true, options.immediate ? endless : volume, markets, fills);
-    uncrossSide(false, options.immediate ? endless : volume, markets, fills);
+    const qint64 volume = options.immediate ? endless : m_depth.unit() * qint64(1 + (dice >> 8) % unitsOfAuction);
+    // No queue has moved during the auction, so nobody waits in one.
+    for (const bool buy : {true, false})
+        serve(buy, volume, m_depth.tail(m_last, m_beat), markets, fills);
     forgetFilled();
     return fills;
 }

@@ -114,9 +114,9 @@ private:
         const Instrument &instrument = instrumentOf(m_symbols.at(int(below(3))));
         const double price = m_exchange.quote(instrument.symbol)->last + (double(below(13)) - 6) * 0.005;
         const QString id = QStringLiteral("o%1").arg(m_placed.size());
-        const qint64 quantity = qint64(1 + below(40)) * instrument.qtyStep + qint64(below(2) * 7);
+        const qint64 quantity = qint64(below(4) * below(14)) * instrument.qtyStep + qint64(below(2) * 7);
         const Exchange::OrderIn wanted = order(id, instrument, below(2) == 0, price, quantity);
-        if (m_exchange.refusal(wanted) != Exchange::Refusal::None)
+        if (quantity == 0 || m_exchange.refusal(wanted) != Exchange::Refusal::None)
             return;
         m_ids.append(id);
         m_placed.insert(id, {wanted, quantity, m_placed.size()});

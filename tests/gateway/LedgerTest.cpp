@@ -287,7 +287,9 @@ void LedgerTest::aDayOfTwoTraders()
 
     for (TraderUse &use : traders)
         dayChange(use, fees);
+    QCOMPARE(stock.tradeable, 3800);
     dayChange(stock);
+    QCOMPARE(stock.tradeable, 4800);
     QVERIFY(check({1500, 1300, 200, 0}, {500, 500, 0, 0}));
     QCOMPARE(traders[0].leg.side, Side::SellOpen);
     QCOMPARE(traders[0].leg.sold, 200);

@@ -76,7 +76,7 @@ QString Service::standsAgainst(const Holding &holding, const QString &trader)
 {
     const QVector<StoredUsage> records = m_store->usageOf(holding);
     for (const StoredUsage &usage : records) {
-        const qint64 open = Ledger::openQuantity(usage.use);
+        const qint64 open = Ledger::openPosition(usage.use);
         if (open != 0 && (trader.isEmpty() || usage.trader == trader))
             return GatewayTexts::openPosition(usage.trader, open);
     }

@@ -122,6 +122,7 @@ void SymbolBook::dayChange()
     m_buys.clear();
     m_sells.clear();
     m_taken.clear();
+    m_volume = 0;
     if (m_last == 0)
         return;
     m_preClose = m_last;
@@ -179,6 +180,7 @@ Quote SymbolBook::quote() const
             Ticks::price(m_preClose),
             Ticks::price(m_upLimit),
             Ticks::price(m_downLimit),
+            m_volume,
             levels(true),
             levels(false)};
 }
@@ -195,10 +197,12 @@ QDataStream &operator>>(QDataStream &stream, RestingOrder &order)
 
 void SymbolBook::save(QDataStream &stream) const
 {
-    stream << m_last << m_lastIsBid << m_preClose << m_upLimit << m_downLimit << m_beat << m_buys << m_sells << m_taken;
+    stream << m_last << m_lastIsBid << m_preClose << m_upLimit << m_downLimit << m_volume << m_beat << m_buys << m_sells
+           << m_taken;
 }
 
 void SymbolBook::restore(QDataStream &stream)
 {
-    stream >> m_last >> m_lastIsBid >> m_preClose >> m_upLimit >> m_downLimit >> m_beat >> m_buys >> m_sells >> m_taken;
+    stream >> m_last >> m_lastIsBid >> m_preClose >> m_upLimit >> m_downLimit >> m_volume >> m_beat >> m_buys >>
+        m_sells >> m_taken;
 }

@@ -30,6 +30,7 @@ struct Quote {
     double preClose = 0;
     double upLimit = 0; ///< 0: no price limits
     double downLimit = 0;
+    qint64 volume = 0;        ///< of the day
     QVector<QuoteLevel> bids; ///< best first, at most five
     QVector<QuoteLevel> asks;
 };
@@ -119,6 +120,7 @@ private:
     Micros m_preClose = 0;
     Micros m_upLimit = 0;
     Micros m_downLimit = 0;
+    qint64 m_volume = 0;
     quint64 m_beat = 0;            ///< seconds in which this symbol traded
     QVector<RestingOrder> m_buys;  ///< best price first, first come first
     QVector<RestingOrder> m_sells; ///< the same

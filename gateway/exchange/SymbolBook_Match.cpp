@@ -65,6 +65,7 @@ void SymbolBook::sweep(RestingOrder &order, const MatchOptions &options, QVector
         const qint64 quantity = wholeSteps(order.open, offered);
         if (quantity > 0) {
             order.open -= quantity;
+            m_volume += quantity;
             fills.append({order.id, quantity, Ticks::price(slipped(order, price, options.slippage)), order.open});
             if (!options.immediate)
                 m_taken[price] += quantity;
@@ -139,6 +140,7 @@ QVector<Fill> SymbolBook::trade(const QStringList &markets, const MatchOptions &
     if (!options.immediate) {
         const quint64 dice = m_depth.random(Depth::Purpose::Volume, m_beat);
         const qint64 volume = m_depth.unit() * qint64(1 + dice % unitsOfSecond);
+        m_volume += volume;
         serve(m_lastIsBid, volume, m_depth.head(m_last, m_beat), markets, fills);
     }
     forgetFilled();
@@ -159,6 +161,7 @@ QVector<Fill> SymbolBook::uncross(const QStringList &markets, const MatchOptions
             m_last = price;
     m_lastIsBid = up;
     const qint64 volume = options.immediate ? endless : m_depth.unit() * qint64(1 + (dice >> 8) % unitsOfAuction);
+    m_volume += options.immediate ? 0 : volume;
     // No queue has moved during the auction, so nobody waits in one.
     for (const bool buy : {true, false})
         serve(buy, volume, m_depth.tail(m_last, m_beat), markets, fills);

@@ -57,12 +57,9 @@ void insertLevels(VariantRecord &row, const QVector<QuoteLevel> &levels, const Q
 VariantRecord Service::quoteRow(const QString &symbol) const
 {
     const Quote quote = m_memory.exchange.quote(symbol).value_or(Quote());
-    VariantRecord row{{Orvane_Fields::Security::symbol, symbol},
-                      {Quote_::lastPrice, quote.last},
-                      {Quote_::preClose, quote.preClose},
-                      {Quote_::upLimit, quote.upLimit},
-                      {Quote_::downLimit, quote.downLimit},
-                      {Quote_::volume, quote.volume}};
+    VariantRecord row{{Orvane_Fields::Security::symbol, symbol}, {Quote_::lastPrice, quote.last},
+                      {Quote_::preClose, quote.preClose},        {Quote_::upLimit, quote.upLimit},
+                      {Quote_::downLimit, quote.downLimit},      {Quote_::volume, quote.volume}};
     insertLevels(row, quote.bids, Quote_::bidPrices, Quote_::bidQtys, Quote_::bidQueue);
     insertLevels(row, quote.asks, Quote_::askPrices, Quote_::askQtys, Quote_::askQueue);
     return row;

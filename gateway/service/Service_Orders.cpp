@@ -24,8 +24,8 @@ VariantRecord resultRow(const QString &orderId, const QString &text)
     VariantRecord row;
     if (!orderId.isEmpty())
         row.insert(Security_::orderID, orderId);
-    row.insert(requestExeStatus, text.isEmpty() ? Orvane_Values::RequestExeStatus::success
-                                                : Orvane_Values::RequestExeStatus::fail);
+    row.insert(requestExeStatus,
+               text.isEmpty() ? Orvane_Values::RequestExeStatus::success : Orvane_Values::RequestExeStatus::fail);
     if (!text.isEmpty())
         row.insert(textDescription, text);
     return row;
@@ -115,8 +115,8 @@ VariantRecord Service::placeOrder(const Request &request, const VariantRecord &r
     pushOrder(order);
     saveGroup(group);
     m_memory.moved = true;
-    applyFills(m_memory.exchange.place({order.id, order.holding.securityID, order.holding.exchange, order.buy,
-                                        order.price, order.quantity}));
+    applyFills(m_memory.exchange.place(
+        {order.id, order.holding.securityID, order.holding.exchange, order.buy, order.price, order.quantity}));
     return resultRow(order.id, QString());
 }
 
@@ -171,9 +171,7 @@ MessageBody Service::queryOrders(const Request &request)
 {
     return Answers::idPage(
         request.values, Store::isOrderId,
-        [&](const QString &afterId, int limit) {
-            return m_store->ordersOfDay(seenBy(request.user()), afterId, limit);
-        },
+        [&](const QString &afterId, int limit) { return m_store->ordersOfDay(seenBy(request.user()), afterId, limit); },
         [](const StoredOrder &order) { return order.id; }, orderRow);
 }
 

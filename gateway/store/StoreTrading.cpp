@@ -142,10 +142,10 @@ QVector<StoredOrder> Store::liveOrders()
 
 QVector<StoredOrder> Store::liveOrdersOf(const Holding &holding)
 {
-    return d->rows<StoredOrder>(
-        selectOrders() + QStringLiteral("WHERE o.account = ? AND o.security = ? AND o.exchange = ? AND ") + live() +
-            QStringLiteral("ORDER BY o.id"),
-        {holding.account, holding.securityID, holding.exchange}, orderFrom);
+    return d->rows<StoredOrder>(selectOrders() +
+                                    QStringLiteral("WHERE o.account = ? AND o.security = ? AND o.exchange = ? AND ") +
+                                    live() + QStringLiteral("ORDER BY o.id"),
+                                {holding.account, holding.securityID, holding.exchange}, orderFrom);
 }
 
 QVector<StoredOrder> Store::liveOrdersOfAccount(const QString &account)
@@ -173,7 +173,7 @@ QVector<StoredFill> Store::fillsOfDay(const QString &user, const QString &afterI
 
 QString Store::saveOrder(const StoredOrder &order)
 {
-    const QVariantList state{order.open.pre, order.open.daily, order.filled,    order.amount,
+    const QVariantList state{order.open.pre, order.open.daily, order.filled,   order.amount,
                              order.status,   order.text,       order.changedMs};
     if (!order.id.isEmpty())
         return d->execute(QStringLiteral("UPDATE orders SET open_pre = ?, open_daily = ?, filled = ?, amount = ?, "
@@ -202,12 +202,11 @@ QString Store::addFill(const StoredFill &fill)
 
 StoredMarket Store::market()
 {
-    return d->row<StoredMarket>(QStringLiteral("SELECT market_ms, seed, held, exchange FROM clock"), {},
-                                [](const QSqlQuery &query) {
-                                    return StoredMarket{query.value(0).toLongLong(),
-                                                        quint64(query.value(1).toLongLong()),
-                                                        query.value(2).toInt() != 0, query.value(3).toByteArray()};
-                                });
+    return d->row<StoredMarket>(
+        QStringLiteral("SELECT market_ms, seed, held, exchange FROM clock"), {}, [](const QSqlQuery &query) {
+            return StoredMarket{query.value(0).toLongLong(), quint64(query.value(1).toLongLong()),
+                                query.value(2).toInt() != 0, query.value(3).toByteArray()};
+        });
 }
 
 void Store::moveClock(qint64 marketMs)

@@ -155,33 +155,31 @@ private:
     {
         namespace Command = Stand_Values::MarketCommand;
         const VariantRecord market =
-            send("trader1", Stand_MsgType::ExchangeControlRequest, control(Command::step, 1 + below(400)), {}).rows[0];
-        if (textOf(market, Market_::marketTime).mid(11) > "16:10")
+            send("trader1", Stand_MsgType::ExchangeControlRequest, control(Command::step, 1 + below(600)), {}).rows[0];
+        if (textOf(market, Market_::marketTime).mid(11) > "15:30")
             send("trader1", Stand_MsgType::ExchangeControlRequest, control(Command::dayChange), {});
     }
 
     void order()
     {
-        const QString user = any(QStringList{"lead1", "trader1", "trader2", "trader3", "trader4"});
-        const QString account = any(m_books.user(user)->accounts);
+        const OpeningPool pool = any(m_books.pools);
+        const Holding &holding = pool.holding;
+        const QString user = pool.trader == "public" ? any(m_books.tradersOf(holding.account)) : pool.trader;
+        const Instrument instrument = *m_books.instrument(holding.securityID, holding.exchange);
+        VariantRecord quote;
+        for (const VariantRecord &row : manager().ask(Stand_MsgType::QueryQuotesRequest).rows)
+            if (textOf(row, Security_::symbol) == instrument.symbol)
+                quote = row;
+        const QVariantList prices = quote.value(Stand_Fields::Quote::bidPrices).toList() +
+                                    quote.value(Stand_Fields::Quote::askPrices).toList() + QVariantList{0.0031};
         RecordList rows;
         for (quint32 i = below(3) + 1; i > 0; --i) {
-            const Instrument instrument = any(m_books.instruments);
-            const RecordList quotes = manager().ask(Stand_MsgType::QueryQuotesRequest).rows;
-            VariantRecord quote;
-            for (const VariantRecord &row : quotes)
-                if (textOf(row, Security_::symbol) == instrument.symbol)
-                    quote = row;
-            QVariantList prices = quote.value(Stand_Fields::Quote::bidPrices).toList() +
-                                  quote.value(Stand_Fields::Quote::askPrices).toList();
-            prices.append(below(10) == 0 ? 0.0031 : quote.value(Stand_Fields::Quote::lastPrice).toDouble());
-            const bool odd = below(12) == 0;
-            const qint64 quantity = instrument.minQty * (1 + below(8)) + (odd ? below(100) : 0);
             const QString side = any(QStringList{Side::normalBuy, Side::normalSell, Side::normalBuy, Side::normalSell,
                                                  Side::collateralBuy, Side::collateralSell});
+            const qint64 quantity = instrument.minQty * (1 + below(8)) + (below(12) == 0 ? below(100) : 0);
             rows.append(orderOf(instrument.symbol, instrument.exchange, side, any(prices).toString(), quantity));
         }
-        send(user, Stand_MsgType::OrderRequest, headerOf(account), rows);
+        send(user, Stand_MsgType::OrderRequest, headerOf(holding.account), rows);
     }
 
     void cancel()
@@ -263,8 +261,8 @@ private:
         const auto number = [&row](const QString &field) { return row.value(field).toDouble(); };
         const Instrument *instrument =
             m_books.instrument(textOf(row, Security_::securityID), textOf(row, UserAccount_::securityExchange));
-        const double net = number(T0_::DailyBoughtQty) - number(T0_::DailySoldQty) +
-                           number(T0_::PreUnclosedBoughtQty) - number(T0_::PreUnclosedSoldQty);
+        const double net = number(T0_::DailyBoughtQty) - number(T0_::DailySoldQty) + number(T0_::PreUnclosedBoughtQty) -
+                           number(T0_::PreUnclosedSoldQty);
         qint64 carried = 0;
         const QString key = keyOf(row, textOf(row, T0_::T0TraderId));
         for (const CarriedLeg &leg : m_books.carried)
@@ -311,13 +309,17 @@ class OrderTest : public QObject
 
 private slots:
     void randomDays();
+    void refusals_data();
+    void refusals();
+    void oneOrderFromItsRequestToTheNextDay();
+    void cancelsAreAnsweredOneByOne();
+    void liveOrdersKeepTheirPools();
 };
 
 void OrderTest::randomDays()
 {
-    const int events = qEnvironmentVariableIntValue("T0_LEDGER_EVENTS") > 0
-                           ? qEnvironmentVariableIntValue("T0_LEDGER_EVENTS")
-                           : 600;
+    const int events =
+        qEnvironmentVariableIntValue("T0_LEDGER_EVENTS") > 0 ? qEnvironmentVariableIntValue("T0_LEDGER_EVENTS") : 600;
     const quint32 seed = 20260105;
     QTemporaryDir dir;
     Days straight(seed, QString());
@@ -333,6 +335,160 @@ void OrderTest::randomDays()
         restarted.transcript.clear();
     }
     QVERIFY(straight.fills > events / 10);
+}
+
+void OrderTest::refusals_data()
+{
+    QTest::addColumn<VariantRecord>("header"); // what is otherwise than in a good request
+    QTest::addColumn<VariantRecord>("row");
+    QTest::addColumn<QString>("text");
+    const auto header = [](const char *name, const QString &field, const QVariant &value, const char *text) {
+        QTest::newRow(name) << VariantRecord{{field, value}} << VariantRecord() << QString::fromUtf8(text);
+    };
+    const auto row = [](const char *name, const QString &field, const QVariant &value, const char *text) {
+        QTest::newRow(name) << VariantRecord() << VariantRecord{{field, value}} << QString::fromUtf8(text);
+    };
+    row("a good order", Security_::orderQty, 100, "");
+    header("another business", Master_Fields::Security::VantaBusiType, "Other", "业务类型Other不支持委托");
+    header("no such account", UserAccount_::tradingAccount, "NONE", "账号不存在：NONE");
+    header("a disabled account", UserAccount_::tradingAccount, "A000303", "账号A000303未选为T0账号");
+    header("not his account", UserAccount_::tradingAccount, "A000201", "交易员trader1不能交易账号A000201");
+    row("no such security", Security_::symbol, "1.SH", "证券不存在：1.SH（SH）");
+    row("not on this exchange", Security_::symbol, "830002.BJ", "证券不存在：830002.BJ（SH）");
+    row("collateral in a cash account", SideUnion, Side::collateralBuy, "账号A000101不是信用账号，不能进行担保品买卖");
+    row("no such side", SideUnion, "sideways", "不支持的买卖方向：sideways");
+    row("no limit order", Order_::priceType, "market", "只支持限价委托");
+    row("no price", Security_::price, "0", "委托价格必须大于0");
+    row("a price that is none", Security_::price, "nan", "委托价格必须大于0");
+    row("off the tick", Security_::price, "12.365", "委托价格不是最小变动价位的整数倍");
+    row("above the limit up", Security_::price, "13.61", "价格不是有效价位，或超出涨跌停范围11.12到13.6");
+    row("nothing", Security_::orderQty, 0, "委托数量必须大于0");
+    row("less than nothing", Security_::orderQty, -100, "委托数量必须大于0");
+    row("a text", Security_::orderQty, "100", "委托数量应为整数");
+    row("half a share", Security_::orderQty, 100.5, "委托数量应为整数");
+    row("off the step", Security_::orderQty, 150, "买入数量应为100的整数倍");
+    row("above the maximum", Security_::orderQty, 1000100, "委托数量超过单笔上限1000000");
+    row("above the limits", Security_::orderQty, 900000, "委托数量900000超过可用额度2700");
+    row("above the exposure", Security_::orderQty, 800, "成交后的敞口超过上限700");
+}
+
+void OrderTest::refusals()
+{
+    QFETCH(VariantRecord, header);
+    QFETCH(VariantRecord, row);
+    QFETCH(QString, text);
+    TestClient client(openGateway(fewSecurities()), "trader1");
+    VariantRecord wholeHeader = headerOf("A000101");
+    VariantRecord wholeRow = orderOf("600001.SH", "SH", Side::normalBuy, "12.3", 100);
+    for (auto field = header.cbegin(); field != header.cend(); ++field)
+        wholeHeader.insert(field.key(), *field);
+    for (auto field = row.cbegin(); field != row.cend(); ++field)
+        wholeRow.insert(field.key(), *field);
+    const MessageBody answer = client.change(Stand_MsgType::OrderRequest, wholeHeader, {wholeRow});
+    QCOMPARE(header.isEmpty() ? textOf(answer.rows.value(0), textDescription) : refusal(answer), text);
+    QCOMPARE(client.all(Stand_MsgType::QueryOrdersRequest).size(), text.isEmpty() ? 1 : 0);
+}
+
+void OrderTest::oneOrderFromItsRequestToTheNextDay()
+{
+    namespace Command = Stand_Values::MarketCommand;
+    const auto gateway = openGateway(fewSecurities());
+    TestClient client(gateway, "trader1");
+    for (const QString &type : livePushes())
+        QVERIFY(client.subscribe(type, QString()));
+    QVERIFY(client.subscribe(Master_MsgType::ManualT0RealTimePoolUsagePush, "trader1"));
+    QVERIFY(succeeded(client.ask(Stand_MsgType::ExchangeControlRequest, control(Command::step, 960))));
+
+    const Envelope request = changeOf(Stand_MsgType::OrderRequest, headerOf("A000101"),
+                                      {orderOf("600001.SH", "SH", Side::normalBuy, "13.6", 100),
+                                       orderOf("600001.SH", "SH", Side::normalBuy, "11.12", 200),
+                                       orderOf("830002.BJ", "BJ", Side::normalBuy, "1000", 200)});
+    const MessageBody answer = client.send(request);
+    QCOMPARE(answer.rows.size(), 3);
+    QVERIFY(textOf(answer.rows[2], textDescription).startsWith("价格"));
+    const VariantRecord asked{{Order_::requestId, request.id}};
+    const MessageBody fate = client.ask(Stand_MsgType::QueryRequestFateRequest, asked);
+    QVERIFY(fate.values.value(Order_::known).toBool());
+    QCOMPARE(fate.rows, answer.rows);
+    QVERIFY(!client.ask(Stand_MsgType::QueryRequestFateRequest, {{Order_::requestId, "other"}})
+                 .values.value(Order_::known)
+                 .toBool());
+
+    client.ask(Stand_MsgType::EchoRequest);
+    const QString usage = Master_MsgType::ManualT0RealTimePoolUsagePush;
+    const QStringList caused{Stand_MsgType::OrderPush, usage, Stand_MsgType::OrderPush,
+                             Stand_MsgType::FillPush,  usage, Stand_MsgType::PositionPush,
+                             Stand_MsgType::OrderPush, usage};
+    QCOMPARE(client.pushedTypes(), caused);
+    QCOMPARE(client.send(request).rows, answer.rows);
+    client.ask(Stand_MsgType::EchoRequest);
+    QCOMPARE(client.pushedTypes(), caused);
+
+    QVERIFY(succeeded(client.ask(Stand_MsgType::ExchangeControlRequest, control(Command::dayChange))));
+    client.ask(Stand_MsgType::EchoRequest);
+    const VariantRecord expired = client.pushed().value(caused.size());
+    QCOMPARE(textOf(expired, Security_::orderStatus), Stand_Values::OrderStatus::Expired);
+    QCOMPARE(textOf(expired, Order_::updateTime), QStringLiteral("2026-01-05 09:31:00.000"));
+    QVERIFY(client.all(Stand_MsgType::QueryOrdersRequest).isEmpty());
+    QCOMPARE(textOf(client.ask(Stand_MsgType::ExchangeControlRequest, control(Command::status)).rows[0],
+                    Market_::marketTime),
+             QStringLiteral("2026-01-06 09:15:00"));
+}
+
+void OrderTest::cancelsAreAnsweredOneByOne()
+{
+    const auto gateway = openGateway(fewSecurities());
+    TestClient owner(gateway, "trader1");
+    TestClient other(gateway, "trader2");
+    TestClient manager(gateway, "manager1");
+    const auto step = [&](qint64 count) {
+        owner.ask(Stand_MsgType::ExchangeControlRequest, control(Stand_Values::MarketCommand::step, count));
+    };
+    const VariantRecord low = orderOf("600001.SH", "SH", Side::normalBuy, "11.12", 100);
+    const RecordList placed = owner.change(Stand_MsgType::OrderRequest, headerOf("A000101"), {low, low, low}).rows;
+    const auto cancel = [&](TestClient &client, const QString &account, const RecordList &rows) {
+        const MessageBody answer =
+            client.change(Master_MsgType::orderCancelBatchCppRequest, {{UserAccount_::tradingAccount, account}}, rows);
+        QStringList texts{refusal(answer)};
+        for (const VariantRecord &row : answer.rows)
+            texts.append(textOf(row, textDescription));
+        return texts;
+    };
+    const QString none;
+    QCOMPARE(cancel(owner, "A000101", {placed[0], placed[0], {{Security_::orderID, "O999999999"}}}),
+             (QStringList{none, none, "委托已完成，不能撤单", "委托不存在"}));
+    QCOMPARE(cancel(owner, "A000102", {placed[1]}), (QStringList{none, "委托属于账号A000101"}));
+    QCOMPARE(cancel(other, "A000101", {placed[1]}), (QStringList{none, "委托不存在"}));
+    QCOMPARE(cancel(manager, "A000101", {placed[1]}), (QStringList{none, none}));
+    step(300); // into the part of the auction that takes no cancels
+    QCOMPARE(cancel(owner, "A000101", {placed[2]}), (QStringList{none, "市场SH当前时段不接受撤单"}));
+}
+
+void OrderTest::liveOrdersKeepTheirPools()
+{
+    const auto gateway = openGateway(fewSecurities());
+    TestClient trader(gateway, "trader1");
+    TestClient manager(gateway, "manager1");
+    trader.change(Stand_MsgType::OrderRequest, headerOf("A000101"),
+                  {orderOf("600001.SH", "SH", Side::normalBuy, "11.12", 100)});
+    const VariantRecord account{{UserAccount_::tradingAccount, "A000101"}};
+    const auto kept = QStringLiteral("第1行：交易员trader1有未完成委托O000000001");
+    const auto refused = [&](const char *, const QString &type, const RecordList &rows) {
+        return refusal(manager.change(type, {}, rows));
+    };
+    for (const VariantRecord &pool : manager.all(Master_MsgType::QueryManualT0SecurityPoolRequest, account)) {
+        const bool his = textOf(pool, Security_::securityID) == "600001" && textOf(pool, T0_::T0TraderId) != "trader2";
+        QCOMPARE(refused("", Master_MsgType::DeleteManualT0SecurityPoolRequest, {pool}), his ? kept : QString());
+    }
+    TestClient back(gateway, QString());
+    back.ask(Stand_MsgType::LoginRequest, {{UserAccount_::userID, "trader1"}},
+             {{Stand_Fields::Session::reconnected, true}});
+    for (const QString &type : QStringList{Stand_MsgType::QuotePush, Stand_MsgType::MarketPush} + livePushes())
+        QVERIFY(back.subscribe(type, QString()));
+    back.ask(Stand_MsgType::EchoRequest);
+    QCOMPARE(back.pushedTypes().count(Stand_MsgType::OrderPush), 1);
+    QCOMPARE(back.pushedTypes().count(Stand_MsgType::MarketPush), 1);
+    QVERIFY(back.pushedTypes().contains(Stand_MsgType::PositionPush));
 }
 
 T0_REGISTER_TEST(OrderTest)

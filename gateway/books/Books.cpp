@@ -47,6 +47,12 @@ const Instrument *Books::instrument(const QString &securityID, const QString &ex
     return at < 0 ? nullptr : &instruments.at(at);
 }
 
+const Instrument *Books::listed(const QString &symbol, const QString &exchange) const
+{
+    const int at = m_listed.value({symbol, exchange}, -1);
+    return at < 0 ? nullptr : &instruments.at(at);
+}
+
 const Account *Books::account(const QString &tradingAccount) const
 {
     const int at = m_accounts.value(tradingAccount, -1);
@@ -80,12 +86,14 @@ QStringList Books::tradersOf(const QString &tradingAccount) const
 void Books::buildIndexes()
 {
     m_instruments.clear();
+    m_listed.clear();
     m_accounts.clear();
     m_users.clear();
     m_symbols.clear();
     m_traders.clear();
     for (int i = 0; i < instruments.size(); ++i) {
         m_instruments.insert({instruments.at(i).securityID, instruments.at(i).exchange}, i);
+        m_listed.insert({instruments.at(i).symbol, instruments.at(i).exchange}, i);
         m_symbols.insert(instruments.at(i).symbol, i);
     }
     for (int i = 0; i < accounts.size(); ++i)

@@ -160,6 +160,7 @@ public:
 
     /// The finders return nullptr when there is none; the pointers live as long as the books are not changed.
     const Instrument *instrument(const QString &securityID, const QString &exchange) const;
+    const Instrument *listed(const QString &symbol, const QString &exchange) const;
     const Account *account(const QString &tradingAccount) const;
     const User *user(const QString &userID) const;
     bool hasSymbol(const QString &symbol) const;
@@ -175,6 +176,7 @@ public:
 
 private:
     QHash<QPair<QString, QString>, int> m_instruments;
+    QHash<QPair<QString, QString>, int> m_listed;
     QHash<QString, int> m_accounts;
     QHash<QString, int> m_users;
     QHash<QString, int> m_symbols;

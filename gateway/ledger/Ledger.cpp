@@ -23,12 +23,6 @@ bool Limits::operator==(const Limits &other) const
            std::tie(other.poolTotal, other.dailyBuy, other.dailySell, other.closeBuy, other.closeSell);
 }
 
-qint64 openQuantity(const TraderUse &use)
-{
-    const qint64 leg = use.leg.side == Side::SellOpen ? -use.leg.remaining() : use.leg.remaining();
-    return leg + use.dailyBought - use.dailySold;
-}
-
 qint64 usedToBuy(const TraderUse &use, bool t0)
 {
     if (!t0)
@@ -56,23 +50,27 @@ qint64 remaining(qint64 privateQty, qint64 used, qint64 publicQty, qint64 public
 
 } // namespace
 
+PublicUse publicUse(const Terms &terms, const QVector<TraderUse> &traders)
+{
+    PublicUse sum;
+    for (const TraderUse &use : traders) {
+        sum.toBuy += qMax<qint64>(0, usedToBuy(use, terms.t0) - use.privateQty);
+        sum.toSell += qMax<qint64>(0, usedToSell(use, terms.t0) - use.privateQty);
+    }
+    return sum;
+}
+
 QVector<Limits> limits(const Terms &terms, const QVector<TraderUse> &traders)
 {
-    qint64 publicBought = 0;
-    qint64 publicSold = 0;
-    for (const TraderUse &use : traders) {
-        publicBought += qMax<qint64>(0, usedToBuy(use, terms.t0) - use.privateQty);
-        publicSold += qMax<qint64>(0, usedToSell(use, terms.t0) - use.privateQty);
-    }
-
+    const PublicUse common = publicUse(terms, traders);
     QVector<Limits> all;
     all.reserve(traders.size());
     for (const TraderUse &use : traders) {
         Limits one;
         one.poolTotal = use.privateQty + terms.publicQty;
         if (terms.enabled) {
-            one.dailyBuy = remaining(use.privateQty, usedToBuy(use, terms.t0), terms.publicQty, publicBought);
-            one.dailySell = remaining(use.privateQty, usedToSell(use, terms.t0), terms.publicQty, publicSold);
+            one.dailyBuy = remaining(use.privateQty, usedToBuy(use, terms.t0), terms.publicQty, common.toBuy);
+            one.dailySell = remaining(use.privateQty, usedToSell(use, terms.t0), terms.publicQty, common.toSell);
             if (use.leg.side == Side::BuyOpen)
                 one.closeSell = qMax<qint64>(0, use.leg.remaining() - use.live.sellPre);
             if (use.leg.side == Side::SellOpen)
@@ -81,6 +79,11 @@ QVector<Limits> limits(const Terms &terms, const QVector<TraderUse> &traders)
         all.append(one);
     }
     return all;
+}
+
+qint64 openPosition(const TraderUse &use)
+{
+    return use.leg.bought - use.leg.sold + use.dailyBought - use.dailySold;
 }
 
 } // namespace Ledger

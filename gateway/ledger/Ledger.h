@@ -1,9 +1,11 @@
 #pragma once
 
+#include <QtCore/QString>
 #include <QtCore/QVector>
 
-/// The accounting of one security in one account: what each of its traders may still buy and sell.
-/// Pure functions over plain structs; every quantity is in display units.
+/// The accounting of one security in one account: what each of its traders may still buy and sell, and what
+/// orders, fills and a new day change in it. Pure functions over plain structs; every quantity is in display
+/// units, every price and amount is money.
 namespace Ledger {
 
 enum class Side { None, BuyOpen, SellOpen };
@@ -26,6 +28,14 @@ struct Live {
     qint64 buyDaily = 0;
     qint64 sellPre = 0;
     qint64 sellDaily = 0;
+};
+
+/// The open quantity of one order; fills take the pre part first.
+struct Parts {
+    qint64 pre = 0;
+    qint64 daily = 0;
+
+    qint64 total() const { return pre + daily; }
 };
 
 struct TraderUse {
@@ -55,15 +65,102 @@ struct Limits {
     bool operator==(const Limits &other) const;
 };
 
-/// What a trader holds open: bought and not sold again, the carried-over leg included; negative: sold.
-qint64 openQuantity(const TraderUse &use);
+/// What the account itself holds of the security.
+struct Stock {
+    qint64 quantity = 0;
+    qint64 tradeable = 0; ///< what of the quantity can be sold today
+    qint64 margin = 0;    ///< borrowed securities in use, beside the quantity; sold when nothing is tradeable
+};
+
+struct Fees {
+    double buy = 0; ///< fraction of the amount
+    double sell = 0;
+};
+
+// Ledger.cpp
 
 /// How much of the ordinary quantities a trader uses; negative for a T+0 security when he has traded back.
 qint64 usedToBuy(const TraderUse &use, bool t0);
 qint64 usedToSell(const TraderUse &use, bool t0);
 
+/// What all traders together use of the public quantity.
+struct PublicUse {
+    qint64 toBuy = 0;
+    qint64 toSell = 0;
+};
+PublicUse publicUse(const Terms &terms, const QVector<TraderUse> &traders);
+
 /// The limits of all traders on one security of one account, in the order of the traders. They belong
 /// together: what one takes of the public part is missing for the others.
 QVector<Limits> limits(const Terms &terms, const QVector<TraderUse> &traders);
+
+/// Above 0: long, below 0: short; the carried-over leg included.
+qint64 openPosition(const TraderUse &use);
+
+// Ledger_Orders.cpp
+
+/// In the order of the checks; the first that fails is the answer.
+enum class Refusal {
+    None,
+    NoQuantity,      ///< 0 or negative
+    AboveMaximum,    ///< of one order
+    BelowMinimum,    ///< of a buy
+    OffStep,         ///< a sell may also end in the odd part of what is tradeable
+    AboveLimit,      ///< closing and daily limit together
+    Exposure,        ///< of the position that the order would leave
+    PendingExposure, ///< the same with all live orders of its direction filled
+    NotSellable      ///< more than the account has and other orders do not sell already
+};
+
+struct Order {
+    bool buy = false;
+    qint64 quantity = 0;
+    qint64 step = 1;
+    qint64 minQty = 1;
+    qint64 maxQty = 1;
+    qint64 maxExposure = -1; ///< of the trader's private pool; negative: none
+    qint64 maxPendExposure = -1;
+};
+
+struct Acceptance {
+    Refusal refusal = Refusal::None;
+    Parts parts; ///< how the quantity is split, the closing limit first; zeros when refused
+};
+
+/// Accepts an order of one of the traders into his live quantities, or changes nothing.
+Acceptance accept(const Terms &terms, const Stock &stock, QVector<TraderUse> &traders, int trader, const Order &order);
+
+/// Part of a live order is filled: moves it from the live quantities to what was traded, and the account's
+/// stock with it. quantity is at most open.total(), which falls by it.
+void fill(TraderUse &use, Stock &stock, bool t0, bool buy, Parts &open, qint64 quantity, double price);
+
+/// What is still open of an order returns to the limits: it was cancelled, rejected or has expired.
+void release(TraderUse &use, bool buy, const Parts &open);
+
+// Ledger_Day.cpp
+
+/// The next morning: live orders have expired, the open position becomes the carried-over leg. Its amount is at
+/// the average price with the fees of the opening side, so that closing it costs the other side's fee only.
+void dayChange(TraderUse &use, const Fees &fees);
+void dayChange(Stock &stock); ///< what was bought becomes tradeable
+
+/// One security of one account as a whole.
+struct Picture {
+    struct LiveOrder {
+        int trader = 0;
+        bool buy = false;
+        Parts open;
+    };
+
+    Terms terms;
+    QVector<TraderUse> traders;
+    QVector<LiveOrder> orders;
+    Stock stock;
+    qint64 stockWhenFlat = 0; ///< quantity and margin as they were, or would be, with no trader's position open
+    PublicUse overuse;        ///< by how much a lowered pool was in use already
+};
+
+/// What contradicts itself in a picture, a sentence a line; empty when nothing does.
+QString faults(const Picture &picture);
 
 } // namespace Ledger

@@ -27,7 +27,7 @@ template <typename Item, typename ToRow>
 MessageBody listPage(const VariantRecord &values, const QVector<Item> &items, ToRow toRow);
 
 /// One page that starts behind an id. isId tells whether a position is one, fetch(afterId, limit) gives the
-/// items behind it, idOf an item's id.
+/// items behind it, idOf an item's id; toRow as above.
 template <typename IsId, typename Fetch, typename IdOf, typename ToRow>
 MessageBody idPage(const VariantRecord &values, IsId isId, Fetch fetch, IdOf idOf, ToRow toRow);
 
@@ -70,7 +70,10 @@ MessageBody Answers::idPage(const VariantRecord &values, IsId isId, Fetch fetch,
     // One more than asked for tells whether another page follows.
     const auto items = fetch(position, size.rows + 1);
     RecordList rows;
-    for (int i = 0; i < items.size() && i < size.rows; ++i)
-        rows.append(toRow(items.at(i)));
+    for (int i = 0; i < items.size() && i < size.rows; ++i) {
+        const VariantRecord row = toRow(items.at(i));
+        if (!row.isEmpty())
+            rows.append(row);
+    }
     return withPosition(success(rows), items.size() > size.rows ? idOf(items.at(size.rows - 1)) : QString());
 }

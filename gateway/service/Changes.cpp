@@ -1,6 +1,7 @@
 #include "Changes.h"
 
 #include "MasterFields.h"
+#include "OrvaneFields.h"
 #include "StandFields.h"
 
 namespace {
@@ -85,6 +86,35 @@ void Changes::noteQuote(const QString &symbol, double from, double to)
 {
     note(thing(QStringLiteral("quote"), symbol, Holding(), QString()), Stand_Fields::Quote::lastPrice,
          QString::number(from, 'g', 15), QString::number(to, 'g', 15));
+}
+
+void Changes::noteOrder(const StoredOrder &order, const QString &refusal)
+{
+    AuditEntry entry = thing(QStringLiteral("order"), order.id, order.holding, order.user);
+    entry.field = Orvane_Fields::Security::orderQty;
+    entry.to = QStringLiteral("%1 %2 @ %3")
+                   .arg(order.sideUnion, QString::number(order.quantity), QString::number(order.price, 'g', 15));
+    entry.refusal = refusal;
+    m_audit.append(entry);
+}
+
+void Changes::noteCancel(const QString &id, const StoredOrder &order, const QString &refusal)
+{
+    AuditEntry entry = thing(QStringLiteral("order"), id, order.holding, order.user);
+    entry.field = Orvane_Fields::Security::orderStatus;
+    entry.from = order.status;
+    entry.to = Stand_Values::OrderStatus::Cancelled;
+    entry.refusal = refusal;
+    m_audit.append(entry);
+}
+
+void Changes::noteMarket(const QString &command, const QString &from, const QString &to)
+{
+    AuditEntry entry = thing(QStringLiteral("market"), command, Holding(), QString());
+    entry.field = Stand_Fields::Market::marketTime;
+    entry.from = from;
+    entry.to = to;
+    m_audit.append(entry);
 }
 
 const QVector<AuditEntry> &Changes::audit() const

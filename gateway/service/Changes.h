@@ -24,6 +24,11 @@ public:
     /// A price is kept by the service; here it only leaves its trace.
     void noteQuote(const QString &symbol, double from, double to);
 
+    /// Orders and the market are the service's, too. A refusal leaves its trace as well.
+    void noteOrder(const StoredOrder &order, const QString &refusal);
+    void noteCancel(const QString &id, const StoredOrder &order, const QString &refusal);
+    void noteMarket(const QString &command, const QString &from, const QString &to);
+
     const QVector<AuditEntry> &audit() const;
     const QSet<Holding> &holdings() const;
     const QSet<QString> &accounts() const;

@@ -222,6 +222,121 @@ inline QString openPosition(const QString &trader, qint64 quantity)
 {
     return QStringLiteral("交易员%1有未平仓数量%2").arg(trader, QString::number(quantity));
 }
+inline QString liveOrder(const QString &trader, const QString &order)
+{
+    return QStringLiteral("交易员%1有未完成委托%2").arg(trader, order);
+}
+inline QString otherBusiness(const QString &type)
+{
+    return QStringLiteral("业务类型%1不支持委托").arg(type);
+}
+inline QString unknownSide(const QString &side)
+{
+    return QStringLiteral("不支持的买卖方向：%1").arg(side);
+}
+inline QString onlyCredit(const QString &account)
+{
+    return QStringLiteral("账号%1不是信用账号，不能进行担保品买卖").arg(account);
+}
+inline QString onlyLimitOrders()
+{
+    return QStringLiteral("只支持限价委托");
+}
+inline QString noOrderPrice()
+{
+    return QStringLiteral("委托价格必须大于0");
+}
+inline QString offTick()
+{
+    return QStringLiteral("委托价格不是最小变动价位的整数倍");
+}
+/// upLimit 0: only the lower limit counts.
+inline QString impossiblePrice(double downLimit, double upLimit)
+{
+    return QStringLiteral("价格不是有效价位，或超出涨跌停范围%1到%2")
+        .arg(QString::number(downLimit, 'g', 12),
+             upLimit > 0 ? QString::number(upLimit, 'g', 12) : QStringLiteral("∞"));
+}
+inline QString marketClosed(const QString &exchange)
+{
+    return QStringLiteral("市场%1当前时段不接受委托").arg(exchange);
+}
+inline QString fractionalQuantity()
+{
+    return QStringLiteral("委托数量应为整数");
+}
+inline QString noOrderQuantity()
+{
+    return QStringLiteral("委托数量必须大于0");
+}
+inline QString aboveMaximum(qint64 most)
+{
+    return QStringLiteral("委托数量超过单笔上限%1").arg(most);
+}
+inline QString belowMinimum(qint64 least)
+{
+    return QStringLiteral("买入数量低于单笔下限%1").arg(least);
+}
+inline QString buyOffStep(qint64 step)
+{
+    return QStringLiteral("买入数量应为%1的整数倍").arg(step);
+}
+inline QString sellOffStep(qint64 step)
+{
+    return QStringLiteral("卖出数量应为%1的整数倍，零股应一次性卖出").arg(step);
+}
+inline QString aboveLimit(qint64 quantity, qint64 limit)
+{
+    return QStringLiteral("委托数量%1超过可用额度%2").arg(QString::number(quantity), QString::number(limit));
+}
+inline QString aboveExposure(qint64 most)
+{
+    return QStringLiteral("成交后的敞口超过上限%1").arg(most);
+}
+inline QString abovePendingExposure(qint64 most)
+{
+    return QStringLiteral("全部委托成交后的敞口超过上限%1").arg(most);
+}
+inline QString notSellable()
+{
+    return QStringLiteral("账号可卖数量不足");
+}
+inline QString unknownOrder()
+{
+    return QStringLiteral("委托不存在");
+}
+inline QString foreignOrder(const QString &account)
+{
+    return QStringLiteral("委托属于账号%1").arg(account);
+}
+inline QString finalOrder()
+{
+    return QStringLiteral("委托已完成，不能撤单");
+}
+inline QString noCancelsNow(const QString &exchange)
+{
+    return QStringLiteral("市场%1当前时段不接受撤单").arg(exchange);
+}
+inline QString dayIsOver()
+{
+    return QStringLiteral("当日未成交，已过期");
+}
+inline QString marketBegunAnew()
+{
+    return QStringLiteral("证券资料变更，委托已过期");
+}
+inline QString badStepCount(qint64 most)
+{
+    return QStringLiteral("步数应为1到%1").arg(most);
+}
+inline QString badSpeed(int most)
+{
+    return QStringLiteral("速度应为0到%1").arg(most);
+}
+inline QString unknownCommand(const QString &command)
+{
+    return QStringLiteral("不支持的行情命令：%1").arg(command);
+}
 inline QString storeFailed(const QString &reason)
 {
     return QStringLiteral("数据保存失败：%1").arg(reason);

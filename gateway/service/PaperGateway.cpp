@@ -42,7 +42,8 @@ PaperGateway::~PaperGateway()
     d->thread.wait();
 }
 
-std::shared_ptr<PaperGateway> PaperGateway::open(const Books &books, const QString &stateFile, QString &errorText)
+std::shared_ptr<PaperGateway> PaperGateway::open(const Books &books, const QString &stateFile, QString &errorText,
+                                                 const GatewayOptions &options)
 {
     std::shared_ptr<PaperGateway> gateway(new PaperGateway);
     Private *d = gateway->d.get();
@@ -52,12 +53,24 @@ std::shared_ptr<PaperGateway> PaperGateway::open(const Books &books, const QStri
         auto store = Store::open(stateFile, d->books, errorText);
         if (!store)
             return;
-        d->service = std::make_unique<Service>(d->books, std::move(store));
-        good = d->service->bringUsageUpToDate();
+        const StoredMarket market = store->market();
+        if (!market.exchange.isEmpty() && options.seed.value_or(market.seed) != market.seed) {
+            errorText = QStringLiteral("%1: was begun with the seed %2").arg(stateFile, QString::number(market.seed));
+            return;
+        }
+        d->service = std::make_unique<Service>(d->books, std::move(store), options);
+        good = d->service->start();
         if (!good)
             errorText = d->service->errorText();
     });
     return good ? gateway : nullptr;
+}
+
+QString PaperGateway::faults() const
+{
+    QString found;
+    d->run([&] { found = d->service->faults(); });
+    return found;
 }
 
 const Books &PaperGateway::books() const

@@ -6,6 +6,13 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+
+struct GatewayOptions {
+    std::optional<quint64> seed; ///< of the paper market; without it that of the state, in a new one 1
+    bool immediate = false;      ///< orders that can be filled are filled whole, at once
+    int slippage = 0;            ///< ticks to the disadvantage of an order that takes
+};
 
 /// A trading server on paper: books, state and the answers to every message, on a thread of its own that
 /// serves any number of clients. Destroying it ends every client; its thread is gone afterwards.
@@ -24,7 +31,8 @@ public:
 
     /// Opens the state (an empty file name: in memory) on the new thread and brings its usage records up to
     /// date with the books. Returns nullptr and fills errorText.
-    static std::shared_ptr<PaperGateway> open(const Books &books, const QString &stateFile, QString &errorText);
+    static std::shared_ptr<PaperGateway> open(const Books &books, const QString &stateFile, QString &errorText,
+                                              const GatewayOptions &options = GatewayOptions());
 
     ~PaperGateway();
     PaperGateway(const PaperGateway &) = delete;
@@ -39,6 +47,9 @@ public:
 
     /// One encoded envelope from a client; handled in the order of the calls. Unknown clients are ignored.
     void receive(ClientId id, const QByteArray &envelope);
+
+    /// What contradicts itself in orders, usage and positions, a sentence a line; empty when nothing does.
+    QString faults() const;
 
 private:
     PaperGateway();

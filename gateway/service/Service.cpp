@@ -4,6 +4,7 @@
 #include "GatewayTexts.h"
 #include "MasterMsgType.h"
 #include "OrvaneFields.h"
+#include "StandFields.h"
 #include "StandMsgType.h"
 
 #include <QtCore/QDateTime>
@@ -14,16 +15,36 @@ QString Request::text(const QString &field) const
     return row.value(field).toString();
 }
 
-Service::Service(const Books &books, std::unique_ptr<Store> store)
+Service::Service(const Books &books, std::unique_ptr<Store> store, const GatewayOptions &options)
     : m_books(books)
     , m_store(std::move(store))
+    , m_seed(m_store->market().exchange.isEmpty() ? options.seed.value_or(1) : m_store->market().seed)
     , m_changes(*m_store)
+    , m_memory{m_store->enabledAccounts(), Exchange(books, m_seed, {options.immediate, options.slippage})}
 {
-    m_memory.enabled = m_store->enabledAccounts();
-    for (const OpeningQuote &quote : books.quotes) {
-        m_quoted.append(quote.symbol);
-        m_lastPrices.insert(quote.symbol, quote.last);
-    }
+    for (const Instrument &instrument : books.instruments)
+        if (!m_symbols.contains(instrument.symbol))
+            m_symbols.append(instrument.symbol);
+    QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { tick(); });
+}
+
+bool Service::start()
+{
+    if (!m_store->errorText().isEmpty() || !m_store->begin())
+        return false;
+    const StoredMarket market = m_store->market();
+    m_memory.exchange.setTime(market.ms);
+    m_memory.exchange.setHeld(market.held);
+    m_memory.moved = true;
+    // Books with other securities begin the market anew, and nobody knows where its orders would stand in it.
+    if (!market.exchange.isEmpty() && !m_memory.exchange.restore(market.exchange))
+        for (const StoredOrder &order : m_store->liveOrders())
+            endOrder(order, Stand_Values::OrderStatus::Expired, GatewayTexts::marketBegunAnew());
+    m_shownMarket = marketRow();
+    if (refreshUsage({m_store->allUsage(), m_store->allPools(), m_store->liveOrders()}) && saveMarket())
+        return m_store->commit();
+    m_store->rollback();
+    return false;
 }
 
 const QHash<QString, Service::Route> &Service::routes()
@@ -38,6 +59,12 @@ const QHash<QString, Service::Route> &Service::routes()
         {Stand_MsgType::QueryMarginSecuritiesRequest, {&Service::queryMarginSecurities, Kind::Query}},
         {Stand_MsgType::QueryQuotesRequest, {&Service::queryQuotes, Kind::Query}},
         {Stand_MsgType::SetQuoteRequest, {&Service::setQuote, Kind::Control}},
+        {Stand_MsgType::OrderRequest, {&Service::placeOrders, Kind::Control}},
+        {Master_MsgType::orderCancelBatchCppRequest, {&Service::cancelOrders, Kind::Control}},
+        {Stand_MsgType::QueryRequestFateRequest, {&Service::queryRequestFate, Kind::Query}},
+        {Stand_MsgType::QueryOrdersRequest, {&Service::queryOrders, Kind::Query}},
+        {Stand_MsgType::QueryFillsRequest, {&Service::queryFills, Kind::Query}},
+        {Stand_MsgType::ExchangeControlRequest, {&Service::controlMarket, Kind::Control}},
         {Stand_MsgType::PushUsageRequest, {&Service::pushUsage, Kind::Control}},
         {Stand_MsgType::PictureRequest, {&Service::picture, Kind::Query}},
         {Master_MsgType::QueryManualT0ProductsRequest, {&Service::queryProducts, Kind::Query}},
@@ -60,7 +87,7 @@ const QHash<QString, Service::Route> &Service::routes()
 
 void Service::connectClient(PaperGateway::ClientId id, PaperGateway::Client client)
 {
-    m_sessions.insert(id, {std::move(client), nullptr, {}, false, false});
+    m_sessions.insert(id, {std::move(client), nullptr, {}, {}, false});
 }
 
 void Service::disconnectClient(PaperGateway::ClientId id)
@@ -110,7 +137,7 @@ MessageBody Service::execute(ClientSession &session, const Envelope &envelope, c
         return Answers::refused(GatewayTexts::unreadable(reason));
     if (!route.handler)
         return Answers::refused(GatewayTexts::unknownType(envelope.type));
-    const Request request{session, envelope.type, body.values, body.rows.value(0), body.rows.mid(1)};
+    const Request request{session, envelope.id, envelope.type, body.values, body.rows.value(0), body.rows.mid(1)};
     if (envelope.type != Stand_MsgType::LoginRequest) {
         if (!session.user)
             return Answers::refused(GatewayTexts::notLoggedIn());
@@ -122,18 +149,37 @@ MessageBody Service::execute(ClientSession &session, const Envelope &envelope, c
     return refusal.isEmpty() ? (this->*route.handler)(request) : Answers::refused(refusal);
 }
 
+void Service::push(const QString &type, const VariantRecord &row, const QString &about, const ClientSession *only)
+{
+    if (!m_sessions.isEmpty())
+        m_pushes.append({Envelope::push(type, {{}, {row}}), about, only});
+}
+
 void Service::deliverPushes()
 {
+    pushMarket();
     const QVector<Push> pushes = std::move(m_pushes);
     m_pushes.clear();
     for (const Push &push : pushes) {
         const QByteArray bytes = push.envelope.encode();
         for (const ClientSession &session : qAsConst(m_sessions))
-            if (push.only               ? push.only == &session
-                : push.trader.isEmpty() ? session.quotes
-                                        : session.usageOf.contains(push.trader))
+            if (wants(session, push))
                 session.client.deliver(bytes);
     }
+}
+
+bool Service::wants(const ClientSession &session, const Push &push) const
+{
+    const QString &type = push.envelope.type;
+    if (push.only)
+        return push.only == &session;
+    if (type == Master_MsgType::ManualT0RealTimePoolUsagePush)
+        return session.usageOf.contains(push.about);
+    if (!session.subscribed.contains(type))
+        return false;
+    if (type == Stand_MsgType::PositionPush)
+        return mayTrade(*session.user, push.about);
+    return push.about.isEmpty() || push.about == session.user->userID || session.user->isManager();
 }
 
 QString Service::errorText() const

@@ -2,12 +2,14 @@
 
 #include "Changes.h"
 #include "Envelope.h"
+#include "Exchange.h"
 #include "PaperGateway.h"
 #include "Store.h"
+#include "UsageGroup.h"
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QSet>
-
-#include <functional>
+#include <QtCore/QTimer>
 
 class ChangeRow;
 
@@ -16,13 +18,14 @@ struct ClientSession {
     PaperGateway::Client client;
     const User *user = nullptr; ///< fixed by the login
     QSet<QString> usageOf;      ///< traders whose usage it subscribed
+    QSet<QString> subscribed;   ///< the other types of pushes
     bool reconnected = false;   ///< its login said that an earlier connection was lost
-    bool quotes = false;
 };
 
 /// A request that is being answered.
 struct Request {
     ClientSession &session;
+    QString id; ///< the envelope's
     QString type;
     VariantRecord values;
     VariantRecord row; ///< the query or the header of a change: the body's first row
@@ -36,11 +39,14 @@ struct Request {
 class Service
 {
 public:
-    Service(const Books &books, std::unique_ptr<Store> store);
+    Service(const Books &books, std::unique_ptr<Store> store, const GatewayOptions &options);
 
-    /// Makes the usage records that pools and legs ask for, and corrects those whose limits have changed.
-    /// False: the store's errorText() says why.
-    bool bringUsageUpToDate();
+    /// Brings the state up to date with the books: makes the usage records that pools and legs ask for, corrects
+    /// those whose limits have changed, goes on with the market. False: errorText() says why.
+    bool start();
+
+    /// What contradicts itself in the state, a sentence a line; empty when nothing does.
+    QString faults();
 
     void connectClient(PaperGateway::ClientId id, PaperGateway::Client client);
     void disconnectClient(PaperGateway::ClientId id);
@@ -67,6 +73,16 @@ private:
     MessageBody execute(ClientSession &session, const Envelope &envelope, const Route &route);
     void deliverPushes();
 
+    struct Push {
+        Envelope envelope;
+        QString about;                       ///< a trader, of positions an account; empty: everybody's
+        const ClientSession *only = nullptr; ///< the one client that gets it; nullptr: all that subscribed
+    };
+    void push(const QString &type, const VariantRecord &row, const QString &about = QString(),
+              const ClientSession *only = nullptr);
+    bool wants(const ClientSession &session, const Push &push) const;
+    bool isWanted(const QString &pushType) const;
+
     // Service_Transaction.cpp
 
     /// Executes a change once for a user and id, whole or not at all: the change, the usage records that follow
@@ -77,6 +93,8 @@ private:
 
     /// What any change is refused for, before its handler; empty: nothing.
     QString refusalOfChange(const Request &request, Kind kind) const;
+    struct Memory;
+    void undo(const Memory &before);
     bool refreshTouched();
     bool record(const QString &user, const Envelope &envelope, const MessageBody &answer);
 
@@ -110,9 +128,55 @@ private:
     qint64 factorOf(const Holding &holding) const;
     qint64 allocated(const Holding &holding);
 
-    /// Why what a trader may use of a holding cannot be taken away from him: he has an open position there. An
-    /// empty trader stands for all. Empty: it can.
+    /// Why what a trader may use of a holding cannot be taken away from him: he has an open position or a live
+    /// order there. An empty trader stands for all. Empty: it can.
     QString standsAgainst(const Holding &holding, const QString &trader);
+    QString liveAgainst(const Holding &holding, const QString &trader); ///< the same for live orders alone
+
+    // Service_Orders.cpp
+    MessageBody placeOrders(const Request &request);
+    MessageBody cancelOrders(const Request &request);
+    MessageBody queryRequestFate(const Request &request);
+    MessageBody queryOrders(const Request &request);
+    MessageBody queryFills(const Request &request);
+    VariantRecord placeOrder(const Request &request, const VariantRecord &row);
+    QString refusalOfCancel(const Request &request, const StoredOrder &order);
+    void pushOrder(const StoredOrder &order, const ClientSession *only = nullptr);
+    void pushFill(const StoredFill &fill, const ClientSession *only = nullptr);
+
+    // Service_OrderChecks.cpp: why orders are refused; empty: they are not.
+    QString refusalOfList(const Request &request) const;
+    QString readOrder(const VariantRecord &row, StoredOrder &order) const;
+    QString refusalOfSide(const StoredOrder &order) const;
+    QString refusalOfMarket(const StoredOrder &order) const;
+
+    /// Splits the quantity of an order that the ledger accepts, and takes it from the limits.
+    QString accept(StoredOrder &order, UsageGroup &group);
+
+    // Service_Fills.cpp
+    void applyFills(const QVector<Fill> &fills);
+    void applyFill(const Fill &fill);
+    void endOrder(StoredOrder order, const QString &status, const QString &text);
+    void pushPosition(const StoredPosition &position, const ClientSession *only = nullptr);
+    void nextDay();
+
+    // Service_Market.cpp: the clock, and what is known of prices.
+    MessageBody queryQuotes(const Request &request);
+    MessageBody setQuote(const Request &request);
+    MessageBody controlMarket(const Request &request);
+    void advance(int seconds);
+    void setTimer();
+    void tick();
+    bool saveMarket();
+    VariantRecord marketRow() const;
+    VariantRecord quoteRow(const QString &symbol) const;
+
+    /// Quotes that look different from what was pushed last, and the market when it does.
+    void pushMarket();
+    void pushQuotes();
+
+    /// To be called when nobody is pushed quotes yet: those that differ from now on are.
+    void rememberQuotes();
 
     // Service_Session.cpp
     MessageBody login(const Request &request);
@@ -120,14 +184,16 @@ private:
     MessageBody subscribeUsage(const Request &request);
     MessageBody echo(const Request &request);
 
+    /// Pushes to the client that asks what it may have missed of a type.
+    void pushMissed(const Request &request, const QString &type);
+
     // Service_Reference.cpp
     MessageBody queryAccounts(const Request &request);
     MessageBody queryInstruments(const Request &request);
     MessageBody queryPositions(const Request &request);
     MessageBody queryMarginSecurities(const Request &request);
-    MessageBody queryQuotes(const Request &request);
-    MessageBody setQuote(const Request &request);
-    bool mayTrade(const Request &request, const QString &account) const;
+    bool mayTrade(const User &user, const QString &account) const;
+    VariantRecord positionRow(const StoredPosition &position) const;
     double dispFactor(const Holding &holding) const;
 
     // Service_T0.cpp
@@ -147,9 +213,20 @@ private:
     void pushSnapshot(const Request &request, const QString &trader);
     VariantRecord usageRow(const StoredUsage &usage) const;
 
-    /// Computes whole holdings anew from all their records and pools; saves and pushes the records that are new or
-    /// different. To be called inside a transaction.
-    bool refreshUsage(const QVector<StoredUsage> &records, const QVector<StoredPool> &pools);
+    /// Computes whole holdings anew from all their records, pools and live orders; saves and pushes the records
+    /// that are new or different. To be called inside a transaction, as the three below it.
+    struct UsageParts {
+        QVector<StoredUsage> records;
+        QVector<StoredPool> pools;
+        QVector<StoredOrder> orders;
+    };
+    bool refreshUsage(const UsageParts &parts);
+    UsageGroup groupOf(const Holding &holding);
+
+    /// Saves and pushes the records that are new or whose limits have changed, and that of the touched trader.
+    void saveGroup(const UsageGroup &group, const QString &touched = QString());
+    void saveUsage(StoredUsage &usage);
+    void setTerms(UsageGroup &group) const;
 
     // Service_Picture.cpp
     MessageBody picture(const Request &request);
@@ -159,26 +236,32 @@ private:
     QVariantList pictureOfUsage();
     VariantRecord securityRow(const Holding &holding) const;
 
-    struct Push {
-        Envelope envelope;
-        QString trader;                      ///< empty: a quote
-        const ClientSession *only = nullptr; ///< the one client that gets it; nullptr: all that subscribed
-    };
-
     const Books &m_books;
     const std::unique_ptr<Store> m_store;
+    const quint64 m_seed;
     QHash<PaperGateway::ClientId, ClientSession> m_sessions;
     QVector<Push> m_pushes; ///< caused by the request in work, sent behind its answer
     Changes m_changes;      ///< of the request in work
 
-    std::function<void()> m_atCommit; ///< of the request in work: what changes beside the store once it is in force
-
-    QStringList m_quoted; ///< symbols in the order of their first quote
-    QHash<QString, double> m_lastPrices;
-
     /// What a handler changes while it works; goes back with a transaction that is undone.
     struct Memory {
         QSet<QString> enabled; ///< trading accounts, as in the store
+        Exchange exchange;
+        double speed = 0;   ///< above 0, the clock runs: seconds of the market in one real second
+        bool moved = false; ///< the exchange is to be saved
     };
     Memory m_memory;
+
+    QVector<QString> m_symbols; ///< in the order of the books
+
+    // While the market's clock runs.
+    double m_due = 0; ///< its seconds that have not been stepped yet
+    QElapsedTimer m_sinceTick;
+    QTimer m_timer;
+
+    bool m_marketChanged = false; ///< clients may see it otherwise
+
+    // As they were pushed last.
+    QHash<QString, VariantRecord> m_shownQuotes;
+    VariantRecord m_shownMarket;
 };

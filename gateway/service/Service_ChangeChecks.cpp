@@ -76,9 +76,18 @@ QString Service::standsAgainst(const Holding &holding, const QString &trader)
 {
     const QVector<StoredUsage> records = m_store->usageOf(holding);
     for (const StoredUsage &usage : records) {
-        const qint64 open = Ledger::openQuantity(usage.use);
+        const qint64 open = Ledger::openPosition(usage.use);
         if (open != 0 && (trader.isEmpty() || usage.trader == trader))
             return GatewayTexts::openPosition(usage.trader, open);
     }
+    return liveAgainst(holding, trader);
+}
+
+QString Service::liveAgainst(const Holding &holding, const QString &trader)
+{
+    const QVector<StoredOrder> orders = m_store->liveOrdersOf(holding);
+    for (const StoredOrder &order : orders)
+        if (trader.isEmpty() || order.user == trader)
+            return GatewayTexts::liveOrder(order.user, order.id);
     return QString();
 }

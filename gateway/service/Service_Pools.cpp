@@ -34,6 +34,12 @@ void readLimits(ChangeRow &row, qint64 factor, StoredPool &pool)
     pool.maxPendExposure = row.limit(T0_::MaxPendExposureQty, factor, pool.maxPendExposure);
 }
 
+/// Whose orders may use a pool; empty: everybody's.
+QString usersOf(const StoredPool &pool)
+{
+    return pool.trader == Books::publicTrader() ? QString() : pool.trader;
+}
+
 VariantRecord idRow(const QString &id)
 {
     return {{T0_::PoolDetailId, id}};
@@ -144,6 +150,8 @@ MessageBody Service::deletePools(const Request &request)
     const QString refusal = readRows(request.rows, [&](ChangeRow &row) {
         const StoredPool pool = poolOf(row);
         row.require(!doomed.contains(pool.id), GatewayTexts::repeatedId(pool.id));
+        const QString against = liveAgainst(pool.holding, usersOf(pool));
+        row.require(against.isEmpty(), against);
         doomed.insert(pool.id, pool);
     });
     if (!refusal.isEmpty())

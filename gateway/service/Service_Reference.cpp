@@ -2,11 +2,9 @@
 
 #include "Answers.h"
 #include "GatewayTexts.h"
+#include "MasterValues.h"
 #include "OrvaneFields.h"
 #include "StandFields.h"
-#include "StandMsgType.h"
-
-#include <cmath>
 
 namespace {
 
@@ -25,6 +23,18 @@ VariantRecord accountRow(const Account &account, bool enabled)
             {Account_::enabled, enabled}};
 }
 
+/// The bands of a tick table as a flat list.
+QVariantList bandsOf(const Books &books, const Instrument &instrument)
+{
+    const auto table = books.tickTables.constFind(instrument.tickTable);
+    if (table == books.tickTables.constEnd())
+        return {0.0, 0.0, instrument.tickTable.toDouble()};
+    QVariantList bands;
+    for (const TickBand &band : *table)
+        bands += {band.from, band.to, band.tick};
+    return bands;
+}
+
 VariantRecord instrumentRow(const Instrument &instrument)
 {
     return {{Orvane_Fields::Security::symbol, instrument.symbol},
@@ -35,9 +45,6 @@ VariantRecord instrumentRow(const Instrument &instrument)
             {Security_::type, instrument.type},
             {Security_::subType, instrument.subType},
             {Security_::marketSuffix, instrument.marketSuffix},
-            {Security_::preClose, instrument.preClose},
-            {Security_::upLimit, instrument.upLimit},
-            {Security_::downLimit, instrument.downLimit},
             {Security_::tickTable, instrument.tickTable},
             {Security_::pricePrecision, instrument.pricePrecision},
             {Security_::qtyStep, instrument.qtyStep},
@@ -56,16 +63,11 @@ VariantRecord holdingRow(const Holding &holding)
             {UserAccount_::securityExchange, holding.exchange}};
 }
 
-VariantRecord quoteRow(const QString &symbol, double price)
-{
-    return {{Orvane_Fields::Security::symbol, symbol}, {Stand_Fields::Quote::lastPrice, price}};
-}
-
 } // namespace
 
-bool Service::mayTrade(const Request &request, const QString &account) const
+bool Service::mayTrade(const User &user, const QString &account) const
 {
-    return request.user().isManager() || m_books.tradersOf(account).contains(request.user().userID);
+    return user.isManager() || m_books.tradersOf(account).contains(user.userID);
 }
 
 double Service::dispFactor(const Holding &holding) const
@@ -85,55 +87,48 @@ MessageBody Service::queryAccounts(const Request &)
 
 MessageBody Service::queryInstruments(const Request &request)
 {
-    return Answers::listPage(request.values, m_books.instruments, instrumentRow);
+    return Answers::listPage(request.values, m_books.instruments, [this](const Instrument &instrument) {
+        // The close and the limits of the day, not those of the books.
+        const Quote quote = m_memory.exchange.quote(instrument.symbol).value_or(Quote());
+        VariantRecord row = instrumentRow(instrument);
+        row.insert(Security_::preClose, quote.preClose);
+        row.insert(Security_::upLimit, quote.upLimit);
+        row.insert(Security_::downLimit, quote.downLimit);
+        row.insert(Security_::tickBands, bandsOf(m_books, instrument));
+        return row;
+    });
+}
+
+VariantRecord Service::positionRow(const StoredPosition &position) const
+{
+    VariantRecord row = holdingRow(position.holding);
+    const double factor = dispFactor(position.holding);
+    row.insert(Stand_Fields::Position::quantity, double(position.stock.quantity) / factor);
+    row.insert(Stand_Fields::Position::tradeable, double(position.stock.tradeable) / factor);
+    return row;
 }
 
 MessageBody Service::queryPositions(const Request &request)
 {
-    return Answers::listPage(request.values, m_books.positions, [&](const Position &position) {
-        if (!mayTrade(request, position.holding.account))
-            return VariantRecord();
-        VariantRecord row = holdingRow(position.holding);
-        const double factor = dispFactor(position.holding);
-        row.insert(Stand_Fields::Position::quantity, double(position.quantity) / factor);
-        row.insert(Stand_Fields::Position::tradeable, double(position.tradeable) / factor);
-        return row;
-    });
+    return Answers::idPage(
+        request.values, Store::isPositionId,
+        [&](const QString &afterId, int limit) { return m_store->positions(afterId, limit); },
+        [](const StoredPosition &position) { return position.id; },
+        [&](const StoredPosition &position) {
+            return mayTrade(request.user(), position.holding.account) ? positionRow(position) : VariantRecord();
+        });
 }
 
 MessageBody Service::queryMarginSecurities(const Request &request)
 {
     return Answers::listPage(request.values, m_books.margin, [&](const MarginSecurity &margin) {
-        if (!mayTrade(request, margin.holding.account))
+        if (!mayTrade(request.user(), margin.holding.account))
             return VariantRecord();
+        const bool inUse = margin.loanState == Master_Values::LoanState::InUse;
+        const qint64 quantity = inUse ? m_store->positionOf(margin.holding).stock.margin : margin.quantity;
         VariantRecord row = holdingRow(margin.holding);
-        row.insert(Stand_Fields::Margin::quantity, double(margin.quantity) / dispFactor(margin.holding));
+        row.insert(Stand_Fields::Margin::quantity, double(quantity) / dispFactor(margin.holding));
         row.insert(Stand_Fields::Margin::loanState, margin.loanState);
         return row;
     });
-}
-
-MessageBody Service::queryQuotes(const Request &request)
-{
-    return Answers::listPage(request.values, m_quoted.toVector(),
-                             [this](const QString &symbol) { return quoteRow(symbol, m_lastPrices.value(symbol)); });
-}
-
-MessageBody Service::setQuote(const Request &request)
-{
-    const QString symbol = request.text(Orvane_Fields::Security::symbol);
-    if (!m_books.hasSymbol(symbol))
-        return Answers::refused(GatewayTexts::unknownSymbol(symbol));
-    bool valid = false;
-    const double price = request.row.value(Stand_Fields::Quote::lastPrice).toDouble(&valid);
-    if (!valid || !std::isfinite(price) || price < 0)
-        return Answers::refused(GatewayTexts::badPrice());
-    m_changes.noteQuote(symbol, m_lastPrices.value(symbol), price);
-    m_atCommit = [this, symbol, price] {
-        if (!m_lastPrices.contains(symbol))
-            m_quoted.append(symbol);
-        m_lastPrices.insert(symbol, price);
-    };
-    m_pushes.append({Envelope::push(Stand_MsgType::QuotePush, {{}, {quoteRow(symbol, price)}}), QString()});
-    return Answers::success();
 }

@@ -7,6 +7,19 @@
 #include "StandFields.h"
 #include "StandMsgType.h"
 
+#include <limits>
+
+namespace {
+
+/// Subscribed without a filter: everybody gets what he may see.
+QStringList livePushes()
+{
+    using namespace Stand_MsgType;
+    return {OrderPush, FillPush, PositionPush, QuotePush, MarketPush};
+}
+
+} // namespace
+
 MessageBody Service::login(const Request &request)
 {
     const QString id = request.text(Orvane_Fields::UserAccount::userID);
@@ -28,10 +41,36 @@ MessageBody Service::subscribe(const Request &request)
     const QString type = request.values.value(Stand_Fields::Subscription::pushType).toString();
     if (type == Master_MsgType::ManualT0RealTimePoolUsagePush)
         return subscribeUsage(request);
-    if (type != Stand_MsgType::QuotePush)
+    if (!livePushes().contains(type))
         return Answers::refused(GatewayTexts::unknownPush(type));
-    request.session.quotes = true;
+    if (type == Stand_MsgType::QuotePush && !isWanted(type))
+        rememberQuotes();
+    request.session.subscribed.insert(type);
+    if (request.session.reconnected)
+        pushMissed(request, type);
     return Answers::success();
+}
+
+void Service::pushMissed(const Request &request, const QString &type)
+{
+    constexpr int all = std::numeric_limits<int>::max();
+    const ClientSession *only = &request.session;
+    const QString user = request.user().isManager() ? QString() : request.user().userID;
+    if (type == Stand_MsgType::OrderPush)
+        for (const StoredOrder &order : m_store->ordersOfDay(user, QString(), all))
+            pushOrder(order, only);
+    if (type == Stand_MsgType::FillPush)
+        for (const StoredFill &fill : m_store->fillsOfDay(user, QString(), all))
+            pushFill(fill, only);
+    if (type == Stand_MsgType::PositionPush)
+        for (const StoredPosition &position : m_store->positions(QString(), all))
+            if (mayTrade(request.user(), position.holding.account))
+                pushPosition(position, only);
+    if (type == Stand_MsgType::QuotePush)
+        for (const QString &symbol : qAsConst(m_symbols))
+            push(type, quoteRow(symbol), QString(), only);
+    if (type == Stand_MsgType::MarketPush)
+        push(type, marketRow(), QString(), only);
 }
 
 MessageBody Service::subscribeUsage(const Request &request)

@@ -39,26 +39,27 @@ MessageBody Service::firstAnswer(ClientSession &session, const Envelope &envelop
     const QString user = session.user->userID;
     const Memory before = m_memory;
     m_changes.clear();
-    m_atCommit = nullptr;
     if (!m_store->begin())
         return {};
     const MessageBody answer =
         envelope.id.isEmpty() ? Answers::refused(GatewayTexts::noRequestId()) : execute(session, envelope, route);
     const bool accepted = Answers::refusalOf(answer).isEmpty() && m_store->errorText().isEmpty();
-    if (accepted && refreshTouched() && record(user, envelope, answer) && m_store->commit()) {
-        if (m_atCommit)
-            m_atCommit();
+    if (accepted && refreshTouched() && saveMarket() && record(user, envelope, answer) && m_store->commit())
         return answer;
-    }
 
-    m_memory = before;
-    m_pushes.clear();
-    m_store->rollback();
+    undo(before);
     // A refusal is kept, too, but nothing of what it refused.
     m_changes.clear();
     if (m_store->errorText().isEmpty() && m_store->begin() && !(record(user, envelope, answer) && m_store->commit()))
         m_store->rollback();
     return answer;
+}
+
+void Service::undo(const Memory &before)
+{
+    m_memory = before;
+    m_pushes.clear();
+    m_store->rollback();
 }
 
 QString Service::refusalOfChange(const Request &request, Kind kind) const
@@ -75,20 +76,21 @@ QString Service::refusalOfChange(const Request &request, Kind kind) const
 
 bool Service::refreshTouched()
 {
-    QVector<StoredUsage> records;
-    QVector<StoredPool> pools;
+    UsageParts parts;
     for (const QString &account : m_changes.accounts()) {
-        records += m_store->usageOfAccount(account);
-        pools += m_store->pools(account, QString(), std::numeric_limits<int>::max());
+        parts.records += m_store->usageOfAccount(account);
+        parts.pools += m_store->pools(account, QString(), std::numeric_limits<int>::max());
+        parts.orders += m_store->liveOrdersOfAccount(account);
     }
     for (const Holding &holding : m_changes.holdings()) {
         // With its account already.
         if (m_changes.accounts().contains(holding.account))
             continue;
-        records += m_store->usageOf(holding);
-        pools += m_store->poolsOf(holding);
+        parts.records += m_store->usageOf(holding);
+        parts.pools += m_store->poolsOf(holding);
+        parts.orders += m_store->liveOrdersOf(holding);
     }
-    return refreshUsage(records, pools);
+    return refreshUsage(parts);
 }
 
 bool Service::record(const QString &user, const Envelope &envelope, const MessageBody &answer)
@@ -104,7 +106,8 @@ bool Service::record(const QString &user, const Envelope &envelope, const Messag
         entry.user = user;
         entry.type = envelope.type;
         entry.request = envelope.id;
-        entry.refusal = refusal;
+        if (!refusal.isEmpty())
+            entry.refusal = refusal;
         if (!m_store->addAudit(entry))
             return false;
     }

@@ -13,100 +13,94 @@ namespace {
 
 namespace T0_ = Master_Fields::ManualT0;
 
-/// What is known of one security in one account before its limits are computed.
-struct Group {
-    qint64 publicQty = 0;
-    QMap<QString, StoredUsage> byTrader;
+using Groups = QMap<Holding, UsageGroup>;
 
-    StoredUsage &usageOf(const QString &trader, const Holding &holding)
-    {
-        StoredUsage &usage = byTrader[trader];
-        usage.trader = trader;
-        usage.holding = holding;
-        return usage;
-    }
-};
-
-using Groups = QMap<Holding, Group>;
-
-Groups groupsOf(const QVector<StoredUsage> &records)
+UsageGroup &groupAt(Groups &groups, const Holding &holding)
 {
-    Groups groups;
-    for (const StoredUsage &usage : records)
-        groups[usage.holding].byTrader.insert(usage.trader, usage);
-    return groups;
+    UsageGroup &group = groups[holding];
+    group.holding = holding;
+    return group;
 }
 
-/// Private quantities follow from the pools alone.
+/// Private quantities and live orders are not kept in the records: they follow from pools and orders alone.
 void applyPools(Groups &groups, const QVector<StoredPool> &pools, const Books &books)
 {
     for (const StoredPool &pool : pools) {
-        Group &group = groups[pool.holding];
+        UsageGroup &group = groupAt(groups, pool.holding);
         if (pool.trader != Books::publicTrader()) {
-            group.usageOf(pool.trader, pool.holding).use.privateQty += pool.quantity;
+            group.usageOf(pool.trader).use.privateQty += pool.quantity;
             continue;
         }
-        group.publicQty += pool.quantity;
+        group.terms.publicQty += pool.quantity;
         const QStringList traders = books.tradersOf(pool.holding.account);
         for (const QString &trader : traders)
-            group.usageOf(trader, pool.holding);
+            group.usageOf(trader);
     }
 }
 
-/// The records of a group that are new or have other limits than the last time, with their limits.
-QVector<StoredUsage> changedIn(const Group &group, const Ledger::Terms &terms)
+void applyOrders(Groups &groups, const QVector<StoredOrder> &orders)
 {
-    QVector<Ledger::TraderUse> uses;
-    for (const StoredUsage &usage : group.byTrader)
-        uses.append(usage.use);
-    const QVector<Ledger::Limits> limits = Ledger::limits(terms, uses);
-    QVector<StoredUsage> changed;
-    int at = 0;
-    for (StoredUsage usage : group.byTrader) {
-        const Ledger::Limits &fresh = limits.at(at++);
-        if (!usage.modifyTime.isEmpty() && usage.limits == fresh)
-            continue;
-        usage.limits = fresh;
-        changed.append(usage);
+    for (const StoredOrder &order : orders) {
+        Ledger::Live &live = groupAt(groups, order.holding).usageOf(order.user).use.live;
+        (order.buy ? live.buyPre : live.sellPre) += order.open.pre;
+        (order.buy ? live.buyDaily : live.sellDaily) += order.open.daily;
     }
-    return changed;
-}
-
-Envelope usagePush(const VariantRecord &row)
-{
-    return Envelope::push(Master_MsgType::ManualT0RealTimePoolUsagePush, {{}, {row}});
 }
 
 } // namespace
 
-bool Service::bringUsageUpToDate()
+bool Service::refreshUsage(const UsageParts &parts)
 {
-    if (!m_store->errorText().isEmpty() || !m_store->begin())
-        return false;
-    const bool good = refreshUsage(m_store->allUsage(), m_store->allPools());
-    if (good)
-        return m_store->commit();
-    m_store->rollback();
-    return false;
-}
-
-bool Service::refreshUsage(const QVector<StoredUsage> &records, const QVector<StoredPool> &pools)
-{
-    Groups groups = groupsOf(records);
-    applyPools(groups, pools, m_books);
-    for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
-        const Holding &holding = group.key();
-        const Instrument *instrument = m_books.instrument(holding.securityID, holding.exchange);
-        const Ledger::Terms terms{group->publicQty, instrument && instrument->t0,
-                                  m_memory.enabled.contains(holding.account)};
-        for (StoredUsage usage : changedIn(*group, terms)) {
-            usage.modifyTime = m_store->nextModifyTime();
-            m_store->saveUsage(usage);
-            if (!m_sessions.isEmpty())
-                m_pushes.append({usagePush(usageRow(usage)), usage.trader});
-        }
+    Groups groups;
+    for (const StoredUsage &usage : parts.records)
+        groupAt(groups, usage.holding).byTrader.insert(usage.trader, usage);
+    applyPools(groups, parts.pools, m_books);
+    applyOrders(groups, parts.orders);
+    for (UsageGroup &group : groups) {
+        setTerms(group);
+        saveGroup(group);
     }
     return m_store->errorText().isEmpty();
+}
+
+void Service::setTerms(UsageGroup &group) const
+{
+    const Instrument *instrument = m_books.instrument(group.holding.securityID, group.holding.exchange);
+    group.terms.t0 = instrument && instrument->t0;
+    group.terms.enabled = m_memory.enabled.contains(group.holding.account);
+}
+
+UsageGroup Service::groupOf(const Holding &holding)
+{
+    Groups groups;
+    const QVector<StoredUsage> records = m_store->usageOf(holding);
+    for (const StoredUsage &usage : records)
+        groupAt(groups, holding).byTrader.insert(usage.trader, usage);
+    applyPools(groups, m_store->poolsOf(holding), m_books);
+    applyOrders(groups, m_store->liveOrdersOf(holding));
+    UsageGroup &group = groupAt(groups, holding);
+    setTerms(group);
+    return group;
+}
+
+void Service::saveGroup(const UsageGroup &group, const QString &touched)
+{
+    const QVector<Ledger::Limits> limits = Ledger::limits(group.terms, group.uses());
+    int at = 0;
+    for (StoredUsage usage : group.byTrader) {
+        const Ledger::Limits &fresh = limits.at(at++);
+        if (!usage.modifyTime.isEmpty() && usage.limits == fresh && usage.trader != touched)
+            continue;
+        usage.limits = fresh;
+        saveUsage(usage);
+    }
+}
+
+void Service::saveUsage(StoredUsage &usage)
+{
+    usage.modifyTime = m_store->nextModifyTime();
+    m_store->saveUsage(usage);
+    push(Master_MsgType::ManualT0RealTimePoolUsagePush, usageRow(usage), usage.trader);
 }
 
 MessageBody Service::queryUsage(const Request &request)
@@ -167,7 +161,7 @@ void Service::pushSnapshot(const Request &request, const QString &trader)
 {
     const QVector<StoredUsage> records = m_store->usage({trader}, 0, std::numeric_limits<int>::max());
     for (const StoredUsage &usage : records)
-        m_pushes.append({usagePush(usageRow(usage)), trader, &request.session});
+        push(Master_MsgType::ManualT0RealTimePoolUsagePush, usageRow(usage), trader, &request.session);
 }
 
 MessageBody Service::pushUsage(const Request &request)
@@ -185,6 +179,6 @@ MessageBody Service::pushUsage(const Request &request)
     VariantRecord row = request.row;
     if (row.value(Master_Fields::System::ModifyTime).toString().isEmpty())
         row.insert(Master_Fields::System::ModifyTime, m_store->nextModifyTime());
-    m_pushes.append({usagePush(row), trader});
+    push(Master_MsgType::ManualT0RealTimePoolUsagePush, row, trader);
     return Answers::success();
 }

@@ -4,14 +4,10 @@
 #include <QtCore/QDateTime>
 #include <QtSql/QSqlError>
 
-namespace {
-
-QString id(char kind, qint64 row)
+QString StoreIds::id(char kind, qint64 row)
 {
     return QLatin1Char(kind) + QString::number(row).rightJustified(9, QLatin1Char('0'));
 }
-
-} // namespace
 
 QString StoreIds::resource(qint64 row)
 {
@@ -29,7 +25,7 @@ qint64 StoreIds::row(const QString &id, QChar kind)
         return 0;
     bool valid = false;
     const qint64 row = id.mid(1).toLongLong(&valid);
-    return valid && row > 0 && id == ::id(kind.toLatin1(), row) ? row : -1;
+    return valid && row > 0 && id == StoreIds::id(kind.toLatin1(), row) ? row : -1;
 }
 
 ModifyTime ModifyTime::next(qint64 now) const
@@ -133,6 +129,7 @@ bool Store::commit()
     const bool unchanged = d->given == d->committed;
     if ((unchanged || d->execute(clock, {d->given.ms, d->given.counter})) && d->run(QStringLiteral("COMMIT"))) {
         d->committed = d->given;
+        d->committedMs = d->marketMs;
         return true;
     }
     rollback();
@@ -145,6 +142,7 @@ void Store::rollback()
     const QString reason = d->error;
     d->run(QStringLiteral("ROLLBACK"));
     d->error = reason;
+    d->marketMs = d->committedMs;
 }
 
 void Store::clearError()

@@ -33,6 +33,53 @@ struct StoredUsage {
     Ledger::Limits limits;
 };
 
+/// What an account holds of a security.
+struct StoredPosition {
+    QString id; ///< empty: not stored yet
+    Holding holding;
+    Ledger::Stock stock;
+    qint64 whenFlat = 0; ///< what it would hold, borrowed securities included, with no trader's position open
+};
+
+struct StoredOrder {
+    QString id;
+    QString user; ///< the trader
+    Holding holding;
+    QString symbol;
+    QString sideUnion;
+    bool buy = false;
+    double price = 0;
+    qint64 quantity = 0;
+    Ledger::Parts open; ///< zeros when the order has ended, however it did
+    qint64 filled = 0;
+    double amount = 0; ///< of the fills
+    QString status;    ///< one of Stand_Values::OrderStatus
+    QString businessType;
+    QString remark;
+    QString request;     ///< the envelope's id
+    QString text;        ///< why it ended unfilled
+    qint64 placedMs = 0; ///< of the market clock, like all its times
+    qint64 changedMs = 0;
+
+    bool isLive() const { return open.total() > 0; }
+};
+
+struct StoredFill {
+    QString id;
+    StoredOrder order;
+    qint64 quantity = 0;
+    double price = 0;
+    qint64 ms = 0;
+};
+
+/// The paper market between two starts.
+struct StoredMarket {
+    qint64 ms = 0; ///< the market clock
+    quint64 seed = 0;
+    bool held = false;
+    QByteArray exchange; ///< empty: it has never run
+};
+
 /// One line of the audit: a field and what a request made of it, or a request that was refused.
 struct AuditEntry {
     qint64 realMs = 0;   ///< the gateway's clock, ms since the epoch, UTC
@@ -59,9 +106,10 @@ struct AuditFilter {
 /// One of Master_Values::OpenPositionSide.
 QString legSideText(Ledger::Side side);
 
-/// The gateway's state in an SQLite database: enabled accounts, resources, pools, usage records, the time of the
-/// last change, the answers to change requests and the audit. What was committed survives the end of the process
-/// at any moment. Ids are of fixed width, rise with every insertion and are never given twice.
+/// The gateway's state in an SQLite database: enabled accounts, resources, pools, usage records, positions, orders,
+/// fills, the market, the time of the last change, the answers to change requests and the audit. What was committed
+/// survives the end of the process at any moment. Ids are of fixed width, rise with every insertion and are never given
+/// twice.
 ///
 /// Lives on the thread that opened it. An operation that fails leaves an error text and the database as it
 /// was before the transaction.
@@ -80,6 +128,9 @@ public:
     /// Whether a text looks like an id that a store gives; there may be no such row.
     static bool isResourceId(const QString &text);
     static bool isPoolId(const QString &text);
+    static bool isPositionId(const QString &text);
+    static bool isOrderId(const QString &text);
+    static bool isFillId(const QString &text);
 
     QSet<QString> enabledAccounts();
 
@@ -100,6 +151,22 @@ public:
     QVector<StoredUsage> usageOfAccount(const QString &account); ///< by security, exchange and trader
     QVector<StoredUsage> allUsage();                             ///< by account, security, exchange and trader
 
+    QVector<StoredPosition> positions(const QString &afterId, int limit);
+    StoredPosition positionOf(const Holding &holding); ///< without an id when there is none
+
+    StoredOrder order(const QString &id); ///< without an id when there is none
+
+    /// In the order in which they were placed.
+    QVector<StoredOrder> liveOrders();
+    QVector<StoredOrder> liveOrdersOf(const Holding &holding);
+    QVector<StoredOrder> liveOrdersOfAccount(const QString &account);
+
+    /// Of the trading day and this user (empty: everybody), behind the given id.
+    QVector<StoredOrder> ordersOfDay(const QString &user, const QString &afterId, int limit);
+    QVector<StoredFill> fillsOfDay(const QString &user, const QString &afterId, int limit);
+
+    StoredMarket market();
+
     // What changes the state is to be called inside a transaction.
 
     bool setEnabled(const QString &account, bool enabled);
@@ -114,6 +181,18 @@ public:
 
     /// Inserts or replaces.
     bool saveUsage(const StoredUsage &usage);
+
+    /// Without an id: a new one. Return the id; empty: failed.
+    QString savePosition(const StoredPosition &position);
+    QString saveOrder(const StoredOrder &order);
+    QString addFill(const StoredFill &fill);
+
+    /// The market clock; kept when the market is saved.
+    void moveClock(qint64 marketMs);
+    bool saveMarket(const StoredMarket &market);
+
+    /// The orders and fills that there are belong to an earlier day from now on.
+    bool beginDay();
 
     /// The market clock's yyyyMMddHHmmsszzz and a counter of three digits: 20 digits that sort behind every
     /// text given before, by this process or an earlier one with the same file, also when the clock was set
@@ -152,6 +231,7 @@ private:
     bool importAccounts(const Books &books);
     bool importPools(const Books &books);
     bool importCarried(const Books &books);
+    bool importPositions(const Books &books);
     bool checkBooks(const Books &books);
     bool readClock();
 

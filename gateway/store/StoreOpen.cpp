@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int schemaVersion = 3;
+constexpr int schemaVersion = 4;
 constexpr int applicationId = 0x54304757; // marks the file as a gateway's
 
 /// The state hangs on the accounts and on how their securities are counted; prices, users and new
@@ -29,8 +29,10 @@ QString fingerprint(const Books &books)
 QStringList schema()
 {
     return {
-        QStringLiteral("CREATE TABLE clock (market_ms INTEGER NOT NULL, modify_ms INTEGER NOT NULL, "
-                       "modify_counter INTEGER NOT NULL, books TEXT NOT NULL)"),
+        QStringLiteral(
+            "CREATE TABLE clock (market_ms INTEGER NOT NULL, modify_ms INTEGER NOT NULL, "
+            "modify_counter INTEGER NOT NULL, books TEXT NOT NULL, seed INTEGER NOT NULL, held INTEGER NOT NULL, "
+            "exchange BLOB NOT NULL, day_order INTEGER NOT NULL, day_fill INTEGER NOT NULL)"),
         QStringLiteral("CREATE TABLE accounts (account TEXT PRIMARY KEY, enabled INTEGER NOT NULL) WITHOUT ROWID"),
         QStringLiteral("CREATE TABLE resources (id INTEGER PRIMARY KEY AUTOINCREMENT, account TEXT NOT NULL, "
                        "security TEXT NOT NULL, exchange TEXT NOT NULL, quantity INTEGER NOT NULL "
@@ -51,6 +53,22 @@ QStringList schema()
                        "close_buy_limit INTEGER NOT NULL, close_sell_limit INTEGER NOT NULL, "
                        "PRIMARY KEY (trader, account, security, exchange)) WITHOUT ROWID"),
         QStringLiteral("CREATE INDEX usage_by_holding ON usage (account, security, exchange, trader)"),
+        QStringLiteral("CREATE TABLE positions (id INTEGER PRIMARY KEY AUTOINCREMENT, account TEXT NOT NULL, "
+                       "security TEXT NOT NULL, exchange TEXT NOT NULL, quantity INTEGER NOT NULL, "
+                       "tradeable INTEGER NOT NULL CHECK (tradeable >= 0), margin INTEGER NOT NULL "
+                       "CHECK (margin >= 0), when_flat INTEGER NOT NULL, UNIQUE (account, security, exchange))"),
+        QStringLiteral("CREATE TABLE orders (id INTEGER PRIMARY KEY AUTOINCREMENT, user TEXT NOT NULL, "
+                       "account TEXT NOT NULL, security TEXT NOT NULL, exchange TEXT NOT NULL, symbol TEXT NOT NULL, "
+                       "side TEXT NOT NULL, buy INTEGER NOT NULL, price REAL NOT NULL, quantity INTEGER NOT NULL, "
+                       "open_pre INTEGER NOT NULL CHECK (open_pre >= 0), open_daily INTEGER NOT NULL "
+                       "CHECK (open_daily >= 0), filled INTEGER NOT NULL, amount REAL NOT NULL, status TEXT NOT NULL, "
+                       "business TEXT, remark TEXT, request TEXT, text TEXT, placed_ms INTEGER NOT NULL, "
+                       "changed_ms INTEGER NOT NULL)"),
+        QStringLiteral("CREATE INDEX live_orders ON orders (account, security, exchange) "
+                       "WHERE open_pre + open_daily > 0"),
+        QStringLiteral("CREATE TABLE fills (id INTEGER PRIMARY KEY AUTOINCREMENT, order_id INTEGER NOT NULL "
+                       "REFERENCES orders (id), quantity INTEGER NOT NULL CHECK (quantity > 0), price REAL NOT NULL, "
+                       "ms INTEGER NOT NULL)"),
         QStringLiteral("CREATE TABLE answers (user TEXT NOT NULL, request TEXT NOT NULL, valid_until INTEGER NOT NULL, "
                        "body BLOB NOT NULL, PRIMARY KEY (user, request)) WITHOUT ROWID"),
         QStringLiteral("CREATE INDEX answers_by_time ON answers (valid_until)"),
@@ -157,9 +175,10 @@ bool Store::import(const Books &books)
 {
     // Market time begins on a fixed Monday, so that a first start is the same on every day.
     d->marketMs = QDateTime({2026, 1, 5}, {9, 15}, Qt::UTC).toMSecsSinceEpoch();
-    if (!d->execute(QStringLiteral("INSERT INTO clock VALUES (?, 0, 0, ?)"), {d->marketMs, fingerprint(books)}))
+    if (!d->execute(QStringLiteral("INSERT INTO clock VALUES (?, 0, 0, ?, 0, 0, x'', 0, 0)"),
+                    {d->marketMs, fingerprint(books)}))
         return false;
-    return importAccounts(books) && importPools(books) && importCarried(books);
+    return importAccounts(books) && importPools(books) && importCarried(books) && importPositions(books);
 }
 
 bool Store::importAccounts(const Books &books)
@@ -204,12 +223,40 @@ bool Store::importCarried(const Books &books)
     return true;
 }
 
+bool Store::importPositions(const Books &books)
+{
+    QVector<StoredPosition> positions;
+    QHash<Holding, int> places;
+    const auto at = [&](const Holding &holding) -> StoredPosition & {
+        const int place = places.value(holding, positions.size());
+        if (place == positions.size())
+            positions.append({QString(), holding, {}, 0});
+        places.insert(holding, place);
+        return positions[place];
+    };
+    for (const Position &position : books.positions)
+        at(position.holding).stock = {position.quantity, position.tradeable, 0};
+    for (const MarginSecurity &margin : books.margin)
+        if (margin.loanState == Master_Values::LoanState::InUse)
+            at(margin.holding).stock.margin += margin.quantity;
+    for (const CarriedLeg &carried : books.carried) {
+        const bool isLong = carried.side == Master_Values::OpenPositionSide::BuyOpen;
+        at(carried.holding).whenFlat -= isLong ? carried.quantity : -carried.quantity;
+    }
+    for (StoredPosition &position : positions) {
+        position.whenFlat += position.stock.quantity + position.stock.margin;
+        if (savePosition(position).isEmpty())
+            return false;
+    }
+    return true;
+}
+
 bool Store::readClock()
 {
     QSqlQuery query(d->database);
     if (!query.exec(QStringLiteral("SELECT market_ms, modify_ms, modify_counter FROM clock")) || !query.next())
         return d->failed(query);
-    d->marketMs = query.value(0).toLongLong();
+    d->marketMs = d->committedMs = query.value(0).toLongLong();
     d->given = d->committed = {query.value(1).toLongLong(), query.value(2).toInt()};
     return true;
 }

@@ -60,18 +60,23 @@ public:
     QHash<QString, QSqlQuery> prepared;
     QString error;
     qint64 marketMs = 0; ///< the market clock: milliseconds since 1970 of its local time
-    ModifyTime given;    ///< the last one
+    qint64 committedMs = 0;
+    ModifyTime given; ///< the last one
     ModifyTime committed;
 };
 
 namespace StoreIds {
 constexpr char resourceKind = 'R';
 constexpr char poolKind = 'P';
+constexpr char positionKind = 'H';
+constexpr char orderKind = 'O';
+constexpr char fillKind = 'F';
 
+QString id(char kind, qint64 row);
 QString resource(qint64 row);
 QString pool(qint64 row);
 
-/// The row of an id made by one of the above, 0 for an empty text, -1 for any other.
+/// The row of such an id, 0 for an empty text, -1 for any other.
 qint64 row(const QString &id, QChar kind);
 } // namespace StoreIds
 

@@ -5,58 +5,237 @@
 
 #include <rapidcheck.h>
 
+#include <random>
+
 using namespace Ledger;
 
+Q_DECLARE_METATYPE(Ledger::Refusal)
+
 namespace {
+
+/// Acceptable in every respect that a test does not change.
+Order anyOrder(bool buy, qint64 quantity)
+{
+    Order order;
+    order.buy = buy;
+    order.quantity = quantity;
+    order.maxQty = 1'000'000;
+    return order;
+}
 
 QVector<qint64> numbers(const Limits &limits)
 {
     return {limits.dailyBuy, limits.dailySell, limits.closeBuy, limits.closeSell};
 }
 
-/// A state that trading can lead to: nothing was closed beyond the leg, live closing orders fit in it.
-rc::Gen<TraderUse> anyTrader()
-{
-    return rc::gen::exec([] {
-        const auto quantity = [](qint64 most) { return *rc::gen::inRange<qint64>(0, most + 1); };
-        TraderUse use;
-        use.privateQty = quantity(2000);
-        use.dailyBought = quantity(1500);
-        use.dailySold = quantity(1500);
-        use.live.buyDaily = quantity(500);
-        use.live.sellDaily = quantity(500);
-        use.leg.side = *rc::gen::element(Side::None, Side::BuyOpen, Side::SellOpen);
-        const qint64 carried = quantity(1000);
-        const qint64 closed = quantity(carried);
-        if (use.leg.side == Side::BuyOpen) {
-            use.leg.bought = carried;
-            use.leg.sold = closed;
-            use.live.sellPre = quantity(carried - closed);
-        } else if (use.leg.side == Side::SellOpen) {
-            use.leg.sold = carried;
-            use.leg.bought = closed;
-            use.live.buyPre = quantity(carried - closed);
+/// What the fills alone say of one trader: which order they belong to, and how that order was split.
+struct Model {
+    struct Traded {
+        qint64 quantity = 0;
+        double amount = 0;
+        void add(qint64 more, double price)
+        {
+            quantity += more;
+            amount += double(more) * price;
         }
-        return use;
-    });
-}
+    };
 
-struct Scene {
-    Terms terms;
-    QVector<TraderUse> traders;
+    qint64 carried = 0;
+    double carriedPrice = 0;
+    Traded preBuys, preSells, buys, sells;
+
+    void fill(bool buy, const Parts &accepted, qint64 filledBefore, qint64 quantity, double price)
+    {
+        const qint64 pre = qBound<qint64>(0, accepted.pre - filledBefore, quantity);
+        (buy ? preBuys : preSells).add(pre, price);
+        (buy ? buys : sells).add(quantity - pre, price);
+    }
+
+    qint64 open() const { return carried + preBuys.quantity - preSells.quantity + buys.quantity - sells.quantity; }
+
+    /// With the fees of the day; the carried-over quantity came at its net price.
+    double average(bool long_, const Fees &fees) const
+    {
+        const Traded &pre = long_ ? preBuys : preSells;
+        const Traded &day = long_ ? buys : sells;
+        const double rate = long_ ? 1 + fees.buy : 1 - fees.sell;
+        const qint64 opening = (carried > 0) == long_ ? qAbs(carried) : 0;
+        const double amount = (pre.amount + day.amount) * rate + double(opening) * carriedPrice;
+        return amount / double(pre.quantity + day.quantity + opening);
+    }
+
+    double realised(const Fees &fees) const
+    {
+        const qint64 closed = qMin(buys.quantity, sells.quantity);
+        const Traded &closing = carried > 0 ? preSells : preBuys;
+        double profit = carried > 0 ? closing.amount * (1 - fees.sell) - carriedPrice * double(closing.quantity)
+                                    : carriedPrice * double(closing.quantity) - closing.amount * (1 + fees.buy);
+        if (closed > 0)
+            profit += double(closed) * (sells.amount / double(sells.quantity) * (1 - fees.sell) -
+                                        buys.amount / double(buys.quantity) * (1 + fees.buy));
+        return profit;
+    }
+
+    void dayChange(const Fees &fees)
+    {
+        Model next;
+        next.carried = open();
+        if (next.carried != 0)
+            next.carriedPrice = average(next.carried > 0, fees);
+        *this = next;
+    }
 };
 
-Scene anyScene()
+// ---- what a client derives from a usage record
+
+double leg(qint64 bought, double boughtAmount, qint64 sold, double soldAmount, double buyFee, double sellFee)
 {
-    Scene scene;
-    scene.terms.publicQty = *rc::gen::inRange<qint64>(0, 3000);
-    scene.terms.t0 = *rc::gen::arbitrary<bool>();
-    scene.terms.enabled = true;
-    const int count = *rc::gen::inRange(1, 6);
-    for (int i = 0; i < count; ++i)
-        scene.traders.append(*anyTrader());
-    return scene;
+    const qint64 closed = qMin(bought, sold);
+    return closed == 0 ? 0
+                       : (soldAmount / double(sold) * (1 - sellFee) - boughtAmount / double(bought) * (1 + buyFee)) *
+                             double(closed);
 }
+
+double realised(const TraderUse &use, const Fees &fees)
+{
+    const Leg &pre = use.leg;
+    return leg(use.dailyBought, use.dailyBoughtAmount, use.dailySold, use.dailySoldAmount, fees.buy, fees.sell) +
+           leg(pre.bought, pre.boughtAmount, pre.sold, pre.soldAmount, pre.side == Side::BuyOpen ? 0 : fees.buy,
+               pre.side == Side::BuyOpen ? fees.sell : 0);
+}
+
+double average(const TraderUse &use, const Fees &fees)
+{
+    const Leg &pre = use.leg;
+    if (openPosition(use) > 0)
+        return (use.dailyBoughtAmount * (1 + fees.buy) +
+                pre.boughtAmount * (1 + (pre.side == Side::SellOpen ? fees.buy : 0))) /
+               double(use.dailyBought + pre.bought);
+    return (use.dailySoldAmount * (1 - fees.sell) +
+            pre.soldAmount * (1 - (pre.side == Side::BuyOpen ? fees.sell : 0))) /
+           double(use.dailySold + pre.sold);
+}
+
+bool near(double one, double other)
+{
+    return qAbs(one - other) <= 1e-6 * qMax(1.0, qAbs(one));
+}
+
+/// Random trading of one security of one account.
+class Market
+{
+public:
+    Market(quint64 seed, bool t0)
+        : m_random(seed)
+    {
+        picture.terms = {below(3000), t0, true};
+        picture.traders.resize(int(1 + below(4)));
+        for (TraderUse &use : picture.traders)
+            use.privateQty = below(3) * below(1000);
+        models.resize(picture.traders.size());
+        picture.stock.quantity = 5000 + below(5000);
+        picture.stock.tradeable = picture.stock.quantity - below(2000);
+        picture.stock.margin = below(2) * below(500);
+        picture.stockWhenFlat = picture.stock.quantity + picture.stock.margin;
+    }
+
+    void event()
+    {
+        const qint64 dice = below(100);
+        if (dice < 45)
+            place();
+        else if (dice < 85 && !picture.orders.isEmpty())
+            trade(int(below(picture.orders.size())));
+        else if (dice < 95 && !picture.orders.isEmpty())
+            cancel(int(below(picture.orders.size())));
+        else if (dice < 98)
+            changePools();
+        else if (below(5) == 0)
+            night();
+    }
+
+    Picture picture;
+    QVector<Model> models;
+    const Fees fees{0.0005, 0.001};
+
+private:
+    struct Accepted {
+        Parts parts;
+        qint64 filled = 0;
+    };
+
+    qint64 below(qint64 end) { return qint64(m_random() % quint64(end)); }
+
+    void place()
+    {
+        const int trader = int(below(picture.traders.size()));
+        Order order = anyOrder(below(2) == 0, 1 + below(1200));
+        const QVector<TraderUse> before = picture.traders;
+        const Limits had = limits(picture.terms, before).at(trader);
+        const Acceptance answer = accept(picture.terms, picture.stock, picture.traders, trader, order);
+        if (answer.refusal != Refusal::None) {
+            RC_ASSERT(limits(picture.terms, picture.traders) == limits(picture.terms, before));
+            return;
+        }
+        const Limits has = limits(picture.terms, picture.traders).at(trader);
+        RC_ASSERT(answer.parts.total() == order.quantity);
+        RC_ASSERT((order.buy ? had.dailyBuy + had.closeBuy - has.dailyBuy - has.closeBuy
+                             : had.dailySell + had.closeSell - has.dailySell - has.closeSell) == order.quantity);
+        picture.orders.append({trader, order.buy, answer.parts});
+        m_accepted.append({answer.parts, 0});
+    }
+
+    void trade(int at)
+    {
+        Picture::LiveOrder &order = picture.orders[at];
+        Accepted &accepted = m_accepted[at];
+        const qint64 quantity = 1 + below(order.open.total());
+        const double price = double(900 + below(200)) / 100;
+        models[order.trader].fill(order.buy, accepted.parts, accepted.filled, quantity, price);
+        fill(picture.traders[order.trader], picture.stock, picture.terms.t0, order.buy, order.open, quantity, price);
+        accepted.filled += quantity;
+        if (order.open.total() == 0)
+            forget(at);
+    }
+
+    void cancel(int at)
+    {
+        const Picture::LiveOrder order = picture.orders.at(at);
+        release(picture.traders[order.trader], order.buy, order.open);
+        forget(at);
+    }
+
+    void forget(int at)
+    {
+        picture.orders.remove(at);
+        m_accepted.remove(at);
+    }
+
+    void changePools()
+    {
+        if (below(2) == 0)
+            picture.terms.publicQty = below(3000);
+        else
+            picture.traders[int(below(picture.traders.size()))].privateQty = below(2000);
+        const PublicUse used = publicUse(picture.terms, picture.traders);
+        picture.overuse = {qMax<qint64>(0, used.toBuy - picture.terms.publicQty),
+                           qMax<qint64>(0, used.toSell - picture.terms.publicQty)};
+    }
+
+    void night()
+    {
+        picture.orders.clear();
+        m_accepted.clear();
+        dayChange(picture.stock);
+        for (int i = 0; i < models.size(); ++i) {
+            dayChange(picture.traders[i], fees);
+            models[i].dayChange(fees);
+        }
+    }
+
+    std::mt19937_64 m_random;
+    QVector<Accepted> m_accepted;
+};
 
 } // namespace
 
@@ -65,44 +244,90 @@ class LedgerTest : public QObject
     Q_OBJECT
 
 private slots:
-    void aDayOfTwoTraders_data();
     void aDayOfTwoTraders();
+    void randomTrading_data();
+    void randomTrading();
     void tPlus0TradesBack();
     void disabledAccountsHaveNoLimits();
-    void whatIsBoughtIsMissingAfterwards();
-    void onlyThePublicPartIsShared();
+    void refusals_data();
+    void refusals();
+    void borrowedStockIsSoldLast();
 };
-
-void LedgerTest::aDayOfTwoTraders_data()
-{
-    QTest::addColumn<QVector<qint64>>("state"); // bought, sold, live to sell, leg sold, leg bought
-    QTest::addColumn<QVector<qint64>>("first");
-    QTest::addColumn<QVector<qint64>>("second");
-    const auto row = [](const char *name, const QVector<qint64> &state, const QVector<qint64> &first,
-                        const QVector<qint64> &second) { QTest::newRow(name) << state << first << second; };
-    using Q = QVector<qint64>;
-    row("start", {0, 0, 0, 0, 0}, Q{1500, 1500, 0, 0}, Q{500, 500, 0, 0});
-    row("1200 in the market to sell", {0, 0, 1200, 0, 0}, Q{1500, 300, 0, 0}, Q{500, 300, 0, 0});
-    row("1200 sold", {0, 1200, 0, 0, 0}, Q{1500, 300, 0, 0}, Q{500, 300, 0, 0});
-    row("1000 bought back", {1000, 1200, 0, 0, 0}, Q{500, 300, 0, 0}, Q{500, 300, 0, 0});
-    row("next day, short of 200", {0, 0, 0, 200, 0}, Q{1500, 1300, 200, 0}, Q{500, 500, 0, 0});
-    row("the short closed, its shares sell tomorrow", {0, 0, 0, 200, 200}, Q{1500, 1300, 0, 0}, Q{500, 500, 0, 0});
-}
 
 void LedgerTest::aDayOfTwoTraders()
 {
-    QFETCH(QVector<qint64>, state);
-    TraderUse one;
-    one.privateQty = 1000;
-    one.dailyBought = state[0];
-    one.dailySold = state[1];
-    one.live.sellDaily = state[2];
-    one.leg = {state[3] > 0 ? Side::SellOpen : Side::None, state[4], state[3], 0, 0};
-    const QVector<Limits> result = limits({500, false, true}, {one, TraderUse()});
-    QTEST(numbers(result[0]), "first");
-    QTEST(numbers(result[1]), "second");
-    QCOMPARE(result[0].poolTotal, 1500);
-    QCOMPARE(result[1].poolTotal, 500);
+    const Terms terms{500, false, true};
+    const Fees fees{0.0005, 0.001};
+    Stock stock{5000, 5000, 0};
+    QVector<TraderUse> traders(2);
+    traders[0].privateQty = 1000;
+    using Q = QVector<qint64>;
+    const auto check = [&](const Q &one, const Q &other) {
+        const QVector<Limits> all = limits(terms, traders);
+        return numbers(all[0]) == one && numbers(all[1]) == other && all[0].poolTotal == 1500 &&
+               all[1].poolTotal == 500;
+    };
+    const auto order = [&](bool buy, qint64 quantity) {
+        return accept(terms, stock, traders, 0, anyOrder(buy, quantity)).parts;
+    };
+    const auto trade = [&](bool buy, Parts parts, double price) {
+        fill(traders[0], stock, terms.t0, buy, parts, parts.total(), price);
+    };
+    QVERIFY(check({1500, 1500, 0, 0}, {500, 500, 0, 0}));
+    const Parts sold = order(false, 1200);
+    QVERIFY(check({1500, 300, 0, 0}, {500, 300, 0, 0}));
+    trade(false, sold, 10.00);
+    QVERIFY(check({1500, 300, 0, 0}, {500, 300, 0, 0}));
+    QCOMPARE(traders[0].dailySold, 1200);
+    QCOMPARE(traders[0].dailySoldAmount, 12000.0);
+    QCOMPARE(average(traders[0], fees), 9.99);
+    trade(true, order(true, 1000), 9.90);
+    QVERIFY(check({500, 300, 0, 0}, {500, 300, 0, 0}));
+    QCOMPARE(openPosition(traders[0]), -200);
+
+    for (TraderUse &use : traders)
+        dayChange(use, fees);
+    QCOMPARE(stock.tradeable, 3800);
+    dayChange(stock);
+    QCOMPARE(stock.tradeable, 4800);
+    QVERIFY(check({1500, 1300, 200, 0}, {500, 500, 0, 0}));
+    QCOMPARE(traders[0].leg.side, Side::SellOpen);
+    QCOMPARE(traders[0].leg.sold, 200);
+    QCOMPARE(traders[0].leg.soldAmount, 1998.0);
+    trade(true, order(true, 200), 9.80);
+    // The shares bought back sell tomorrow: the sell limit of the day stays.
+    QVERIFY(check({1500, 1300, 0, 0}, {500, 500, 0, 0}));
+    QCOMPARE(traders[0].leg.boughtAmount, 1960.0);
+    QCOMPARE(realised(traders[0], fees), 37.02);
+    QCOMPARE(traders[0].leg.side, Side::SellOpen);
+}
+
+void LedgerTest::randomTrading_data()
+{
+    QTest::addColumn<bool>("t0");
+    QTest::newRow("sold tomorrow") << false;
+    QTest::newRow("sold the same day") << true;
+}
+
+void LedgerTest::randomTrading()
+{
+    QFETCH(bool, t0);
+    QVERIFY(rc::check([t0](quint64 seed) {
+        Market market(seed, t0);
+        for (int i = 0; i < 200; ++i) {
+            market.event();
+            const std::string wrong = faults(market.picture).toStdString();
+            RC_ASSERT(wrong == "");
+            for (int k = 0; k < market.models.size(); ++k) {
+                const TraderUse &use = market.picture.traders[k];
+                const Model &model = market.models[k];
+                RC_ASSERT(openPosition(use) == model.open());
+                if (model.open() != 0)
+                    RC_ASSERT(near(average(use, market.fees), model.average(model.open() > 0, market.fees)));
+                RC_ASSERT(near(realised(use, market.fees), model.realised(market.fees)));
+            }
+        }
+    }));
 }
 
 void LedgerTest::tPlus0TradesBack()
@@ -120,57 +345,69 @@ void LedgerTest::tPlus0TradesBack()
 
 void LedgerTest::disabledAccountsHaveNoLimits()
 {
-    QVERIFY(rc::check([] {
-        Scene scene = anyScene();
-        scene.terms.enabled = false;
-        const QVector<Limits> result = limits(scene.terms, scene.traders);
-        for (int i = 0; i < result.size(); ++i) {
-            RC_ASSERT(numbers(result[i]) == QVector<qint64>(4, 0));
-            RC_ASSERT(result[i].poolTotal == scene.traders[i].privateQty + scene.terms.publicQty);
-        }
-    }));
+    TraderUse use;
+    use.privateQty = 1000;
+    use.leg = {Side::BuyOpen, 300, 0, 3000, 0};
+    const Limits none = limits({500, true, false}, {use})[0];
+    QCOMPARE(numbers(none), QVector<qint64>(4, 0));
+    QCOMPARE(none.poolTotal, 1500);
 }
 
-void LedgerTest::whatIsBoughtIsMissingAfterwards()
+void LedgerTest::refusals_data()
 {
-    QVERIFY(rc::check([] {
-        Scene scene = anyScene();
-        const QVector<Limits> before = limits(scene.terms, scene.traders);
-        for (const Limits &one : before)
-            for (const qint64 quantity : numbers(one))
-                RC_ASSERT(quantity >= 0);
-
-        const int buyer = *rc::gen::inRange(0, scene.traders.size());
-        const qint64 quantity = *rc::gen::inRange<qint64>(0, before[buyer].dailyBuy + 1);
-        const bool live = *rc::gen::arbitrary<bool>();
-        (live ? scene.traders[buyer].live.buyDaily : scene.traders[buyer].dailyBought) += quantity;
-        const QVector<Limits> after = limits(scene.terms, scene.traders);
-        RC_ASSERT(after[buyer].dailyBuy == before[buyer].dailyBuy - quantity);
-        // Only what was really bought can be sold again, and only where the day allows it.
-        const bool maySellBack = scene.terms.t0 && !live;
-        const qint64 sellable = after[buyer].dailySell - before[buyer].dailySell;
-        RC_ASSERT(sellable >= 0);
-        RC_ASSERT((maySellBack || sellable == 0));
-        for (int i = 0; i < after.size(); ++i)
-            RC_ASSERT(after[i].dailyBuy <= before[i].dailyBuy);
-    }));
+    QTest::addColumn<qint64>("quantity"); // below 0: sells
+    QTest::addColumn<qint64>("open");     // net of the trader's day
+    QTest::addColumn<qint64>("liveSells");
+    QTest::addColumn<Refusal>("refusal");
+    const auto row = [](const char *name, qint64 quantity, qint64 open, qint64 liveSells, Refusal refusal) {
+        QTest::newRow(name) << quantity << open << liveSells << refusal;
+    };
+    row("an odd buy", 250, 0, 0, Refusal::OffStep);
+    row("a buy below the minimum", 100, 0, 0, Refusal::BelowMinimum);
+    row("a sell has no minimum", -100, 0, 0, Refusal::None);
+    row("above the maximum of an order", 2100, 0, 0, Refusal::AboveMaximum);
+    row("an odd sell that leaves the stock odd", -150, 0, 0, Refusal::OffStep);
+    row("the odd lot goes with a round one", -237, 0, 0, Refusal::None);
+    row("the odd lot goes once only", -237, 0, 37, Refusal::OffStep);
+    row("more than the limits", 1600, 0, 0, Refusal::AboveLimit);
+    row("more than the position may be", 700, 0, 0, Refusal::Exposure);
+    row("as much as the position may be", 600, 0, 0, Refusal::None);
+    row("more than live orders leave of it", -500, 0, 400, Refusal::PendingExposure);
+    row("back to flat from above the limit", -900, 900, 0, Refusal::None);
+    row("nearer to flat from above the limit", -200, 900, 0, Refusal::None);
+    row("through flat and too far", -1600, 900, 0, Refusal::Exposure);
+    row("live orders close the position already", -900, 900, 900, Refusal::PendingExposure);
+    row("more than can be sold", -1100, 1100, 0, Refusal::NotSellable);
 }
 
-void LedgerTest::onlyThePublicPartIsShared()
+void LedgerTest::refusals()
 {
-    QVERIFY(rc::check([] {
-        const Scene scene = anyScene();
-        Terms withoutPublic = scene.terms;
-        withoutPublic.publicQty = 0;
-        const QVector<Limits> all = limits(scene.terms, scene.traders);
-        const QVector<Limits> own = limits(withoutPublic, scene.traders);
-        for (int i = 0; i < all.size(); ++i) {
-            // The same public quantity is left to everybody, and nobody's own part depends on the others.
-            RC_ASSERT(all[i].dailyBuy - own[i].dailyBuy == all[0].dailyBuy - own[0].dailyBuy);
-            RC_ASSERT(all[i].dailySell - own[i].dailySell == all[0].dailySell - own[0].dailySell);
-            RC_ASSERT(own[i] == limits(withoutPublic, {scene.traders[i]})[0]);
-        }
-    }));
+    QFETCH(qint64, quantity);
+    QFETCH(qint64, open);
+    QFETCH(qint64, liveSells);
+    Order order = anyOrder(quantity > 0, qAbs(quantity));
+    order.step = 100;
+    order.minQty = 200;
+    order.maxQty = 2000;
+    order.maxExposure = 600;
+    order.maxPendExposure = 800;
+    QVector<TraderUse> traders(1);
+    traders[0].privateQty = 1500 + open;
+    traders[0].dailyBought = open;
+    traders[0].live.sellDaily = liveSells;
+    const Stock stock{1037, 937, 100};
+    const Acceptance answer = accept({0, false, true}, stock, traders, 0, order);
+    QTEST(answer.refusal, "refusal");
+}
+
+void LedgerTest::borrowedStockIsSoldLast()
+{
+    TraderUse use;
+    use.live.sellDaily = 700;
+    Stock stock{900, 500, 300};
+    Parts open{0, 700};
+    fill(use, stock, false, false, open, 700, 10);
+    QCOMPARE((QVector<qint64>{stock.quantity, stock.tradeable, stock.margin}), (QVector<qint64>{400, 0, 100}));
 }
 
 T0_REGISTER_TEST(LedgerTest)

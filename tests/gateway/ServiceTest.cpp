@@ -140,7 +140,7 @@ void ServiceTest::theLoginDecidesWhoAsks()
     const VariantRecord asManager{{UserAccount_::loginUserId, "m"}, {T0_::T0TraderId, "t1"}};
     QCOMPARE(refusal(client.ask(Master_MsgType::QueryManualT0RealTimePoolUsageRequest, asManager)),
              QStringLiteral("请求中的用户与登录用户不一致：m"));
-    QCOMPARE(refusal(client.ask("OrderRequest")), QStringLiteral("不支持的消息类型：OrderRequest"));
+    QCOMPARE(refusal(client.ask("OtherRequest")), QStringLiteral("不支持的消息类型：OtherRequest"));
     const RecordList me = client.ask(Stand_MsgType::LoginRequest, {{UserAccount_::userID, "t1"}}).rows;
     QCOMPARE(me, (RecordList{{{UserAccount_::userID, "t1"},
                               {UserAccount_::userName, "First"},

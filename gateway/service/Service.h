@@ -166,6 +166,8 @@ private:
     void advance(int seconds);
     void setTimer();
     void tick();
+    void touch(const QString &symbol); ///< of which something has changed in the exchange
+    void touchAll();
     bool saveMarket();
     VariantRecord marketRow() const;
     VariantRecord quoteRow(const QString &symbol) const;
@@ -258,7 +260,9 @@ private:
     QElapsedTimer m_sinceTick;
     QTimer m_timer;
 
-    bool m_marketChanged = false; ///< clients may see it otherwise
+    // What clients may see otherwise than it is.
+    QSet<QString> m_staleQuotes;
+    bool m_allStale = false;
 
     // As they were pushed last.
     QHash<QString, VariantRecord> m_shownQuotes;

@@ -84,7 +84,7 @@ MessageBody Service::queryQuotes(const Request &request)
 MessageBody Service::setQuote(const Request &request)
 {
     const QString symbol = request.text(Orvane_Fields::Security::symbol);
-    const auto before = m_memory.exchange.quote(symbol);
+    const auto before = m_memory.exchange.prices(symbol);
     if (!before)
         return Answers::refused(GatewayTexts::unknownSymbol(symbol));
     bool valid = false;
@@ -93,7 +93,7 @@ MessageBody Service::setQuote(const Request &request)
         return Answers::refused(GatewayTexts::badPrice());
     if (!m_memory.exchange.setLast(symbol, price))
         return Answers::refused(GatewayTexts::impossiblePrice(before->downLimit, before->upLimit));
-    m_memory.moved = true;
+    touch(symbol);
     m_changes.noteQuote(symbol, before->last, price);
     return Answers::success();
 }
@@ -124,9 +124,10 @@ MessageBody Service::controlMarket(const Request &request)
     } else if (command != Command::status) {
         return Answers::refused(GatewayTexts::unknownCommand(command));
     }
-    m_memory.moved = m_memory.moved || command != Command::status;
-    if (command != Command::status)
+    if (command != Command::status) {
+        touchAll();
         m_changes.noteMarket(command, MarketTime::text(m_store->marketMs()), MarketTime::text(exchange.time()));
+    }
     return Answers::success({marketRow()});
 }
 
@@ -142,7 +143,19 @@ void Service::advance(int seconds)
         applyFills(events.fills);
     }
     exchange.setHeld(held);
+    touchAll();
+}
+
+void Service::touch(const QString &symbol)
+{
     m_memory.moved = true;
+    m_staleQuotes.insert(symbol);
+}
+
+void Service::touchAll()
+{
+    m_memory.moved = true;
+    m_allStale = true;
 }
 
 bool Service::saveMarket()
@@ -150,19 +163,19 @@ bool Service::saveMarket()
     if (!m_memory.moved)
         return true;
     m_memory.moved = false;
-    m_marketChanged = true;
     const Exchange &exchange = m_memory.exchange;
     return m_store->saveMarket({exchange.time(), m_seed, exchange.isHeld(), exchange.save()});
 }
 
 void Service::pushMarket()
 {
-    if (!m_marketChanged)
-        return;
-    m_marketChanged = false;
     setTimer();
     if (isWanted(Stand_MsgType::QuotePush))
         pushQuotes();
+    m_staleQuotes.clear();
+    if (!m_allStale)
+        return;
+    m_allStale = false;
     const VariantRecord row = marketRow();
     if (row != m_shownMarket)
         push(Stand_MsgType::MarketPush, row);
@@ -171,7 +184,9 @@ void Service::pushMarket()
 
 void Service::pushQuotes()
 {
-    for (const QString &symbol : qAsConst(m_symbols)) {
+    QStringList stale = m_allStale ? QStringList(m_symbols.toList()) : m_staleQuotes.values();
+    stale.sort();
+    for (const QString &symbol : qAsConst(stale)) {
         const VariantRecord row = quoteRow(symbol);
         if (m_shownQuotes.value(symbol) == row)
             continue;
@@ -222,7 +237,7 @@ void Service::tick()
         qWarning("gateway: the market stops: %s", qPrintable(m_store->errorText()));
         undo(before);
         m_memory.speed = 0;
-        m_marketChanged = true;
+        touchAll();
     }
     deliverPushes();
 }

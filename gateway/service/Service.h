@@ -163,6 +163,9 @@ private:
     MessageBody queryQuotes(const Request &request);
     MessageBody setQuote(const Request &request);
     MessageBody controlMarket(const Request &request);
+    QString carryOut(const QString &command, const VariantRecord &row); ///< why not; empty: done
+    QString stepBy(const QVariant &count);
+    QString runWith(const QVariant &speed);
     void advance(int seconds);
     void setTimer();
     void tick();

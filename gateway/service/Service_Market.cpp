@@ -100,35 +100,55 @@ MessageBody Service::setQuote(const Request &request)
 
 MessageBody Service::controlMarket(const Request &request)
 {
-    namespace Command = Stand_Values::MarketCommand;
     const QString command = request.text(Market_::command);
-    Exchange &exchange = m_memory.exchange;
-    if (command == Command::step) {
-        qint64 count = 1;
-        const QVariant asked = request.row.value(Market_::count);
-        if (asked.isValid() && (!readWholeNumber(asked, count) || count < 1 || count > maxSteps))
-            return Answers::refused(GatewayTexts::badStepCount(maxSteps));
-        advance(int(count));
-    } else if (command == Command::hold) {
-        exchange.setHeld(true);
-        m_memory.speed = 0;
-    } else if (command == Command::run) {
-        bool valid = false;
-        const double speed = request.row.value(Market_::speed, 1).toDouble(&valid);
-        if (!valid || !(speed >= 0 && speed <= maxSpeed))
-            return Answers::refused(GatewayTexts::badSpeed(int(maxSpeed)));
-        exchange.setHeld(false);
-        m_memory.speed = speed;
-    } else if (command == Command::dayChange) {
-        nextDay();
-    } else if (command != Command::status) {
-        return Answers::refused(GatewayTexts::unknownCommand(command));
-    }
-    if (command != Command::status) {
-        touchAll();
-        m_changes.noteMarket(command, MarketTime::text(m_store->marketMs()), MarketTime::text(exchange.time()));
-    }
+    if (command == Stand_Values::MarketCommand::status)
+        return Answers::success({marketRow()});
+    const QString before = MarketTime::text(m_memory.exchange.time());
+    const QString refusal = carryOut(command, request.row);
+    if (!refusal.isEmpty())
+        return Answers::refused(refusal);
+    touchAll();
+    m_changes.noteMarket(command, before, MarketTime::text(m_memory.exchange.time()));
     return Answers::success({marketRow()});
+}
+
+QString Service::carryOut(const QString &command, const VariantRecord &row)
+{
+    namespace Command = Stand_Values::MarketCommand;
+    if (command == Command::step)
+        return stepBy(row.value(Market_::count, 1));
+    if (command == Command::run)
+        return runWith(row.value(Market_::speed, 1));
+    if (command == Command::dayChange) {
+        nextDay();
+        return QString();
+    }
+    if (command != Command::hold)
+        return GatewayTexts::unknownCommand(command);
+    m_memory.exchange.setHeld(true);
+    m_memory.speed = 0;
+    return QString();
+}
+
+QString Service::stepBy(const QVariant &count)
+{
+    qint64 seconds = 0;
+    if (!readWholeNumber(count, seconds) || seconds < 1 || seconds > maxSteps)
+        return GatewayTexts::badStepCount(maxSteps);
+    advance(int(seconds));
+    return QString();
+}
+
+/// Speed 0: not held, but moved by steps only, as a new market is.
+QString Service::runWith(const QVariant &speed)
+{
+    bool valid = false;
+    const double wanted = speed.toDouble(&valid);
+    if (!valid || !(wanted >= 0 && wanted <= maxSpeed))
+        return GatewayTexts::badSpeed(int(maxSpeed));
+    m_memory.exchange.setHeld(false);
+    m_memory.speed = wanted;
+    return QString();
 }
 
 void Service::advance(int seconds)

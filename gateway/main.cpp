@@ -96,14 +96,32 @@ void quitOnSignals(QCoreApplication &application)
     QObject::connect(notifier, &QSocketNotifier::activated, &application, &QCoreApplication::quit);
 }
 
-int serve(QCoreApplication &application, const QString &name, const QString &dir, const QString &state)
+/// False: a value is no number that it can be; fault says which.
+bool readGatewayOptions(const QCommandLineParser &parser, GatewayOptions &options, QString &fault)
+{
+    bool isSeed = true;
+    bool isSlippage = true;
+    if (parser.isSet(QStringLiteral("seed")))
+        options.seed = parser.value(QStringLiteral("seed")).toULongLong(&isSeed);
+    if (parser.isSet(QStringLiteral("slippage")))
+        options.slippage = parser.value(QStringLiteral("slippage")).toInt(&isSlippage);
+    options.immediate = parser.isSet(QStringLiteral("immediate"));
+    if (!isSeed)
+        fault = QStringLiteral("--seed must be a whole number from 0 on");
+    else if (!isSlippage || options.slippage < 0)
+        fault = QStringLiteral("--slippage must be a number of ticks from 0 on");
+    return fault.isEmpty();
+}
+
+int serve(QCoreApplication &application, const QString &name, const QString &dir, const QString &state,
+          const GatewayOptions &options)
 {
     quitOnSignals(application);
     const Books::Loaded loaded = Books::load(dir);
     if (!loaded.books)
         return printErrors(loaded.errors);
     QString error;
-    const auto gateway = PaperGateway::open(*loaded.books, state, error);
+    const auto gateway = PaperGateway::open(*loaded.books, state, error, options);
     if (!gateway)
         return failed(error);
     SocketServer server(gateway);
@@ -134,7 +152,9 @@ QVector<Mode> modes()
     return {
         {QStringLiteral("init-sample"), {}, {QStringLiteral("scale")}},
         {QStringLiteral("check"), {}, {}},
-        {QStringLiteral("serve"), {books}, {state}},
+        {QStringLiteral("serve"),
+         {books},
+         {state, QStringLiteral("seed"), QStringLiteral("immediate"), QStringLiteral("slippage")}},
         {QStringLiteral("audit"), {state}, {QStringLiteral("since"), QStringLiteral("user"), QStringLiteral("json")}}};
 }
 
@@ -153,6 +173,9 @@ QList<QCommandLineOption> options()
             option("serve", QStringLiteral("Serve clients on a local socket."), "NAME"),
             option("books", QStringLiteral("The books to serve."), "DIR"),
             option("state", QStringLiteral("Where the state is kept; in memory without it."), "FILE"),
+            option("seed", QStringLiteral("Of the paper market; of a state that has one already the same."), "N"),
+            option("immediate", QStringLiteral("Fill orders whole as soon as their price is there."), ""),
+            option("slippage", QStringLiteral("Fill orders that take this many ticks worse."), "TICKS"),
             option("audit", QStringLiteral("Print who changed what in a state file, and what was refused."), ""),
             option("since", QStringLiteral("Only from this time on: yyyy-MM-dd[Thh:mm[:ss]], UTC."), "TIME"),
             option("user", QStringLiteral("Only what this user did."), "ID"),
@@ -206,8 +229,13 @@ int run(QCoreApplication &application, const QCommandLineParser &parser)
     const QString state = parser.value(QStringLiteral("state"));
     if (mode == QLatin1String("check"))
         return check(value);
-    if (mode == QLatin1String("serve"))
-        return serve(application, value, parser.value(QStringLiteral("books")), state);
+    if (mode == QLatin1String("serve")) {
+        GatewayOptions options;
+        QString fault;
+        return readGatewayOptions(parser, options, fault)
+                   ? serve(application, value, parser.value(QStringLiteral("books")), state, options)
+                   : usage(parser, fault);
+    }
     if (mode == QLatin1String("audit")) {
         const QString since = parser.value(QStringLiteral("since"));
         if (parser.isSet(QStringLiteral("since")) && !AuditReport::isTime(since))

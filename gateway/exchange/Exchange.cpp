@@ -127,6 +127,14 @@ std::optional<Quote> Exchange::quote(const QString &symbol) const
     return book->quote();
 }
 
+std::optional<Quote> Exchange::prices(const QString &symbol) const
+{
+    const auto book = m_books.constFind(symbol);
+    if (book == m_books.constEnd())
+        return {};
+    return book->prices();
+}
+
 bool Exchange::setLast(const QString &symbol, double price)
 {
     const auto book = m_books.find(symbol);

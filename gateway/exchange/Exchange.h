@@ -63,6 +63,7 @@ public:
 
     /// Empty for an unknown symbol.
     std::optional<Quote> quote(const QString &symbol) const;
+    std::optional<Quote> prices(const QString &symbol) const; ///< without the depth, which takes longer
 
     /// 0: no price yet, nothing trades. False: no such symbol, or the price is off tick or outside the limits.
     bool setLast(const QString &symbol, double price);

@@ -174,15 +174,23 @@ QVector<QuoteLevel> SymbolBook::levels(bool bid) const
     return shown;
 }
 
+Quote SymbolBook::prices() const
+{
+    Quote quote;
+    quote.last = Ticks::price(m_last);
+    quote.preClose = Ticks::price(m_preClose);
+    quote.upLimit = Ticks::price(m_upLimit);
+    quote.downLimit = Ticks::price(m_downLimit);
+    quote.volume = m_volume;
+    return quote;
+}
+
 Quote SymbolBook::quote() const
 {
-    return {Ticks::price(m_last),
-            Ticks::price(m_preClose),
-            Ticks::price(m_upLimit),
-            Ticks::price(m_downLimit),
-            m_volume,
-            levels(true),
-            levels(false)};
+    Quote quote = prices();
+    quote.bids = levels(true);
+    quote.asks = levels(false);
+    return quote;
 }
 
 QDataStream &operator<<(QDataStream &stream, const RestingOrder &order)

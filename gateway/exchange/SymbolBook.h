@@ -80,6 +80,7 @@ public:
     bool setLast(double price); ///< 0: none; false: not a price of this symbol today
     void dayChange();           ///< the last price becomes the former close, all orders go
     Quote quote() const;
+    Quote prices() const; ///< the quote without its depth, which takes longer
     Micros last() const { return m_last; }
     QVector<RestingOrder> orders() const { return m_buys + m_sells; }
 

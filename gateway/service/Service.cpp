@@ -22,9 +22,12 @@ Service::Service(const Books &books, std::unique_ptr<Store> store, const Gateway
     , m_changes(*m_store)
     , m_memory{m_store->enabledAccounts(), Exchange(books, m_seed, {options.immediate, options.slippage})}
 {
-    for (const Instrument &instrument : books.instruments)
-        if (!m_symbols.contains(instrument.symbol))
+    QSet<QString> seen;
+    for (const Instrument &instrument : books.instruments) {
+        if (!seen.contains(instrument.symbol))
             m_symbols.append(instrument.symbol);
+        seen.insert(instrument.symbol);
+    }
     QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { tick(); });
 }
 
@@ -35,7 +38,7 @@ bool Service::start()
     const StoredMarket market = m_store->market();
     m_memory.exchange.setTime(market.ms);
     m_memory.exchange.setHeld(market.held);
-    m_memory.moved = true;
+    touchAll();
     // Books with other securities begin the market anew, and nobody knows where its orders would stand in it.
     if (!market.exchange.isEmpty() && !m_memory.exchange.restore(market.exchange))
         for (const StoredOrder &order : m_store->liveOrders())

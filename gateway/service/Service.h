@@ -164,9 +164,14 @@ private:
     MessageBody queryQuotes(const Request &request);
     MessageBody setQuote(const Request &request);
     MessageBody controlMarket(const Request &request);
+    QString carryOut(const QString &command, const VariantRecord &row); ///< why not; empty: done
+    QString stepBy(const QVariant &count);
+    QString runWith(const QVariant &speed);
     void advance(int seconds);
     void setTimer();
     void tick();
+    void touch(const QString &symbol); ///< of which something has changed in the exchange
+    void touchAll();
     bool saveMarket();
     VariantRecord marketRow() const;
     VariantRecord quoteRow(const QString &symbol) const;
@@ -259,7 +264,9 @@ private:
     QElapsedTimer m_sinceTick;
     QTimer m_timer;
 
-    bool m_marketChanged = false; ///< clients may see it otherwise
+    // What clients may see otherwise than it is.
+    QSet<QString> m_staleQuotes;
+    bool m_allStale = false;
 
     // As they were pushed last.
     QHash<QString, VariantRecord> m_shownQuotes;

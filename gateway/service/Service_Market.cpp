@@ -84,7 +84,7 @@ MessageBody Service::queryQuotes(const Request &request)
 MessageBody Service::setQuote(const Request &request)
 {
     const QString symbol = request.text(Orvane_Fields::Security::symbol);
-    const auto before = m_memory.exchange.quote(symbol);
+    const auto before = m_memory.exchange.prices(symbol);
     if (!before)
         return Answers::refused(GatewayTexts::unknownSymbol(symbol));
     bool valid = false;
@@ -93,41 +93,62 @@ MessageBody Service::setQuote(const Request &request)
         return Answers::refused(GatewayTexts::badPrice());
     if (!m_memory.exchange.setLast(symbol, price))
         return Answers::refused(GatewayTexts::impossiblePrice(before->downLimit, before->upLimit));
-    m_memory.moved = true;
+    touch(symbol);
     m_changes.noteQuote(symbol, before->last, price);
     return Answers::success();
 }
 
 MessageBody Service::controlMarket(const Request &request)
 {
-    namespace Command = Stand_Values::MarketCommand;
     const QString command = request.text(Market_::command);
-    Exchange &exchange = m_memory.exchange;
-    if (command == Command::step) {
-        qint64 count = 1;
-        const QVariant asked = request.row.value(Market_::count);
-        if (asked.isValid() && (!readWholeNumber(asked, count) || count < 1 || count > maxSteps))
-            return Answers::refused(GatewayTexts::badStepCount(maxSteps));
-        advance(int(count));
-    } else if (command == Command::hold) {
-        exchange.setHeld(true);
-        m_memory.speed = 0;
-    } else if (command == Command::run) {
-        bool valid = false;
-        const double speed = request.row.value(Market_::speed, 1).toDouble(&valid);
-        if (!valid || !(speed >= 0 && speed <= maxSpeed))
-            return Answers::refused(GatewayTexts::badSpeed(int(maxSpeed)));
-        exchange.setHeld(false);
-        m_memory.speed = speed;
-    } else if (command == Command::dayChange) {
-        nextDay();
-    } else if (command != Command::status) {
-        return Answers::refused(GatewayTexts::unknownCommand(command));
-    }
-    m_memory.moved = m_memory.moved || command != Command::status;
-    if (command != Command::status)
-        m_changes.noteMarket(command, MarketTime::text(m_store->marketMs()), MarketTime::text(exchange.time()));
+    if (command == Stand_Values::MarketCommand::status)
+        return Answers::success({marketRow()});
+    const QString before = MarketTime::text(m_memory.exchange.time());
+    const QString refusal = carryOut(command, request.row);
+    if (!refusal.isEmpty())
+        return Answers::refused(refusal);
+    touchAll();
+    m_changes.noteMarket(command, before, MarketTime::text(m_memory.exchange.time()));
     return Answers::success({marketRow()});
+}
+
+QString Service::carryOut(const QString &command, const VariantRecord &row)
+{
+    namespace Command = Stand_Values::MarketCommand;
+    if (command == Command::step)
+        return stepBy(row.value(Market_::count, 1));
+    if (command == Command::run)
+        return runWith(row.value(Market_::speed, 1));
+    if (command == Command::dayChange) {
+        nextDay();
+        return QString();
+    }
+    if (command != Command::hold)
+        return GatewayTexts::unknownCommand(command);
+    m_memory.exchange.setHeld(true);
+    m_memory.speed = 0;
+    return QString();
+}
+
+QString Service::stepBy(const QVariant &count)
+{
+    qint64 seconds = 0;
+    if (!readWholeNumber(count, seconds) || seconds < 1 || seconds > maxSteps)
+        return GatewayTexts::badStepCount(maxSteps);
+    advance(int(seconds));
+    return QString();
+}
+
+/// Speed 0: not held, but moved by steps only, as a new market is.
+QString Service::runWith(const QVariant &speed)
+{
+    bool valid = false;
+    const double wanted = speed.toDouble(&valid);
+    if (!valid || !(wanted >= 0 && wanted <= maxSpeed))
+        return GatewayTexts::badSpeed(int(maxSpeed));
+    m_memory.exchange.setHeld(false);
+    m_memory.speed = wanted;
+    return QString();
 }
 
 void Service::advance(int seconds)
@@ -142,7 +163,19 @@ void Service::advance(int seconds)
         applyFills(events.fills);
     }
     exchange.setHeld(held);
+    touchAll();
+}
+
+void Service::touch(const QString &symbol)
+{
     m_memory.moved = true;
+    m_staleQuotes.insert(symbol);
+}
+
+void Service::touchAll()
+{
+    m_memory.moved = true;
+    m_allStale = true;
 }
 
 bool Service::saveMarket()
@@ -150,19 +183,19 @@ bool Service::saveMarket()
     if (!m_memory.moved)
         return true;
     m_memory.moved = false;
-    m_marketChanged = true;
     const Exchange &exchange = m_memory.exchange;
     return m_store->saveMarket({exchange.time(), m_seed, exchange.isHeld(), exchange.save()});
 }
 
 void Service::pushMarket()
 {
-    if (!m_marketChanged)
-        return;
-    m_marketChanged = false;
     setTimer();
     if (isWanted(Stand_MsgType::QuotePush))
         pushQuotes();
+    m_staleQuotes.clear();
+    if (!m_allStale)
+        return;
+    m_allStale = false;
     const VariantRecord row = marketRow();
     if (row != m_shownMarket)
         push(Stand_MsgType::MarketPush, row);
@@ -171,7 +204,9 @@ void Service::pushMarket()
 
 void Service::pushQuotes()
 {
-    for (const QString &symbol : qAsConst(m_symbols)) {
+    QStringList stale = m_allStale ? QStringList(m_symbols.toList()) : m_staleQuotes.values();
+    stale.sort();
+    for (const QString &symbol : qAsConst(stale)) {
         const VariantRecord row = quoteRow(symbol);
         if (m_shownQuotes.value(symbol) == row)
             continue;
@@ -222,7 +257,7 @@ void Service::tick()
         qWarning("gateway: the market stops: %s", qPrintable(m_store->errorText()));
         undo(before);
         m_memory.speed = 0;
-        m_marketChanged = true;
+        touchAll();
     }
     deliverPushes();
 }

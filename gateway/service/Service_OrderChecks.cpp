@@ -127,7 +127,7 @@ QString Service::refusalOfMarket(const StoredOrder &order) const
     case Exchange::Refusal::OffTick:
         return GatewayTexts::offTick();
     case Exchange::Refusal::OutsideLimits: {
-        const Quote quote = exchange.quote(order.symbol).value_or(Quote());
+        const Quote quote = exchange.prices(order.symbol).value_or(Quote());
         return GatewayTexts::impossiblePrice(quote.downLimit, quote.upLimit);
     }
     }

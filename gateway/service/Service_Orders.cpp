@@ -114,7 +114,7 @@ VariantRecord Service::placeOrder(const Request &request, const VariantRecord &r
     m_changes.noteOrder(order, QString());
     pushOrder(order);
     saveGroup(group);
-    m_memory.moved = true;
+    touch(order.symbol);
     applyFills(m_memory.exchange.place(
         {order.id, order.holding.securityID, order.holding.exchange, order.buy, order.price, order.quantity}));
     return resultRow(order.id, QString());
@@ -129,7 +129,7 @@ MessageBody Service::cancelOrders(const Request &request)
         const QString refusal = refusalOfCancel(request, order);
         m_changes.noteCancel(id, order, refusal);
         if (refusal.isEmpty()) {
-            m_memory.moved = true;
+            touch(order.symbol);
             endOrder(order, Stand_Values::OrderStatus::Cancelled, QString());
         }
         rows.append(resultRow(id, refusal));

@@ -89,7 +89,7 @@ MessageBody Service::queryInstruments(const Request &request)
 {
     return Answers::listPage(request.values, m_books.instruments, [this](const Instrument &instrument) {
         // The close and the limits of the day, not those of the books.
-        const Quote quote = m_memory.exchange.quote(instrument.symbol).value_or(Quote());
+        const Quote quote = m_memory.exchange.prices(instrument.symbol).value_or(Quote());
         VariantRecord row = instrumentRow(instrument);
         row.insert(Security_::preClose, quote.preClose);
         row.insert(Security_::upLimit, quote.upLimit);

@@ -87,7 +87,7 @@ struct AuditEntry {
     QString user;
     QString type;
     QString request; ///< the envelope's id
-    QString object;  ///< what kind of thing; empty for a refusal
+    QString object;  ///< what kind of thing; empty when a whole request was refused
     QString objectId;
     Holding holding;
     QString trader;

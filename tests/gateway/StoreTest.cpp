@@ -25,7 +25,6 @@ class StoreTest : public QObject
 private slots:
     void init();
     void beginsWithTheBooksAndKeepsItsOwn();
-    void modifyTimesRiseAcrossRestarts();
     void modifyTimesFollowTheClock_data();
     void modifyTimesFollowTheClock();
     void anUndoneTransactionLeavesNothing();
@@ -81,24 +80,6 @@ void StoreTest::beginsWithTheBooksAndKeepsItsOwn()
     QCOMPARE(kept.use.dailyBoughtAmount, 6930.5);
     QVERIFY(kept.use.leg.side == Ledger::Side::SellOpen);
     QVERIFY(kept.limits == usage.limits);
-}
-
-void StoreTest::modifyTimesRiseAcrossRestarts()
-{
-    QString errorText;
-    QString last;
-    for (int start = 0; start < 3; ++start) {
-        const auto store = Store::open(m_file, TestBooks::withRows(1), errorText);
-        QVERIFY2(store, qPrintable(errorText));
-        for (int i = 0; i < 20; ++i) {
-            QVERIFY(store->begin());
-            const QString time = store->nextModifyTime();
-            i % 3 == 0 ? store->rollback() : (void)store->commit();
-            QVERIFY2(time > last, qPrintable(time));
-            last = time;
-        }
-    }
-    QCOMPARE(last, QStringLiteral("20260105091500000059"));
 }
 
 void StoreTest::modifyTimesFollowTheClock_data()

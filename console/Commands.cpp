@@ -152,7 +152,8 @@ Outcome Commands::runOperation(const CommandLine &command)
         return bad(errorText);
     if (operation->name == QLatin1String("InitData"))
         m_host.events().startClock();
-    const Outcome outcome = operation->call(command.arguments);
+    Outcome outcome = operation->call(command.arguments);
+    showOrders(operation->name, outcome);
     m_host.events().noteLoading();
     return outcome;
 }

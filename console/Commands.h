@@ -48,6 +48,8 @@ private:
     Outcome dayChange(const QVector<Argument> &arguments);
     Outcome control(const VariantRecord &row);
     Outcome as(const QVector<Argument> &arguments);
+    /// Gives orders and fills the columns that people look for, whoever has listed them.
+    static void showOrders(const QString &command, Outcome &outcome);
 
     ConsoleHost &m_host;
     bool m_isQuit = false;

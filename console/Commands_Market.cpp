@@ -171,11 +171,26 @@ Outcome Commands::control(const VariantRecord &row)
     const VariantRecord market = rows.value(0);
     if (outcome.errorText.isEmpty()) {
         outcome.result = market;
-        outcome.text = QStringLiteral("%1, %2").arg(
-            market.value(Stand_Fields::Market::marketTime).toString(),
-            market.value(Stand_Fields::Market::held).toBool() ? QStringLiteral("held") : QStringLiteral("running"));
+        const double speed = market.value(Stand_Fields::Market::speed).toDouble();
+        const QString state = market.value(Stand_Fields::Market::held).toBool() ? QStringLiteral("held")
+                              : speed > 0 ? QStringLiteral("runs, speed %1").arg(speed)
+                                          : QStringLiteral("stands still");
+        outcome.text = QStringLiteral("%1, %2").arg(market.value(Stand_Fields::Market::marketTime).toString(), state);
     }
     return outcome;
+}
+
+void Commands::showOrders(const QString &command, Outcome &outcome)
+{
+    const bool isFills = command == QLatin1String("fills");
+    if (!outcome.errorText.isEmpty() ||
+        !(isFills || command == QLatin1String("orders") || command == QLatin1String("GetCancelableOrderList")))
+        return;
+    RecordList rows;
+    const QVariantList items = outcome.result.toList();
+    for (const QVariant &item : items)
+        rows.append(item.toMap());
+    outcome.text = tableOf(rows, isFills ? fillColumns() : orderColumns()).text;
 }
 
 Outcome Commands::as(const QVector<Argument> &arguments)
@@ -188,14 +203,6 @@ Outcome Commands::as(const QVector<Argument> &arguments)
     for (int i = 1; i < arguments.size(); ++i)
         words.append(arguments.at(i).text);
     Outcome outcome = m_host.companions().run(user, words.join(QLatin1Char(' ')));
-    // What it prints for people is left to this console.
-    RecordList rows;
-    const QVariantList items = outcome.result.toList();
-    for (const QVariant &item : items)
-        rows.append(item.toMap());
-    if (outcome.errorText.isEmpty() && words.constFirst() == QLatin1String("orders"))
-        return tableOf(rows, orderColumns());
-    if (outcome.errorText.isEmpty() && words.constFirst() == QLatin1String("fills"))
-        return tableOf(rows, fillColumns());
+    showOrders(words.constFirst(), outcome);
     return outcome;
 }

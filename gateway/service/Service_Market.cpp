@@ -206,13 +206,17 @@ void Service::pushQuotes()
 {
     QStringList stale = m_allStale ? QStringList(m_symbols.toList()) : m_staleQuotes.values();
     stale.sort();
+    RecordList rows;
     for (const QString &symbol : qAsConst(stale)) {
         const VariantRecord row = quoteRow(symbol);
         if (m_shownQuotes.value(symbol) == row)
             continue;
         m_shownQuotes.insert(symbol, row);
-        push(Stand_MsgType::QuotePush, row);
+        rows.append(row);
     }
+    // All that moved at once goes out in one message: a second of the market moves nearly every symbol.
+    if (!rows.isEmpty())
+        m_pushes.append({Envelope::push(Stand_MsgType::QuotePush, {{}, rows}), QString(), nullptr});
 }
 
 void Service::rememberQuotes()

@@ -86,8 +86,9 @@ private:
     // Service_Transaction.cpp
 
     /// Executes a change once for a user and id, whole or not at all: the change, the usage records that follow
-    /// from it, its audit and its answer are one transaction. A handler only checks and writes through m_changes;
-    /// nothing of what it did stays when it refuses or the store fails. A repeated id gets the answer of the first.
+    /// from it, its audit and its answer are one transaction. A handler only checks and writes, through m_changes or
+    /// as orders and the market do; nothing of what it did stays when it refuses or the store fails. A repeated id
+    /// gets the answer of the first.
     MessageBody changeOnce(ClientSession &session, const Envelope &envelope, const Route &route);
     MessageBody firstAnswer(ClientSession &session, const Envelope &envelope, const Route &route);
 

@@ -240,7 +240,6 @@ private slots:
     void ordersWaitInTheQueue();
     void auctionsHaveOnePrice();
     void slippageStaysWithinTheLimit();
-    void refusals();
     void aNewDay();
 };
 
@@ -382,26 +381,6 @@ void ExchangeTest::slippageStaysWithinTheLimit()
     QCOMPARE(bought("a", 30), QStringLiteral("a 1000 20.1 0\n")); // from 19.98 over the border of a band
     QCOMPARE(bought("b", 20), QStringLiteral("b 1000 20 0\n"));
     QCOMPARE(bought("c", 19.96), QString());
-}
-
-void ExchangeTest::refusals()
-{
-    Exchange exchange(sample(), 3);
-    const Instrument &instrument = instrumentOf(QStringLiteral("600001.SH"));
-    const auto refusal = [&](const char *time, const Instrument &security, double price) {
-        exchange.setTime(at(time));
-        return exchange.refusal(order(QStringLiteral("a"), security, true, price, 100));
-    };
-    using Refusal = Exchange::Refusal;
-    Instrument elsewhere = instrument;
-    elsewhere.exchange = QStringLiteral("SZ");
-    QCOMPARE(refusal("10:00:00", elsewhere, 12), Refusal::UnknownInstrument);
-    QCOMPARE(refusal("12:00:00", instrument, 12), Refusal::Closed);
-    QCOMPARE(refusal("10:00:00", instrument, 12.005), Refusal::OffTick);
-    QCOMPARE(refusal("10:00:00", instrument, 13.61), Refusal::OutsideLimits);
-    QCOMPARE(refusal("10:00:00", instrument, 13.60), Refusal::None);
-    QVERIFY(!exchange.setLast(instrument.symbol, 13.61));
-    QVERIFY(!exchange.setLast(instrument.symbol, 12.005));
 }
 
 void ExchangeTest::aNewDay()

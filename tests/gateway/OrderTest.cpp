@@ -418,6 +418,9 @@ void OrderTest::cancelsAreAnsweredOneByOne()
     QCOMPARE(cancel(manager, "A000101", {placed[1]}), (QStringList{none, none}));
     step(300); // into the part of the auction that takes no cancels
     QCOMPARE(cancel(owner, "A000101", {placed[2]}), (QStringList{none, "市场SH当前时段不接受撤单"}));
+    step(300);
+    const RecordList closed = owner.change(Stand_MsgType::OrderRequest, headerOf("A000101"), {low}).rows;
+    QCOMPARE(textOf(closed.value(0), textDescription), QStringLiteral("市场SH当前时段不接受委托"));
 }
 
 void OrderTest::liveOrdersKeepTheirPools()

@@ -127,8 +127,8 @@ void OrderConfirmTest::examples_data()
     row("and the exchange", "A1:1000:0", {" 600000.SH  normalBuy 1"}, {}, {}, {"1 证券代码或者市场为空！"});
     row("then the accounts", "A1:1000:0", {" 600000.SH SH normalBuy 1", "A1 600000.SH SH collateralBuy 1"}, {}, {},
         {"1" + noAccount, "1" + noAccount});
-    row("only the user's own, each once", "A1:300:0 A1:300:0", {"A4,A1,,A1 600000.SH SH normalBuy 300.0"}, {},
-        {"A1 300"});
+    row("only the user's own, each once", "A1:300:0 A1:300:0", {"A4,A1,,A1 600000.SH SH normalBuy 600.0"}, {},
+        {"A1 300"}, {"300 所选账号可交易额度[300]小于委托数量[600]，请重新填写！"});
 
     row("parts are whole steps, for a sell too", "A1:1050:0", {sell + "1050"}, 290,
         {"A1 200", "A1 200", "A1 200", "A1 200", "A1 250"});

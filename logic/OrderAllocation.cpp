@@ -1,6 +1,7 @@
 #include "OrderAllocation.h"
 
 #include "MasterUtils.h"
+#include "Quantity.h"
 
 namespace OrderAllocation {
 
@@ -13,7 +14,8 @@ qint64 roundedDown(qint64 quantity, qint64 step)
 
 qint64 roundedUp(qint64 quantity, qint64 step)
 {
-    return roundedDown(quantity + step - 1, step);
+    const qint64 part = quantity % step;
+    return part > 0 ? Quantity::satAdd(quantity, step - part) : quantity - part;
 }
 
 /// A buy comes in whole steps. So does a sell that leaves an odd rest in its account: odd lots are not split off.

@@ -75,6 +75,18 @@ inline VariantRecord usage(const QString &tradingAccount, const QString &traderI
     return row;
 }
 
+/// From "A1,A2 600000.SH SH normalBuy 100 10.07": accounts, symbol, exchange, side, quantity, price. Texts all.
+inline VariantRecord order(const QString &line)
+{
+    const QStringList parts = line.split(QLatin1Char(' '));
+    return {{Orvane_Fields::UserAccount::tradingAccount, parts.value(0).split(QLatin1Char(','))},
+            {Orvane_Fields::Security::symbol, parts.value(1)},
+            {Orvane_Fields::UserAccount::securityExchange, parts.value(2)},
+            {Master_Fields::Security::SideUnion, parts.value(3)},
+            {Orvane_Fields::Security::orderQty, parts.value(4)},
+            {Orvane_Fields::Security::price, parts.value(5)}};
+}
+
 /// The texts of one field, ascending.
 inline QStringList texts(const RecordList &rows, const QString &field)
 {

@@ -21,9 +21,9 @@ RecordList with(const RecordList &rows, const QString &field, const QStringList 
 
 QStringList changeTypes()
 {
-    return {AlterManualT0ProductsRequest,     AddManualT0ResourceRequest,          AlterManualT0ResourceRequest,
-            DeleteManualT0ResourceRequest,    AllocateManualT0SecurityPoolRequest, DeleteManualT0SecurityPoolRequest,
-            AddManualT0ResourceAndPoolRequest};
+    return {AlterManualT0ProductsRequest,      AddManualT0ResourceRequest,          AlterManualT0ResourceRequest,
+            DeleteManualT0ResourceRequest,     AllocateManualT0SecurityPoolRequest, DeleteManualT0SecurityPoolRequest,
+            AddManualT0ResourceAndPoolRequest, orderCancelBatchCppRequest,          Stand_MsgType::OrderRequest};
 }
 
 QString fieldsOf(const VariantRecord &row)

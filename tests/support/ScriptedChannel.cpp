@@ -248,15 +248,18 @@ RecordList instrumentRows(const ScriptedReference &reference)
 {
     RecordList rows;
     for (const ScriptedReference::Instrument &instrument : reference.instruments) {
-        rows.append({{Orvane_Fields::Security::symbol, instrument.symbol},
-                     {Orvane_Fields::Security::securityID, instrument.securityID},
-                     {Orvane_Fields::UserAccount::securityExchange, instrument.exchange},
-                     {Orvane_Fields::Security::chineseName, QStringLiteral("证券") + instrument.securityID},
-                     {Orvane_Fields::Security::spellCode, QStringLiteral("ZQ") + instrument.securityID},
-                     {Stand_Fields::Security::type, instrument.type},
-                     {Stand_Fields::Security::subType, instrument.subType},
-                     {Stand_Fields::Security::marketSuffix, instrument.symbol.mid(instrument.symbol.indexOf('.'))},
-                     {Stand_Fields::Security::dispFactor, instrument.dispFactor}});
+        VariantRecord row{{Orvane_Fields::Security::symbol, instrument.symbol},
+                          {Orvane_Fields::Security::securityID, instrument.securityID},
+                          {Orvane_Fields::UserAccount::securityExchange, instrument.exchange},
+                          {Orvane_Fields::Security::chineseName, QStringLiteral("证券") + instrument.securityID},
+                          {Orvane_Fields::Security::spellCode, QStringLiteral("ZQ") + instrument.securityID},
+                          {Stand_Fields::Security::type, instrument.type},
+                          {Stand_Fields::Security::subType, instrument.subType},
+                          {Stand_Fields::Security::marketSuffix, instrument.symbol.mid(instrument.symbol.indexOf('.'))},
+                          {Stand_Fields::Security::dispFactor, instrument.dispFactor}};
+        for (auto field = instrument.further.cbegin(); field != instrument.further.cend(); ++field)
+            row.insert(field.key(), *field);
+        rows.append(row);
     }
     return rows;
 }

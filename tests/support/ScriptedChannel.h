@@ -99,6 +99,7 @@ struct ScriptedReference {
         double lastPrice = 0;
         QString type = QStringLiteral("StockType");
         QString subType = QStringLiteral("MainBoardStock");
+        VariantRecord further = {}; ///< fields of its row
     };
     struct Holding { ///< a position, or a security that may be borrowed
         QString tradingAccount;

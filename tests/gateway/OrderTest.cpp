@@ -279,7 +279,7 @@ private slots:
 void OrderTest::randomDays()
 {
     const int events =
-        qEnvironmentVariableIntValue("T0_LEDGER_EVENTS") > 0 ? qEnvironmentVariableIntValue("T0_LEDGER_EVENTS") : 600;
+        qEnvironmentVariableIntValue("T0_LEDGER_EVENTS") > 0 ? qEnvironmentVariableIntValue("T0_LEDGER_EVENTS") : 400;
     const quint32 seed = 20260105;
     QTemporaryDir dir;
     Days straight(seed, QString());

@@ -19,6 +19,7 @@ struct Options {
     QString script; ///< empty: standard input
     QString books;
     QString state;
+    GatewayOptions market;
     ConsoleHost::Settings host;
     Script::Format format;
     bool help = false;
@@ -48,7 +49,8 @@ public:
         m_parser.setApplicationDescription(QStringLiteral("A host without a window for the ManualT0Logic plug-in.\n"
                                                           "Commands, one a line, beside the facade's operations:\n  ") +
                                            Commands::help().join(QStringLiteral("\n  ")));
-        m_parser.addOptions({m_help, m_books, m_state, m_connect, m_user, m_timeout, m_settings, m_json, m_strict});
+        m_parser.addOptions({m_help, m_books, m_state, m_seed, m_immediate, m_slippage, m_connect, m_user, m_timeout,
+                             m_settings, m_json, m_strict});
         m_parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("Commands; without it standard input."),
                                        QStringLiteral("[FILE]"));
     }
@@ -73,12 +75,17 @@ public:
         bool isNumber = false;
         options.host.requestTimeoutMs = m_parser.value(m_timeout).toInt(&isNumber);
 
+        errorText = readMarket(options.market);
+        if (!errorText.isEmpty())
+            return options;
         if (m_parser.positionalArguments().size() > 1)
             errorText = QStringLiteral("one file of commands at most");
         else if (!isNumber || options.host.requestTimeoutMs < 1)
             errorText = QStringLiteral("--timeout must be a number of milliseconds above 0");
-        else if (m_parser.isSet(m_connect) && (m_parser.isSet(m_books) || m_parser.isSet(m_state)))
-            errorText = QStringLiteral("--books and --state are the embedded gateway's, --connect needs none");
+        else if (m_parser.isSet(m_connect) && isEmbeddedWanted())
+            errorText =
+                QStringLiteral("--books, --state, --seed, --immediate and --slippage are the embedded gateway's, "
+                               "--connect needs none");
         else if (m_parser.isSet(m_user) && options.host.user.isEmpty())
             errorText = QStringLiteral("--user needs an id");
         else if (m_parser.isSet(m_connect) && options.host.serverName.isEmpty())
@@ -89,6 +96,27 @@ public:
     QString helpText() const { return m_parser.helpText(); }
 
 private:
+    bool isEmbeddedWanted() const
+    {
+        return m_parser.isSet(m_books) || m_parser.isSet(m_state) || m_parser.isSet(m_seed) ||
+               m_parser.isSet(m_immediate) || m_parser.isSet(m_slippage);
+    }
+
+    /// What the options say of the embedded gateway's market; empty, or what is wrong with them.
+    QString readMarket(GatewayOptions &market) const
+    {
+        bool isNumber = true;
+        if (m_parser.isSet(m_seed))
+            market.seed = m_parser.value(m_seed).toULongLong(&isNumber);
+        if (!isNumber)
+            return QStringLiteral("--seed must be a whole number from 0 on");
+        market.immediate = m_parser.isSet(m_immediate);
+        if (m_parser.isSet(m_slippage))
+            market.slippage = m_parser.value(m_slippage).toInt(&isNumber);
+        return isNumber && market.slippage >= 0 ? QString()
+                                                : QStringLiteral("--slippage must be a number of ticks from 0 on");
+    }
+
     static QCommandLineOption option(const char *name, const char *description, const char *value = nullptr,
                                      const char *byDefault = nullptr)
     {
@@ -100,6 +128,11 @@ private:
     const QCommandLineOption m_help = option("help", "Show this text.");
     const QCommandLineOption m_books = option("books", "Books of the embedded gateway; default: the sample.", "DIR");
     const QCommandLineOption m_state = option("state", "Where its state is kept; in memory without it.", "FILE");
+    const QCommandLineOption m_seed = option("seed", "Of its market; in a state that has one the same.", "N");
+    const QCommandLineOption m_immediate =
+        option("immediate", "It fills orders whole as soon as their price is there.");
+    const QCommandLineOption m_slippage =
+        option("slippage", "It fills orders that take this many ticks worse.", "TICKS");
     const QCommandLineOption m_connect = option("connect", "Use the gateway that serves NAME instead.", "NAME");
     const QCommandLineOption m_user = option("user", "Who logs in; default: the first manager of the books.", "ID");
     const QCommandLineOption m_timeout = option("timeout", "Time-out of a request, default 5000.", "MS", "5000");
@@ -117,7 +150,7 @@ bool openGateway(Options &options)
     if (!loaded.books)
         return false;
     QString errorText;
-    options.host.gateway = PaperGateway::open(*loaded.books, options.state, errorText);
+    options.host.gateway = PaperGateway::open(*loaded.books, options.state, errorText, options.market);
     if (!options.host.gateway)
         print(stderr, QStringLiteral("t0-console: ") + errorText);
     return options.host.gateway != nullptr;

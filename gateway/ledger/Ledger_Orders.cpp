@@ -53,9 +53,8 @@ Refusal refusedExposure(const TraderUse &use, const Order &order)
     const qint64 sign = order.buy ? 1 : -1;
     const qint64 open = openPosition(use);
     const qint64 pending = liveTotal(use, order.buy) + order.quantity;
-    // deliberate: a position above a lowered limit can always be closed. Live orders count, or the same
-    // position could be closed many times over.
-    const bool onlyCloses = sign * open < 0 && pending <= qAbs(open);
+    // deliberate: a position can always be brought nearer to zero, also from above a lowered limit.
+    const bool onlyCloses = sign * open < 0 && order.quantity <= qAbs(open);
     if (onlyCloses)
         return Refusal::None;
     if (tooMuch(open + sign * order.quantity, order.maxExposure))

@@ -325,6 +325,10 @@ inline QString marketBegunAnew()
 {
     return QStringLiteral("证券资料变更，委托已过期");
 }
+inline QString marketHeld()
+{
+    return QStringLiteral("市场已暂停，时钟不动");
+}
 inline QString badStepCount(qint64 most)
 {
     return QStringLiteral("步数应为1到%1").arg(most);

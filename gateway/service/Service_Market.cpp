@@ -135,6 +135,8 @@ QString Service::stepBy(const QVariant &count)
     qint64 seconds = 0;
     if (!readWholeNumber(count, seconds) || seconds < 1 || seconds > maxSteps)
         return GatewayTexts::badStepCount(maxSteps);
+    if (m_memory.exchange.isHeld())
+        return GatewayTexts::marketHeld();
     advance(int(seconds));
     return QString();
 }
@@ -154,15 +156,11 @@ QString Service::runWith(const QVariant &speed)
 void Service::advance(int seconds)
 {
     Exchange &exchange = m_memory.exchange;
-    // deliberate: a held market that is told to step does, as a debugger would.
-    const bool held = exchange.isHeld();
-    exchange.setHeld(false);
     for (int i = 0; i < seconds; ++i) {
         const Exchange::Events events = exchange.step();
         m_store->moveClock(exchange.time());
         applyFills(events.fills);
     }
-    exchange.setHeld(held);
     touchAll();
 }
 

@@ -12,7 +12,7 @@
 namespace {
 
 /// For how long after the end of its validity a request can be repeated.
-constexpr qint64 answersKeptMs = 24ll * 60 * 60 * 1000;
+constexpr qint64 answersKeptMs = 30ll * 24 * 60 * 60 * 1000; // longer than any client is away
 
 /// Whether a request has taken place, so that its answer holds for repetitions. A late one has not: it is late
 /// again. One without an id cannot be repeated.

@@ -38,13 +38,11 @@ void applyPools(Groups &groups, const QVector<StoredPool> &pools, const Books &b
     }
 }
 
-void applyOrders(Groups &groups, const QVector<StoredOrder> &orders)
+void applyLive(UsageGroup &group, const QString &user, bool buy, const Ledger::Parts &open)
 {
-    for (const StoredOrder &order : orders) {
-        Ledger::Live &live = groupAt(groups, order.holding).usageOf(order.user).use.live;
-        (order.buy ? live.buyPre : live.sellPre) += order.open.pre;
-        (order.buy ? live.buyDaily : live.sellDaily) += order.open.daily;
-    }
+    Ledger::Live &live = group.usageOf(user).use.live;
+    (buy ? live.buyPre : live.sellPre) += open.pre;
+    (buy ? live.buyDaily : live.sellDaily) += open.daily;
 }
 
 } // namespace
@@ -55,7 +53,8 @@ bool Service::refreshUsage(const UsageParts &parts)
     for (const StoredUsage &usage : parts.records)
         groupAt(groups, usage.holding).byTrader.insert(usage.trader, usage);
     applyPools(groups, parts.pools, m_books);
-    applyOrders(groups, parts.orders);
+    for (const StoredOrder &order : parts.orders)
+        applyLive(groupAt(groups, order.holding), order.user, order.buy, order.open);
     for (UsageGroup &group : groups) {
         setTerms(group);
         saveGroup(group);
@@ -77,8 +76,10 @@ UsageGroup Service::groupOf(const Holding &holding)
     for (const StoredUsage &usage : records)
         groupAt(groups, holding).byTrader.insert(usage.trader, usage);
     applyPools(groups, m_store->poolsOf(holding), m_books);
-    applyOrders(groups, m_store->liveOrdersOf(holding));
     UsageGroup &group = groupAt(groups, holding);
+    const QVector<StoredLive> sums = m_store->liveOf(holding);
+    for (const StoredLive &live : sums)
+        applyLive(group, live.user, live.buy, live.open);
     setTerms(group);
     return group;
 }

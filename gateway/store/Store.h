@@ -24,6 +24,12 @@ struct StoredPool {
     qint64 maxPendExposure = -1;
 };
 
+struct StoredLive {
+    QString user;
+    bool buy = false;
+    Ledger::Parts open;
+};
+
 /// A usage record as it was last sent.
 struct StoredUsage {
     QString trader;
@@ -157,6 +163,8 @@ public:
     StoredOrder order(const QString &id); ///< without an id when there is none
 
     /// In the order in which they were placed.
+    /// What a trader's live orders of one direction have open together, of one holding.
+    QVector<StoredLive> liveOf(const Holding &holding);
     QVector<StoredOrder> liveOrders();
     QVector<StoredOrder> liveOrdersOf(const Holding &holding);
     QVector<StoredOrder> liveOrdersOfAccount(const QString &account);

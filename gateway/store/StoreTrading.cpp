@@ -136,8 +136,20 @@ StoredOrder Store::order(const QString &id)
 
 QVector<StoredOrder> Store::liveOrders()
 {
-    return d->rows<StoredOrder>(selectOrders() + QStringLiteral("WHERE ") + live() + QStringLiteral("ORDER BY o.id"),
+    // Ordered by an expression: by the bare id the database would walk every order there ever was.
+    return d->rows<StoredOrder>(selectOrders() + QStringLiteral("WHERE ") + live() + QStringLiteral("ORDER BY +o.id"),
                                 {}, orderFrom);
+}
+
+QVector<StoredLive> Store::liveOf(const Holding &holding)
+{
+    const QString sql = QStringLiteral("SELECT o.user, o.buy, SUM(o.open_pre), SUM(o.open_daily) FROM orders o "
+                                       "WHERE o.account = ? AND o.security = ? AND o.exchange = ? AND ") +
+                        live() + QStringLiteral("GROUP BY o.user, o.buy");
+    return d->rows<StoredLive>(sql, {holding.account, holding.securityID, holding.exchange}, [](const QSqlQuery &row) {
+        return StoredLive{
+            row.value(0).toString(), row.value(1).toBool(), {row.value(2).toLongLong(), row.value(3).toLongLong()}};
+    });
 }
 
 QVector<StoredOrder> Store::liveOrdersOf(const Holding &holding)

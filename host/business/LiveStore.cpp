@@ -1,6 +1,8 @@
 #include "LiveStore.h"
 
 #include "OrvaneFields.h"
+#include "StandFields.h"
+#include "business/OrderStore.h"
 #include "business/ReferenceStore.h"
 
 #include <QtCore/QReadWriteLock>
@@ -21,6 +23,12 @@ State &state()
 {
     static auto *state = new State; // never deleted: look-ups may come while the process ends
     return *state;
+}
+
+/// Of a market's state: yyyy-MM-dd.
+QString dayOf(const VariantRecord &market)
+{
+    return market.value(Stand_Fields::Market::marketTime).toString().left(10);
 }
 
 void enterQuotes(const RecordList &rows, bool pushed)
@@ -107,8 +115,13 @@ void LiveStore::answeredMarket(const RecordList &rows)
 
 void LiveStore::pushedMarket(const RecordList &rows)
 {
+    const QString day = dayOf(rows.value(0));
     QWriteLocker lock(&state().lock);
+    const bool isNewDay = !state().market.isEmpty() && dayOf(state().market) < day;
     state().market = rows.value(0);
+    lock.unlock();
+    if (isNewDay)
+        OrderStore::beginDay(day);
 }
 
 VariantRecord LiveStore::market()

@@ -125,6 +125,17 @@ VariantRecord narrowed(const VariantRecord &record, const QStringList &fields)
     return out;
 }
 
+/// Times begin with their day.
+void removeBefore(Records &records, const QString &timeField, const QString &day)
+{
+    for (auto record = records.begin(); record != records.end();) {
+        if (record->value(timeField).toString() < day)
+            record = records.erase(record);
+        else
+            ++record;
+    }
+}
+
 } // namespace
 
 void OrderStore::enterOrders(const RecordList &rows)
@@ -146,6 +157,13 @@ void OrderStore::enterFills(const RecordList &rows)
         if (!id.isEmpty())
             state().fills.insert(id, row);
     }
+}
+
+void OrderStore::beginDay(const QString &day)
+{
+    QWriteLocker lock(&state().lock);
+    removeBefore(state().orders, Stand_Fields::Order::orderTime, day);
+    removeBefore(state().fills, Stand_Fields::Fill::fillTime, day);
 }
 
 RecordList OrderStore::orders(const VariantRecord &filter, int &total, int start, int count,

@@ -11,6 +11,9 @@ namespace OrderStore {
 void enterOrders(const RecordList &rows); ///< whole records; those without an id are ignored
 void enterFills(const RecordList &rows);  ///< likewise
 
+/// A day of the market begins, yyyy-MM-dd: what is of an earlier one has expired or is history, and goes.
+void beginDay(const QString &day);
+
 /// As BusinessDataInterface::GetOrderListByCustomKey and GetFillList.
 RecordList orders(const VariantRecord &filter, int &total, int start, int count, const QStringList &sortKeys,
                   const QStringList &fields);

@@ -376,7 +376,8 @@ void LedgerTest::refusals_data()
     row("back to flat from above the limit", -900, 900, 0, Refusal::None);
     row("nearer to flat from above the limit", -200, 900, 0, Refusal::None);
     row("through flat and too far", -1600, 900, 0, Refusal::Exposure);
-    row("live orders close the position already", -900, 900, 900, Refusal::PendingExposure);
+    row("nearer to flat beside live orders that close it already", -900, 900, 900, Refusal::NotSellable);
+    row("nearer to flat, and through it with the live orders", -100, 900, 800, Refusal::None);
     row("more than can be sold", -1100, 1100, 0, Refusal::NotSellable);
 }
 

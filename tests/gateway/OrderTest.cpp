@@ -475,6 +475,10 @@ void OrderTest::theClockRunsUntilItIsHeld()
                   {orderOf("600001.SH", "SH", Side::normalBuy, "13.6", 100)});
     QVERIFY(client.all(Stand_MsgType::QueryFillsRequest).isEmpty());
     QCOMPARE(timeAfter(control(Command::status)), held);
+    QCOMPARE(refusal(client.ask(Stand_MsgType::ExchangeControlRequest, control(Command::step))),
+             QStringLiteral("市场已暂停，时钟不动"));
+    run.insert(Market_::speed, 0);
+    QCOMPARE(timeAfter(run), held);
     QVERIFY(timeAfter(control(Command::step)) > held);
     QCOMPARE(client.all(Stand_MsgType::QueryFillsRequest).size(), 1);
     QCOMPARE(textOf(client.pushed().constLast(), Market_::marketTime), timeAfter(control(Command::status)));

@@ -15,11 +15,6 @@ struct Traded {
 
 /// A trader's day in one security of one account.
 struct Usage {
-    struct Profit {
-        double floating = 0;
-        double realized = 0;
-    };
-
     QString side; ///< of the carried-over leg; empty: none
     Traded leg;
     Traded day;
@@ -31,7 +26,8 @@ struct Usage {
     qint64 net() const { return leg.bought - leg.sold + day.bought - day.sold; }
     Traded paid() const; ///< the whole, with fees
     double average() const;
-    Profit profit(double lastPrice) const;
+    double floating(double lastPrice) const;
+    double realized() const;
 };
 
 /// What traders hold and have earned, from what they carried over and their fills. Of their orders it needs only
@@ -44,8 +40,7 @@ public:
     /// trader, account, symbol and exchange as usage records are keyed.
     static QString key(const QString &trader, const VariantRecord &row);
 
-    Usage usage(const QString &key) const { return m_usage.value(key); }
-    QMap<QString, Usage> openOnes() const; ///< those with a position
+    QMap<QString, Usage> usage; ///< by key; what nobody has used is missing or empty
 
     void accept(const VariantRecord &order); ///< in the order of acceptance
     void fill(const VariantRecord &fill);    ///< of an accepted order, each once
@@ -59,6 +54,8 @@ private:
         qint64 closing = 0; ///< how much of what is not filled closes the leg
     };
 
-    QMap<QString, Usage> m_usage;
+    Usage &usageOf(const QString &trader, const VariantRecord &row);
+
+    Books m_books;
     QMap<QString, LiveOrder> m_orders; ///< by id
 };

@@ -47,6 +47,7 @@ private:
     Outcome exchange(const QVector<Argument> &arguments);
     Outcome dayChange(const QVector<Argument> &arguments);
     Outcome control(const VariantRecord &row);
+    Outcome stepBy(int seconds);
     Outcome as(const QVector<Argument> &arguments);
     /// Gives orders and fills the columns that people look for, whoever has listed them.
     static void showOrders(const QString &command, Outcome &outcome);

@@ -12,6 +12,9 @@
 
 namespace {
 
+/// Of one request: a whole day at once would outlast its time on a slow machine.
+constexpr int maxStepsAtOnce = 600;
+
 Outcome tableOf(const RecordList &rows, const QStringList &columns)
 {
     Outcome outcome;
@@ -150,12 +153,21 @@ Outcome Commands::exchange(const QVector<Argument> &arguments)
             QStringLiteral("argument 1: %1 is expected, not %2").arg(known.join(QStringLiteral(" or ")), command));
     VariantRecord row{{Stand_Fields::Market::command, command}};
     if (command == C::step)
-        row.insert(Stand_Fields::Market::count, number);
-    else if (command == C::run)
+        return stepBy(number);
+    if (command == C::run)
         row.insert(Stand_Fields::Market::speed, number);
     else if (arguments.size() > 1)
         return bad(QStringLiteral("exchange %1 takes nothing more").arg(command));
     return control(row);
+}
+
+Outcome Commands::stepBy(int seconds)
+{
+    Outcome outcome;
+    for (int left = seconds; left > 0 && outcome.errorText.isEmpty(); left -= maxStepsAtOnce)
+        outcome = control({{Stand_Fields::Market::command, Stand_Values::MarketCommand::step},
+                           {Stand_Fields::Market::count, qMin(left, maxStepsAtOnce)}});
+    return outcome;
 }
 
 Outcome Commands::dayChange(const QVector<Argument> &)

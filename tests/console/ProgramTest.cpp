@@ -1,68 +1,15 @@
+#include "Program.h"
 #include "Tests.h"
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
-#include <QtCore/QJsonObject>
-#include <QtCore/QProcess>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
+using namespace Program;
+
 namespace {
-
-constexpr int longEnoughMs = 60000;
-
-const char initAndWait[] = "init\nwait inited 0,1,2,3,4,5 30000\n";
-
-struct Run {
-    int exitCode = -1; ///< -1: did not end by itself
-    QByteArray output;
-    QString errors;
-
-    QVector<QJsonObject> lines() const
-    {
-        QVector<QJsonObject> objects;
-        for (const QByteArray &line : output.split('\n'))
-            if (!line.isEmpty())
-                objects.append(QJsonDocument::fromJson(line).object()); // empty when it is no JSON
-        return objects;
-    }
-};
-
-void start(QProcess &program, QStringList arguments)
-{
-    if (!arguments.contains(QStringLiteral("--connect")) && !arguments.contains(QStringLiteral("--books")))
-        arguments = QStringList{QStringLiteral("--books"), QStringLiteral(T0_SAMPLE_BOOKS)} + arguments;
-    program.start(QStringLiteral(T0_CONSOLE_PROGRAM), arguments);
-}
-
-Run finish(QProcess &program)
-{
-    const bool ended = program.waitForFinished(longEnoughMs) && program.exitStatus() == QProcess::NormalExit;
-    return {ended ? program.exitCode() : -1, program.readAllStandardOutput(),
-            QString::fromUtf8(program.readAllStandardError())};
-}
-
-Run runConsole(const QByteArray &input, const QStringList &arguments = {QStringLiteral("--json")})
-{
-    QProcess program;
-    start(program, arguments);
-    program.write(input);
-    program.closeWriteChannel();
-    return finish(program);
-}
-
-/// Reads the program's lines until one holds a text; false when it ended before.
-bool readUntil(QProcess &program, const QByteArray &text, QByteArray &line)
-{
-    do {
-        while (!program.canReadLine())
-            if (!program.waitForReadyRead(longEnoughMs))
-                return false;
-        line = program.readLine();
-    } while (!line.contains(text));
-    return true;
-}
 
 Run runScript(const char *script, const QStringList &arguments)
 {
@@ -122,14 +69,6 @@ QStringList shown(const QJsonArray &families, const QJsonArray &gatewayFamilies)
         }
     }
     return lines;
-}
-
-QJsonArray resultOf(const Run &run, const char *operation)
-{
-    for (const QJsonObject &line : run.lines())
-        if (line.value("op") == QLatin1String(operation))
-            return line.value("result").toArray();
-    return {};
 }
 
 /// The families whose loading was announced, ascending.
@@ -350,10 +289,8 @@ void ProgramTest::consolesOnOneGateway()
 {
     const QString name = QStringLiteral("t0-console-test-%1").arg(QCoreApplication::applicationPid());
     QProcess gateway;
-    gateway.start(QStringLiteral(T0_GATEWAY_PROGRAM),
-                  {QStringLiteral("--serve"), name, QStringLiteral("--books"), QStringLiteral(T0_SAMPLE_BOOKS)});
+    QVERIFY(serve(gateway, name));
     QByteArray line;
-    QVERIFY(readUntil(gateway, "serving", line));
 
     QProcess trader;
     start(trader, {"--json", "--connect", name, "--user", "trader1"});

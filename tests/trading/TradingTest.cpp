@@ -231,14 +231,15 @@ private:
         ++days;
         m_model.dayChange();
         control(Stand_Values::MarketCommand::dayChange, 1);
+        m_fillsOfDay = 0; // the host keeps one day's
     }
 
     /// The model learns of new fills and of ended orders.
     void follow()
     {
         const RecordList all = BusinessDataInterface::GetFillList({});
-        for (; fills < all.size(); ++fills)
-            m_model.fill(all.at(fills));
+        for (; m_fillsOfDay < all.size(); ++m_fillsOfDay, ++fills)
+            m_model.fill(all.at(m_fillsOfDay));
         const RecordList orders = heldOrders();
         for (const VariantRecord &order : orders)
             if (!isLive(order))
@@ -262,16 +263,9 @@ private:
         return found + storeDifference();
     }
 
-    /// The host keeps the orders of earlier days too; the server answers with those of its day.
     QString storeDifference()
     {
-        const QString day = text(m_session->marketState(), Stand_Fields::Market::marketTime).left(10);
-        RecordList ofDay;
-        const RecordList orders = heldOrders();
-        for (const VariantRecord &order : orders)
-            if (isLive(order) || text(order, Stand_Fields::Order::orderTime).startsWith(day))
-                ofDay.append(order);
-        return ofDay == request(Stand_MsgType::QueryOrdersRequest, {})
+        return heldOrders() == request(Stand_MsgType::QueryOrdersRequest, {})
                    ? QString()
                    : QStringLiteral("the host's orders are not the server's\n");
     }
@@ -279,6 +273,7 @@ private:
     const Books m_books = SampleBooks::make(1);
     const QStringList m_accounts = m_books.user(traderId)->accounts;
     UsageModel m_model{m_books};
+    int m_fillsOfDay = 0;
     RandomOrders m_random{m_books, traderId};
     std::unique_ptr<HostSession> m_session;
     std::unique_ptr<ManualT0LogicPrivate> m_hub;

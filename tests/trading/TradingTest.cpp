@@ -182,10 +182,13 @@ private:
     {
         RecordList orders;
         while (orders.size() < 3) {
-            VariantRecord order = m_random.next([this](const Instrument &of) { return priceOf(of, m_random); });
+            const bool same = !orders.isEmpty() && m_random.oneIn(2); // and there is less left for it
+            VariantRecord order =
+                same ? orders.last() : m_random.next([this](const Instrument &of) { return priceOf(of, m_random); });
             QStringList others = m_accounts;
             std::shuffle(others.begin(), others.end(), m_random.random);
-            order.insert(tradingAccount, QStringList{text(order, tradingAccount), "A000202"} + others.mid(1));
+            order.insert(tradingAccount,
+                         order.value(tradingAccount).toStringList() + QStringList{"A000202"} + others.mid(1));
             orders.append(order);
         }
         return orders;

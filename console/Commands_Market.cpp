@@ -144,7 +144,7 @@ Outcome Commands::exchange(const QVector<Argument> &arguments)
     namespace C = Stand_Values::MarketCommand;
     Reader reader(arguments);
     const auto command = reader.get<QString>(0);
-    const int number = reader.atLeast(1, 1, 1);
+    const int number = reader.atLeast(command == C::run ? 0 : 1, 1, 1);
     if (!reader.errorText.isEmpty())
         return bad(reader.errorText);
     const QStringList known{C::status, C::step, C::hold, C::run};

@@ -45,7 +45,7 @@ Exchange::Refusal Exchange::refusal(const OrderIn &order) const
     return book->allows(price) ? Refusal::None : Refusal::OutsideLimits;
 }
 
-/// The exchanges of a symbol that trade together in this second; none unless the symbol's first one is in a
+/// The exchanges of a symbol that trade together in this second; none unless the symbol's first one is in the
 /// phase.
 QStringList Exchange::marketsIn(const QString &symbol, Phase phase) const
 {

@@ -237,6 +237,7 @@ private slots:
     void phases();
     void randomOrders_data();
     void randomOrders();
+    void shownDepthIsSoldOnce();
     void ordersWaitInTheQueue();
     void auctionsHaveOnePrice();
     void slippageStaysWithinTheLimit();
@@ -321,6 +322,26 @@ void ExchangeTest::randomOrders()
         for (int i = 0; i < 80; ++i)
             traffic.event();
     }));
+}
+
+void ExchangeTest::shownDepthIsSoldOnce()
+{
+    Exchange exchange(sample(), 3);
+    exchange.setTime(at("10:00:00"));
+    const Instrument &instrument = instrumentOf(QStringLiteral("600001.SH"));
+    const QuoteLevel touch = exchange.quote(instrument.symbol)->asks.first();
+    const auto bought = [&](const char *id, qint64 quantity) {
+        qint64 sum = 0;
+        const QString text = QString::fromLatin1(id);
+        for (const Fill &fill : exchange.place(order(text, instrument, true, touch.price, quantity)))
+            sum += fill.quantity;
+        return sum;
+    };
+    QCOMPARE(bought("a", 107), 107);
+    QCOMPARE(bought("b", 100), 100);
+    QCOMPARE(bought("c", touch.quantity), touch.quantity - 300);
+    QCOMPARE(bought("d", 93), 0); // it would fit in what is left, but c is first
+    QCOMPARE(exchange.quote(instrument.symbol)->asks.first().quantity, 93);
 }
 
 void ExchangeTest::ordersWaitInTheQueue()

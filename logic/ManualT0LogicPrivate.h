@@ -335,6 +335,8 @@ private:
     void indexPool(const VariantRecord &pool) T0_REQUIRES(securityPoolLock);
     void unindexPool(const VariantRecord &pool) T0_REQUIRES(securityPoolLock);
     void resetSecurityPoolIndex() T0_REQUIRES(securityPoolLock);
+    /// poolType: of PoolTypes.
+    RecordList poolsOfResource(const QString &resourceId, int poolType) const T0_REQUIRES_SHARED(securityPoolLock);
     using PublicPools = QMap<QString, VariantRecord>; ///< by account, symbol and exchange
     PublicPools publicPoolsByPartner(const QStringList &accountList, const QString &symbol,
                                      const QString &exchange) const T0_REQUIRES_SHARED(securityPoolLock);

@@ -1,5 +1,6 @@
 #include "BusinessDataInterface.h"
 #include "CBusinessDataBase.h"
+#include "ChangeRows.h"
 #include "DisplayUnits.h"
 #include "ManualT0LogicPrivate.h"
 #include "MasterBusiUtils.h"
@@ -95,14 +96,12 @@ void takeFailure(const CancelBatch &batch, const GivenOrders &orders, const QStr
         results.append(withResult(orders.order(batch.account, id), code, errorText));
 }
 
-QString overallCode(const CancelCount &count, int orders)
+/// As of any batch, but nobody knows what became of orders of which none was answered.
+QString codeOf(const CancelCount &count, int orders)
 {
-    if (count.succeeded == orders)
-        return Orvane_Values::RequestExeStatus::success;
-    if (count.succeeded > 0)
-        return Master_Values::RequestExeStatus::ParticalFail;
-    return count.unanswered == orders ? Master_Values::RequestExeStatus::timeout
-                                      : Orvane_Values::RequestExeStatus::fail;
+    if (orders > 0 && count.unanswered == orders)
+        return Master_Values::RequestExeStatus::timeout;
+    return ChangeRows::overallCode(orders - count.succeeded, orders);
 }
 
 /// One batch an account, ascending.
@@ -165,5 +164,5 @@ QString ManualT0LogicPrivate::CancelOrderList(ZrPresenterClass *sender, const Re
         else
             takeFailure(batch, given, code, errorText, results, count);
     }
-    return overallCode(count, orders.size());
+    return codeOf(count, orders.size());
 }

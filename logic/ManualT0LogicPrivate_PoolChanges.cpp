@@ -218,14 +218,9 @@ void ManualT0LogicPrivate::queryPoolsOfEach(QStringList tradingAccounts)
 double ManualT0LogicPrivate::poolQuantity(const QString &resourceId, int poolType) const
 {
     double sum = 0;
-    IdQuery query;
     ReadLock lock(securityPoolLock);
-    query.equals(poolIdsByResource, resourceId);
-    const QVector<QString> ids = query.ids();
-    for (const QString &id : ids) {
-        const VariantRecord pool = securityPoolMap.value(id);
-        if (poolType == PoolTypes::All || Quantity::toIntQty(pool.value(PoolType)) == poolType)
-            sum += Quantity::toNum(pool.value(PoolTotalQty));
-    }
+    const RecordList pools = poolsOfResource(resourceId, poolType);
+    for (const VariantRecord &pool : pools)
+        sum += Quantity::toNum(pool.value(PoolTotalQty));
     return sum;
 }

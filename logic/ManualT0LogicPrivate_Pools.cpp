@@ -71,8 +71,17 @@ RecordList ManualT0LogicPrivate::GetSecurityPoolDetailByIdList(const QStringList
 
 RecordList ManualT0LogicPrivate::GetSecurityPoolDetailByResourceId(const QString &resourceId, int poolType) const
 {
-    RecordList pools;
     ReadLock lock(securityPoolLock);
+    RecordList pools = poolsOfResource(resourceId, poolType);
+    lock.unlock();
+    ReadLock namesLock(traderLock);
+    fillTraderNames(pools);
+    return pools;
+}
+
+RecordList ManualT0LogicPrivate::poolsOfResource(const QString &resourceId, int poolType) const
+{
+    RecordList pools;
     IdQuery query;
     query.equals(poolIdsByResource, resourceId);
     const QVector<QString> ids = query.ids();
@@ -81,9 +90,6 @@ RecordList ManualT0LogicPrivate::GetSecurityPoolDetailByResourceId(const QString
         if (poolType == PoolTypes::All || Quantity::toIntQty(pool.value(PoolType)) == poolType)
             pools.append(pool);
     }
-    lock.unlock();
-    ReadLock namesLock(traderLock);
-    fillTraderNames(pools);
     return pools;
 }
 

@@ -15,6 +15,11 @@ QString Request::text(const QString &field) const
     return row.value(field).toString();
 }
 
+QString Request::seenUser() const
+{
+    return user().isManager() ? QString() : user().userID;
+}
+
 Service::Service(const Books &books, std::unique_ptr<Store> store, const GatewayOptions &options)
     : m_books(books)
     , m_store(std::move(store))

@@ -33,6 +33,9 @@ struct Request {
 
     const User &user() const { return *session.user; }
     QString text(const QString &field) const; ///< of the row
+
+    /// Whose orders and fills its user sees; empty: everybody's.
+    QString seenUser() const;
 };
 
 /// The gateway's business: who may, what is answered, what is pushed. Lives on the gateway's thread.

@@ -71,12 +71,6 @@ VariantRecord fillRow(const StoredFill &fill)
     return row;
 }
 
-/// Whose orders a user sees; empty: everybody's.
-QString seenBy(const User &user)
-{
-    return user.isManager() ? QString() : user.userID;
-}
-
 } // namespace
 
 MessageBody Service::placeOrders(const Request &request)
@@ -171,7 +165,7 @@ MessageBody Service::queryOrders(const Request &request)
 {
     return Answers::idPage(
         request.values, Store::isOrderId,
-        [&](const QString &afterId, int limit) { return m_store->ordersOfDay(seenBy(request.user()), afterId, limit); },
+        [&](const QString &afterId, int limit) { return m_store->ordersOfDay(request.seenUser(), afterId, limit); },
         [](const StoredOrder &order) { return order.id; }, orderRow);
 }
 
@@ -179,7 +173,7 @@ MessageBody Service::queryFills(const Request &request)
 {
     return Answers::idPage(
         request.values, Store::isFillId,
-        [&](const QString &afterId, int limit) { return m_store->fillsOfDay(seenBy(request.user()), afterId, limit); },
+        [&](const QString &afterId, int limit) { return m_store->fillsOfDay(request.seenUser(), afterId, limit); },
         [](const StoredFill &fill) { return fill.id; }, fillRow);
 }
 

@@ -55,7 +55,7 @@ void Service::pushMissed(const Request &request, const QString &type)
 {
     constexpr int all = std::numeric_limits<int>::max();
     const ClientSession *only = &request.session;
-    const QString user = request.user().isManager() ? QString() : request.user().userID;
+    const QString user = request.seenUser();
     if (type == Stand_MsgType::OrderPush)
         for (const StoredOrder &order : m_store->ordersOfDay(user, QString(), all))
             pushOrder(order, only);

@@ -7,6 +7,7 @@
 
 #include <QtCore/QDateTime>
 
+#include <algorithm>
 #include <limits>
 
 namespace {
@@ -82,14 +83,11 @@ bool Service::refreshTouched()
         parts.pools += m_store->pools(account, QString(), std::numeric_limits<int>::max());
         parts.orders += m_store->liveOrdersOfAccount(account);
     }
-    for (const Holding &holding : m_changes.holdings()) {
-        // With its account already.
-        if (m_changes.accounts().contains(holding.account))
-            continue;
-        parts.records += m_store->usageOf(holding);
-        parts.pools += m_store->poolsOf(holding);
-        parts.orders += m_store->liveOrdersOf(holding);
-    }
+    QVector<Holding> holdings(m_changes.holdings().cbegin(), m_changes.holdings().cend());
+    std::sort(holdings.begin(), holdings.end()); // the order of the times of change
+    for (const Holding &holding : qAsConst(holdings))
+        if (!m_changes.accounts().contains(holding.account)) // else with its account
+            saveGroup(groupOf(holding));
     return refreshUsage(parts);
 }
 

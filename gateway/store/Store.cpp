@@ -19,13 +19,18 @@ QString StoreIds::pool(qint64 row)
     return id(poolKind, row);
 }
 
-qint64 StoreIds::row(const QString &id, QChar kind)
+qint64 StoreIds::row(const QString &id, char kind)
 {
     if (id.isEmpty())
         return 0;
     bool valid = false;
     const qint64 row = id.mid(1).toLongLong(&valid);
-    return valid && row > 0 && id == StoreIds::id(kind.toLatin1(), row) ? row : -1;
+    return valid && row > 0 && id == StoreIds::id(kind, row) ? row : -1;
+}
+
+QString bound(const QString &text)
+{
+    return text.isNull() ? QStringLiteral("") : text;
 }
 
 ModifyTime ModifyTime::next(qint64 now) const
@@ -99,12 +104,12 @@ Store::~Store() = default;
 
 bool Store::isResourceId(const QString &text)
 {
-    return StoreIds::row(text, QLatin1Char(StoreIds::resourceKind)) > 0;
+    return StoreIds::row(text, StoreIds::resourceKind) > 0;
 }
 
 bool Store::isPoolId(const QString &text)
 {
-    return StoreIds::row(text, QLatin1Char(StoreIds::poolKind)) > 0;
+    return StoreIds::row(text, StoreIds::poolKind) > 0;
 }
 
 QString Store::nextModifyTime()

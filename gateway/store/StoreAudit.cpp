@@ -73,7 +73,7 @@ QString Store::readAudit(const QString &file, const AuditFilter &filter,
     QSqlQuery *query =
         d.execute(QStringLiteral("SELECT %1 FROM audit WHERE real_ms >= ? AND (? = '' OR user = ?) ORDER BY id")
                       .arg(auditColumns()),
-                  {filter.sinceMs, filter.user.isNull() ? QStringLiteral("") : filter.user, filter.user});
+                  {filter.sinceMs, bound(filter.user), bound(filter.user)});
     while (query && query->next())
         each(entryFrom(*query));
     if (query && query->lastError().isValid())

@@ -31,16 +31,6 @@ StoredPool poolFrom(const QSqlQuery &query)
             query.value(8).toLongLong()};
 }
 
-qint64 resourceRow(const QString &id)
-{
-    return StoreIds::row(id, QLatin1Char(StoreIds::resourceKind));
-}
-
-qint64 poolRow(const QString &id)
-{
-    return StoreIds::row(id, QLatin1Char(StoreIds::poolKind));
-}
-
 } // namespace
 
 QSet<QString> Store::enabledAccounts()
@@ -58,7 +48,8 @@ bool Store::setEnabled(const QString &account, bool enabled)
 
 StoredResource Store::resource(const QString &id)
 {
-    return d->row<StoredResource>(resourceColumns() + QStringLiteral("WHERE id = ?"), {resourceRow(id)}, resourceFrom);
+    return d->row<StoredResource>(resourceColumns() + QStringLiteral("WHERE id = ?"),
+                                  {StoreIds::row(id, StoreIds::resourceKind)}, resourceFrom);
 }
 
 StoredResource Store::resourceOf(const Holding &holding)
@@ -72,7 +63,7 @@ QVector<StoredResource> Store::resources(const QString &account, const QString &
 {
     return d->rows<StoredResource>(resourceColumns() +
                                        QStringLiteral("WHERE account = ? AND id > ? ORDER BY id LIMIT ?"),
-                                   {account, resourceRow(afterId), limit}, resourceFrom);
+                                   {account, StoreIds::row(afterId, StoreIds::resourceKind), limit}, resourceFrom);
 }
 
 QString Store::saveResource(const StoredResource &resource)
@@ -80,7 +71,7 @@ QString Store::saveResource(const StoredResource &resource)
     const Holding &holding = resource.holding;
     if (!resource.id.isEmpty())
         return d->execute(QStringLiteral("UPDATE resources SET quantity = ? WHERE id = ?"),
-                          {resource.quantity, resourceRow(resource.id)})
+                          {resource.quantity, StoreIds::row(resource.id, StoreIds::resourceKind)})
                    ? resource.id
                    : QString();
     const QSqlQuery *query =
@@ -91,18 +82,20 @@ QString Store::saveResource(const StoredResource &resource)
 
 bool Store::removeResource(const QString &id)
 {
-    return d->execute(QStringLiteral("DELETE FROM resources WHERE id = ?"), {resourceRow(id)});
+    return d->execute(QStringLiteral("DELETE FROM resources WHERE id = ?"),
+                      {StoreIds::row(id, StoreIds::resourceKind)});
 }
 
 StoredPool Store::pool(const QString &id)
 {
-    return d->row<StoredPool>(poolColumns() + QStringLiteral("WHERE p.id = ?"), {poolRow(id)}, poolFrom);
+    return d->row<StoredPool>(poolColumns() + QStringLiteral("WHERE p.id = ?"), {StoreIds::row(id, StoreIds::poolKind)},
+                              poolFrom);
 }
 
 QVector<StoredPool> Store::pools(const QString &account, const QString &afterId, int limit)
 {
     const QString sql = poolColumns() + QStringLiteral("WHERE p.account = ? AND p.id > ? ORDER BY p.id LIMIT ?");
-    return d->rows<StoredPool>(sql, {account, poolRow(afterId), limit}, poolFrom);
+    return d->rows<StoredPool>(sql, {account, StoreIds::row(afterId, StoreIds::poolKind), limit}, poolFrom);
 }
 
 QVector<StoredPool> Store::poolsOf(const Holding &holding)
@@ -123,17 +116,18 @@ QString Store::savePool(const StoredPool &pool)
     if (!pool.id.isEmpty())
         return d->execute(QStringLiteral("UPDATE pools SET quantity = ?, max_exposure = ?, max_pend_exposure = ? "
                                          "WHERE id = ?"),
-                          values + QVariantList{poolRow(pool.id)})
+                          values + QVariantList{StoreIds::row(pool.id, StoreIds::poolKind)})
                    ? pool.id
                    : QString();
     const QSqlQuery *query =
         d->execute(QStringLiteral("INSERT INTO pools (quantity, max_exposure, max_pend_exposure, resource, account, "
                                   "trader) VALUES (?, ?, ?, ?, ?, ?)"),
-                   values + QVariantList{resourceRow(pool.resourceId), pool.holding.account, pool.trader});
+                   values + QVariantList{StoreIds::row(pool.resourceId, StoreIds::resourceKind), pool.holding.account,
+                                         pool.trader});
     return query ? StoreIds::pool(query->lastInsertId().toLongLong()) : QString();
 }
 
 bool Store::removePool(const QString &id)
 {
-    return d->execute(QStringLiteral("DELETE FROM pools WHERE id = ?"), {poolRow(id)});
+    return d->execute(QStringLiteral("DELETE FROM pools WHERE id = ?"), {StoreIds::row(id, StoreIds::poolKind)});
 }

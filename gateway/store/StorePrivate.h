@@ -77,8 +77,11 @@ QString resource(qint64 row);
 QString pool(qint64 row);
 
 /// The row of such an id, 0 for an empty text, -1 for any other.
-qint64 row(const QString &id, QChar kind);
+qint64 row(const QString &id, char kind);
 } // namespace StoreIds
+
+/// A text to bind: a null one would be NULL, which equals nothing.
+QString bound(const QString &text);
 
 template <typename Row, typename Read>
 QVector<Row> Store::Private::rows(const QString &sql, const QVariantList &values, Read read)

@@ -68,38 +68,27 @@ StoredFill fillFrom(const QSqlQuery &query)
             query.value(behindOrder + 3).toLongLong()};
 }
 
-qint64 rowOf(const QString &id, char kind)
-{
-    return StoreIds::row(id, QLatin1Char(kind));
-}
-
-/// A null text would be NULL, which equals nothing.
-QString bound(const QString &text)
-{
-    return text.isNull() ? QStringLiteral("") : text;
-}
-
 } // namespace
 
 bool Store::isPositionId(const QString &text)
 {
-    return rowOf(text, StoreIds::positionKind) > 0;
+    return StoreIds::row(text, StoreIds::positionKind) > 0;
 }
 
 bool Store::isOrderId(const QString &text)
 {
-    return rowOf(text, StoreIds::orderKind) > 0;
+    return StoreIds::row(text, StoreIds::orderKind) > 0;
 }
 
 bool Store::isFillId(const QString &text)
 {
-    return rowOf(text, StoreIds::fillKind) > 0;
+    return StoreIds::row(text, StoreIds::fillKind) > 0;
 }
 
 QVector<StoredPosition> Store::positions(const QString &afterId, int limit)
 {
     return d->rows<StoredPosition>(positionColumns() + QStringLiteral("WHERE id > ? ORDER BY id LIMIT ?"),
-                                   {rowOf(afterId, StoreIds::positionKind), limit}, positionFrom);
+                                   {StoreIds::row(afterId, StoreIds::positionKind), limit}, positionFrom);
 }
 
 StoredPosition Store::positionOf(const Holding &holding)
@@ -117,7 +106,7 @@ QString Store::savePosition(const StoredPosition &position)
     const QVariantList values{stock.quantity, stock.tradeable, stock.margin};
     if (!position.id.isEmpty())
         return d->execute(QStringLiteral("UPDATE positions SET quantity = ?, tradeable = ?, margin = ? WHERE id = ?"),
-                          values + QVariantList{rowOf(position.id, StoreIds::positionKind)})
+                          values + QVariantList{StoreIds::row(position.id, StoreIds::positionKind)})
                    ? position.id
                    : QString();
     const Holding &holding = position.holding;
@@ -130,8 +119,8 @@ QString Store::savePosition(const StoredPosition &position)
 
 StoredOrder Store::order(const QString &id)
 {
-    return d->row<StoredOrder>(selectOrders() + QStringLiteral("WHERE o.id = ?"), {rowOf(id, StoreIds::orderKind)},
-                               orderFrom);
+    return d->row<StoredOrder>(selectOrders() + QStringLiteral("WHERE o.id = ?"),
+                               {StoreIds::row(id, StoreIds::orderKind)}, orderFrom);
 }
 
 QVector<StoredOrder> Store::liveOrders()
@@ -171,7 +160,8 @@ QVector<StoredOrder> Store::ordersOfDay(const QString &user, const QString &afte
 {
     const QString sql = selectOrders() + QStringLiteral("WHERE o.id > MAX(?, (SELECT day_order FROM clock)) AND "
                                                         "(? = '' OR o.user = ?) ORDER BY o.id LIMIT ?");
-    return d->rows<StoredOrder>(sql, {rowOf(afterId, StoreIds::orderKind), bound(user), bound(user), limit}, orderFrom);
+    return d->rows<StoredOrder>(sql, {StoreIds::row(afterId, StoreIds::orderKind), bound(user), bound(user), limit},
+                                orderFrom);
 }
 
 QVector<StoredFill> Store::fillsOfDay(const QString &user, const QString &afterId, int limit)
@@ -180,7 +170,8 @@ QVector<StoredFill> Store::fillsOfDay(const QString &user, const QString &afterI
                                        "ON o.id = f.order_id WHERE f.id > MAX(?, (SELECT day_fill FROM clock)) AND "
                                        "(? = '' OR o.user = ?) ORDER BY f.id LIMIT ?")
                             .arg(orderColumns());
-    return d->rows<StoredFill>(sql, {rowOf(afterId, StoreIds::fillKind), bound(user), bound(user), limit}, fillFrom);
+    return d->rows<StoredFill>(sql, {StoreIds::row(afterId, StoreIds::fillKind), bound(user), bound(user), limit},
+                               fillFrom);
 }
 
 QString Store::saveOrder(const StoredOrder &order)
@@ -190,7 +181,7 @@ QString Store::saveOrder(const StoredOrder &order)
     if (!order.id.isEmpty())
         return d->execute(QStringLiteral("UPDATE orders SET open_pre = ?, open_daily = ?, filled = ?, amount = ?, "
                                          "status = ?, text = ?, changed_ms = ? WHERE id = ?"),
-                          state + QVariantList{rowOf(order.id, StoreIds::orderKind)})
+                          state + QVariantList{StoreIds::row(order.id, StoreIds::orderKind)})
                    ? order.id
                    : QString();
     const Holding &holding = order.holding;
@@ -208,7 +199,7 @@ QString Store::addFill(const StoredFill &fill)
 {
     const QSqlQuery *query =
         d->execute(QStringLiteral("INSERT INTO fills (order_id, quantity, price, ms) VALUES (?, ?, ?, ?)"),
-                   {rowOf(fill.order.id, StoreIds::orderKind), fill.quantity, fill.price, fill.ms});
+                   {StoreIds::row(fill.order.id, StoreIds::orderKind), fill.quantity, fill.price, fill.ms});
     return query ? StoreIds::id(StoreIds::fillKind, query->lastInsertId().toLongLong()) : QString();
 }
 

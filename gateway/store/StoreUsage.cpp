@@ -116,10 +116,9 @@ bool Store::saveUsage(const StoredUsage &usage)
                        "bought_amount, sold_amount, pre_side, pre_bought, pre_sold, pre_bought_amount, "
                        "pre_sold_amount, pool_total, buy_limit, sell_limit, close_buy_limit, close_sell_limit) "
                        "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
-        {usage.trader, usage.holding.account, usage.holding.securityID, usage.holding.exchange,
-         usage.modifyTime.isNull() ? QStringLiteral("") : usage.modifyTime, use.dailyBought, use.dailySold,
-         use.dailyBoughtAmount, use.dailySoldAmount, legSideText(use.leg.side), use.leg.bought, use.leg.sold,
-         use.leg.boughtAmount, use.leg.soldAmount, limits.poolTotal, limits.dailyBuy, limits.dailySell, limits.closeBuy,
-         limits.closeSell});
+        {usage.trader, usage.holding.account, usage.holding.securityID, usage.holding.exchange, bound(usage.modifyTime),
+         use.dailyBought, use.dailySold, use.dailyBoughtAmount, use.dailySoldAmount, legSideText(use.leg.side),
+         use.leg.bought, use.leg.sold, use.leg.boughtAmount, use.leg.soldAmount, limits.poolTotal, limits.dailyBuy,
+         limits.dailySell, limits.closeBuy, limits.closeSell});
     return query != nullptr;
 }

@@ -1,6 +1,7 @@
 #include "HostSession.h"
 
 #include "EventBus.h"
+#include "HostNews.h"
 #include "MasterInitStateMgr.h"
 #include "MasterUtils.h"
 #include "MasterValues.h"
@@ -9,6 +10,7 @@
 #include "StandFields.h"
 #include "StandMsgType.h"
 #include "business/LiveStore.h"
+#include "business/NewsDesk.h"
 #include "business/OrderStore.h"
 #include "business/ReferenceStore.h"
 #include "core/Activity.h"
@@ -48,14 +50,34 @@ struct LiveFamily {
     void (*pushed)(const RecordList &rows);
 };
 
+void answeredOrders(const RecordList &rows)
+{
+    OrderStore::enterOrders(rows);
+}
+
+void pushedOrders(const RecordList &rows)
+{
+    NewsDesk::orders(OrderStore::enterOrders(rows));
+}
+
+void answeredFills(const RecordList &rows)
+{
+    OrderStore::enterFills(rows);
+}
+
+void pushedFills(const RecordList &rows)
+{
+    NewsDesk::fills(OrderStore::enterFills(rows));
+}
+
 const QVector<LiveFamily> &liveFamilies()
 {
     using namespace Stand_MsgType;
     // never deleted: a push may come while the process ends
     static const auto *families = new QVector<LiveFamily>{
         {QuotePush, QueryQuotesRequest, {}, LiveStore::answeredQuotes, LiveStore::pushedQuotes},
-        {OrderPush, QueryOrdersRequest, {}, OrderStore::enterOrders, OrderStore::enterOrders},
-        {FillPush, QueryFillsRequest, {}, OrderStore::enterFills, OrderStore::enterFills},
+        {OrderPush, QueryOrdersRequest, {}, answeredOrders, pushedOrders},
+        {FillPush, QueryFillsRequest, {}, answeredFills, pushedFills},
         {PositionPush, QueryPositionsRequest, {}, LiveStore::answeredPositions, LiveStore::pushedPositions},
         {MarketPush,
          ExchangeControlRequest,
@@ -144,6 +166,7 @@ class HostSession::Private
 {
 public:
     std::unique_ptr<WatchedChannel> channel;
+    std::unique_ptr<HostNews> news;
     QString user;
     int timeoutMs = 0;
 
@@ -181,6 +204,7 @@ std::unique_ptr<HostSession> HostSession::open(HostConfig config, QString &error
     clearStores();
     SettingsStore::open(config.settingsDir);
     MessageChannel &channel = session->channel();
+    session->d->news = NewsDesk::open(channel);
     Server::open({&channel, config.user, config.requestTimeoutMs});
     channel.setPushHandler(onPush);
     if (!config.user.isEmpty()) {
@@ -201,6 +225,7 @@ HostSession::~HostSession()
     Server::close();
     RequestFates::clear();
     d->channel->setPushHandler({});
+    d->news.reset();
     d->channel.reset();
     EventBusState::clear();
     MasterInitStateMgr::instance().clear();
@@ -216,6 +241,11 @@ HostSession *HostSession::current()
 MessageChannel &HostSession::channel()
 {
     return *d->channel;
+}
+
+HostNews &HostSession::news()
+{
+    return *d->news;
 }
 
 QString HostSession::request(const QString &msgType, const VariantRecord &values, const RecordList &rows,
@@ -265,6 +295,7 @@ bool HostSession::settle(int timeoutMs)
         if (left <= 0 || !d->echo(left) || !LivingObjects::passThroughAll(int(deadline.remainingTime())))
             return false;
         QCoreApplication::processEvents();
+        d->news->deliver();
         const bool unchanged = Activity::underWay() == 0 && Activity::count() == before;
         quiet = unchanged ? quiet + 1 : 0;
         if (!unchanged)

@@ -2,6 +2,7 @@
 
 #include "OrvaneFields.h"
 #include "StandFields.h"
+#include "business/NewsDesk.h"
 #include "business/OrderStore.h"
 #include "business/ReferenceStore.h"
 
@@ -76,6 +77,7 @@ void LiveStore::answeredQuotes(const RecordList &rows)
 void LiveStore::pushedQuotes(const RecordList &rows)
 {
     enterQuotes(rows, true);
+    NewsDesk::quotes(rows);
 }
 
 VariantRecord LiveStore::quote(const QString &symbol)
@@ -92,6 +94,7 @@ void LiveStore::answeredPositions(const RecordList &rows)
 void LiveStore::pushedPositions(const RecordList &rows)
 {
     enterPositions(rows, true);
+    NewsDesk::positions(rows);
 }
 
 RecordList LiveStore::positions(const QString &tradingAccount)
@@ -120,8 +123,11 @@ void LiveStore::pushedMarket(const RecordList &rows)
     const bool isNewDay = !state().market.isEmpty() && dayOf(state().market) < day;
     state().market = rows.value(0);
     lock.unlock();
-    if (isNewDay)
+    if (isNewDay) {
         OrderStore::beginDay(day);
+        NewsDesk::dayBegan(day);
+    }
+    NewsDesk::market(rows.value(0));
 }
 
 VariantRecord LiveStore::market()

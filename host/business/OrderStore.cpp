@@ -138,25 +138,33 @@ void removeBefore(Records &records, const QString &timeField, const QString &day
 
 } // namespace
 
-void OrderStore::enterOrders(const RecordList &rows)
+RecordList OrderStore::enterOrders(const RecordList &rows)
 {
+    RecordList entered;
     QWriteLocker lock(&state().lock);
     for (const VariantRecord &row : rows) {
         const QString id = row.value(Orvane_Fields::Security::orderID).toString();
         const auto held = state().orders.constFind(id);
-        if (!id.isEmpty() && (held == state().orders.cend() || !isOlder(row, *held)))
+        if (!id.isEmpty() && (held == state().orders.cend() || !isOlder(row, *held))) {
             state().orders.insert(id, row);
+            entered.append(row);
+        }
     }
+    return entered;
 }
 
-void OrderStore::enterFills(const RecordList &rows)
+RecordList OrderStore::enterFills(const RecordList &rows)
 {
+    RecordList entered;
     QWriteLocker lock(&state().lock);
     for (const VariantRecord &row : rows) {
         const QString id = row.value(Stand_Fields::Fill::fillID).toString();
-        if (!id.isEmpty())
+        if (!id.isEmpty() && !state().fills.contains(id)) {
             state().fills.insert(id, row);
+            entered.append(row);
+        }
     }
+    return entered;
 }
 
 void OrderStore::beginDay(const QString &day)

@@ -8,8 +8,9 @@
 /// order: of one order's states the newest stays. Thread-safe; empty without a session.
 namespace OrderStore {
 
-void enterOrders(const RecordList &rows); ///< whole records; those without an id are ignored
-void enterFills(const RecordList &rows);  ///< likewise
+/// Whole records; those without an id are ignored. Returns those that are new or newer than what was held.
+RecordList enterOrders(const RecordList &rows);
+RecordList enterFills(const RecordList &rows);
 
 /// A day of the market begins, yyyy-MM-dd: what is of an earlier one has expired or is history, and goes.
 void beginDay(const QString &day);

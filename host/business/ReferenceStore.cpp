@@ -2,6 +2,7 @@
 
 #include "OrvaneFields.h"
 #include "StandFields.h"
+#include "business/NewsDesk.h"
 
 #include <QtCore/QReadWriteLock>
 
@@ -145,6 +146,8 @@ void ReferenceStore::addBusinessMessage(const QString &line)
 {
     QWriteLocker lock(&state().lock);
     state().businessMessages.append(line);
+    lock.unlock();
+    NewsDesk::businessMessage(line);
 }
 
 QStringList ReferenceStore::takeBusinessMessages()

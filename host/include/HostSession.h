@@ -7,6 +7,7 @@
 
 #include <memory>
 
+class HostNews;
 class MessageChannel;
 
 /// What a session needs to open.
@@ -43,6 +44,7 @@ public:
     static HostSession *current();
 
     MessageChannel &channel();
+    HostNews &news(); ///< lives on the thread that opened the session
 
     /// A request of the program itself (console, desk): values and rows out, values and rows back. The result
     /// code of the answer, or Master_Values::RequestExeStatus::timeout; errorText is filled unless success.

@@ -1,6 +1,35 @@
 #include "WatchedChannel.h"
 
+#include "business/NewsDesk.h"
 #include "core/Activity.h"
+
+#include <QtCore/QElapsedTimer>
+
+namespace {
+
+/// Tells the news of a request when it has ended.
+class Watch
+{
+public:
+    explicit Watch(const QString &msgType)
+        : m_request{msgType, QDateTime::currentDateTime(), 0, MessageChannel::Outcome::NotSent}
+    {
+        m_clock.start();
+    }
+
+    void end(MessageChannel::Outcome outcome)
+    {
+        m_request.durationMs = int(m_clock.elapsed());
+        m_request.outcome = outcome;
+        NewsDesk::request(m_request);
+    }
+
+private:
+    FinishedRequest m_request;
+    QElapsedTimer m_clock;
+};
+
+} // namespace
 
 WatchedChannel::WatchedChannel(std::unique_ptr<MessageChannel> inner)
     : m_inner(std::move(inner))
@@ -9,14 +38,20 @@ WatchedChannel::WatchedChannel(std::unique_ptr<MessageChannel> inner)
 MessageChannel::Reply WatchedChannel::request(const Envelope &envelope, int timeoutMs)
 {
     const Activity::Token token = Activity::begin();
-    return m_inner->request(envelope, timeoutMs);
+    Watch watch(envelope.type);
+    Reply reply = m_inner->request(envelope, timeoutMs);
+    watch.end(reply.outcome);
+    return reply;
 }
 
 bool WatchedChannel::send(const Envelope &envelope, int timeoutMs, ReplyHandler handler)
 {
-    return m_inner->send(
-        envelope, timeoutMs,
-        [handler = std::move(handler), token = Activity::begin()](const Reply &reply) { handler(reply); });
+    return m_inner->send(envelope, timeoutMs,
+                         [handler = std::move(handler), token = Activity::begin(),
+                          watch = Watch(envelope.type)](const Reply &reply) mutable {
+                             watch.end(reply.outcome);
+                             handler(reply);
+                         });
 }
 
 bool WatchedChannel::subscribe(const QString &pushType, const VariantRecord &filter, const QString &serviceName,

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-/// Counts what goes through the session's channel, for HostSession::settle.
+/// Counts what goes through the session's channel, for HostSession::settle, and tells the news of its requests.
 class WatchedChannel : public MessageChannel
 {
 public:

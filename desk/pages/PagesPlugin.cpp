@@ -1,0 +1,26 @@
+#include "PagesPlugin.h"
+
+#include "ManagerPage.h"
+#include "ManualT0Logic.h"
+#include "ProfitPage.h"
+#include "StatusPage.h"
+#include "TraderPage.h"
+
+bool PagesPlugin::initialize(const QStringList &, QString *errorString, const QString &dllName)
+{
+    if (PageShell::instance())
+        return true;
+    if (errorString)
+        *errorString = QStringLiteral("%1：没有可放置页面的窗口").arg(dllName);
+    return false;
+}
+
+void PagesPlugin::extensionsInitialized()
+{
+    PageShell *shell = PageShell::instance();
+    shell->addPage(TraderPage::description());
+    shell->addPage(ManagerPage::description());
+    shell->addPage(ProfitPage::description());
+    shell->addPage(StatusPage::description());
+    ManualT0Logic::InitData();
+}

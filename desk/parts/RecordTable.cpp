@@ -1,0 +1,361 @@
+#include "RecordTable.h"
+
+#include "BarDelegate.h"
+#include "CsvText.h"
+#include "Format.h"
+#include "Layout.h"
+#include "PageShell.h"
+
+#include <QtCore/QSaveFile>
+#include <QtCore/QSortFilterProxyModel>
+#include <QtGui/QClipboard>
+#include <QtGui/QContextMenuEvent>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QFileDialog>
+#include <QtWidgets/QHeaderView>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QMenu>
+
+namespace {
+
+int defaultCharacters(const Column &column)
+{
+    if (column.width > 0)
+        return column.width;
+    switch (column.kind) {
+    case CellKind::Text:
+    case CellKind::Bar:
+        return 14;
+    case CellKind::Money:
+        return 15;
+    case CellKind::Share:
+        return 8;
+    default:
+        return 12;
+    }
+}
+
+} // namespace
+
+/// Sorts by values, what has none last, and hides what does not pass filter and search.
+class RecordTable::Proxy : public QSortFilterProxyModel
+{
+public:
+    Proxy(RecordModel *model, QObject *parent)
+        : QSortFilterProxyModel(parent)
+        , m_model(model)
+    {
+        setSourceModel(model);
+        setSortRole(RecordModel::ValueRole);
+        setDynamicSortFilter(true);
+    }
+
+    void setFilter(std::function<bool(const VariantRecord &)> passes)
+    {
+        m_passes = std::move(passes);
+        invalidateFilter();
+    }
+
+    void search(const QString &text)
+    {
+        m_text = text.trimmed();
+        invalidateFilter();
+    }
+
+protected:
+    bool filterAcceptsRow(int row, const QModelIndex &) const override
+    {
+        const VariantRecord record = m_model->record(row);
+        if (m_passes && !m_passes(record))
+            return false;
+        if (m_text.isEmpty())
+            return true;
+        for (const Column &column : m_model->columns()) {
+            if (Format::cell(column, record).contains(m_text, Qt::CaseInsensitive))
+                return true;
+        }
+        return false;
+    }
+
+    bool lessThan(const QModelIndex &left, const QModelIndex &right) const override
+    {
+        const QVariant a = left.data(RecordModel::ValueRole);
+        const QVariant b = right.data(RecordModel::ValueRole);
+        if (a.isValid() != b.isValid())
+            return a.isValid() == (sortOrder() == Qt::AscendingOrder);
+        if (a.userType() == QMetaType::Double)
+            return a.toDouble() < b.toDouble();
+        return QString::compare(a.toString(), b.toString()) < 0;
+    }
+
+private:
+    RecordModel *m_model;
+    std::function<bool(const VariantRecord &)> m_passes;
+    QString m_text;
+};
+
+RecordTable::RecordTable(const QString &name, RecordModel *model, QWidget *parent)
+    : QTableView(parent)
+    , m_model(model)
+    , m_proxy(new Proxy(model, this))
+    , m_search(new QLineEdit(this))
+{
+    setObjectName(name);
+    setModel(m_proxy);
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(ExtendedSelection);
+    setEditTriggers(NoEditTriggers);
+    setAlternatingRowColors(true);
+    setSortingEnabled(true);
+    setWordWrap(false);
+    setTabKeyNavigation(false);
+    setHorizontalScrollMode(ScrollPerPixel);
+    verticalHeader()->hide();
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+    horizontalHeader()->setSectionsMovable(true);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setContextMenuPolicy(Qt::ActionsContextMenu);
+    for (int i = 0; i < model->columns().size(); ++i) {
+        if (model->columns().at(i).kind == CellKind::Bar)
+            setItemDelegateForColumn(i, new BarDelegate(this));
+    }
+
+    m_search->setObjectName(name + QStringLiteral(".search"));
+    m_search->setPlaceholderText(tr("查找"));
+    m_search->setClearButtonEnabled(true);
+    m_search->hide();
+    connect(m_search, &QLineEdit::textChanged, this, &RecordTable::search);
+
+    restoreLayout();
+    connect(horizontalHeader(), &QHeaderView::sectionMoved, this, &RecordTable::saveLayout);
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this, &RecordTable::saveLayout);
+    connect(horizontalHeader(), &QHeaderView::sortIndicatorChanged, this, &RecordTable::saveLayout);
+    connect(this, &QTableView::doubleClicked, this,
+            [this](const QModelIndex &index) { emit activatedRecord(recordsOf({index}).value(0)); });
+
+    const PageShell *shell = PageShell::instance();
+    if (!shell)
+        return;
+    connect(shell, &PageShell::layoutReset, this, [this](const QString &page) {
+        if (page == Layout::pageOf(objectName()))
+            resetLayout();
+    });
+    connect(shell, &PageShell::appearanceChanged, this,
+            [this] { verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6); });
+    connect(shell, &PageShell::searchRequested, this, [this](const QWidget *focus) {
+        if (focus == this || focus == m_search)
+            openSearch();
+    });
+    connect(shell, &PageShell::exportRequested, this, [this](const QWidget *focus) {
+        if (focus == this)
+            askForExport();
+    });
+}
+
+RecordTable::~RecordTable() = default;
+
+void RecordTable::setFilter(std::function<bool(const VariantRecord &)> passes)
+{
+    m_proxy->setFilter(std::move(passes));
+}
+
+void RecordTable::search(const QString &text)
+{
+    m_proxy->search(text);
+}
+
+RecordList RecordTable::recordsOf(const QModelIndexList &rows) const
+{
+    RecordList records;
+    for (const QModelIndex &row : rows)
+        records.append(m_model->record(m_proxy->mapToSource(row).row()));
+    return records;
+}
+
+RecordList RecordTable::shownRecords() const
+{
+    QModelIndexList rows;
+    for (int row = 0; row < m_proxy->rowCount(); ++row)
+        rows.append(m_proxy->index(row, 0));
+    return recordsOf(rows);
+}
+
+RecordList RecordTable::chosenRecords() const
+{
+    QModelIndexList rows = selectionModel()->selectedRows();
+    std::sort(rows.begin(), rows.end());
+    return recordsOf(rows);
+}
+
+QString RecordTable::currentKey() const
+{
+    return currentIndex().data(RecordModel::KeyRole).toString();
+}
+
+void RecordTable::chooseKey(const QString &key)
+{
+    const QModelIndex found = m_proxy->mapFromSource(m_model->index(m_model->rowOf(key), 0));
+    if (!found.isValid())
+        return;
+    setCurrentIndex(found);
+    scrollTo(found);
+}
+
+QVector<int> RecordTable::shownColumns() const
+{
+    QVector<int> columns;
+    for (int place = 0; place < horizontalHeader()->count(); ++place) {
+        const int column = horizontalHeader()->logicalIndex(place);
+        if (!isColumnHidden(column))
+            columns.append(column);
+    }
+    return columns;
+}
+
+QStringList RecordTable::titles() const
+{
+    QStringList titles;
+    for (const int column : shownColumns())
+        titles.append(m_model->columns().at(column).title);
+    return titles;
+}
+
+QStringList RecordTable::cells(const VariantRecord &row, QString (*write)(const Column &, const VariantRecord &)) const
+{
+    QStringList cells;
+    for (const int column : shownColumns())
+        cells.append(write(m_model->columns().at(column), row));
+    return cells;
+}
+
+QString RecordTable::chosenAsText() const
+{
+    const RecordList chosen = chosenRecords();
+    const RecordList rows = chosen.isEmpty() ? shownRecords() : chosen;
+    QString text = titles().join(QLatin1Char('\t')) + QLatin1Char('\n');
+    for (const VariantRecord &row : rows)
+        text += cells(row, Format::cell).join(QLatin1Char('\t')) + QLatin1Char('\n');
+    return text;
+}
+
+QString RecordTable::exportTo(const QString &fileName) const
+{
+    QSaveFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly))
+        return tr("%1：%2").arg(fileName, file.errorString());
+    file.write("\xEF\xBB\xBF");
+    file.write(CsvText::line(titles()).toUtf8());
+    const RecordList rows = shownRecords();
+    for (const VariantRecord &row : rows)
+        file.write(CsvText::line(cells(row, Format::fileCell)).toUtf8());
+    return file.commit() ? QString() : tr("%1：%2").arg(fileName, file.errorString());
+}
+
+void RecordTable::askForExport()
+{
+    const QString proposed = objectName().replace(QLatin1Char('.'), QLatin1Char('-')) + QStringLiteral(".csv");
+    const QString fileName = QFileDialog::getSaveFileName(this, tr("导出"), proposed, tr("CSV 文件 (*.csv)"));
+    if (fileName.isEmpty())
+        return;
+    const QString errorText = exportTo(fileName);
+    if (PageShell *shell = PageShell::instance())
+        shell->notify(errorText.isEmpty() ? PageShell::Notice::Success : PageShell::Notice::Refusal,
+                      errorText.isEmpty() ? tr("已导出到 %1").arg(fileName) : tr("导出失败：%1").arg(errorText));
+}
+
+void RecordTable::openSearch()
+{
+    m_search->show();
+    m_search->setFocus();
+    m_search->selectAll();
+    resizeEvent(nullptr);
+}
+
+void RecordTable::resizeEvent(QResizeEvent *event)
+{
+    if (event)
+        QTableView::resizeEvent(event);
+    const QSize size = m_search->sizeHint();
+    m_search->setGeometry(width() - size.width() - 24, height() - size.height() - 4, size.width(), size.height());
+}
+
+void RecordTable::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Copy)) {
+        QApplication::clipboard()->setText(chosenAsText());
+    } else if (event->key() == Qt::Key_Escape && m_search->isVisible()) {
+        m_search->clear();
+        m_search->hide();
+        setFocus();
+    } else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && currentIndex().isValid()) {
+        emit activatedRecord(recordsOf({currentIndex()}).value(0));
+    } else {
+        QTableView::keyPressEvent(event);
+    }
+}
+
+void RecordTable::contextMenuEvent(QContextMenuEvent *event)
+{
+    QMenu menu(this);
+    menu.addActions(actions());
+    menu.addSeparator();
+    menu.addAction(tr("复制"), this, [this] { QApplication::clipboard()->setText(chosenAsText()); });
+    menu.addAction(tr("查找"), this, &RecordTable::openSearch);
+    menu.addAction(tr("导出…"), this, &RecordTable::askForExport);
+    QMenu *columns = menu.addMenu(tr("列"));
+    for (int i = 0; i < m_model->columns().size(); ++i) {
+        QAction *action = columns->addAction(m_model->columns().at(i).title);
+        action->setCheckable(true);
+        action->setChecked(!isColumnHidden(i));
+        action->setEnabled(isColumnHidden(i) || shownColumns().size() > 1);
+        connect(action, &QAction::toggled, this, [this, i](bool on) {
+            setColumnHidden(i, !on);
+            saveLayout();
+        });
+    }
+    menu.exec(event->globalPos());
+}
+
+void RecordTable::setDefaultWidths()
+{
+    const int character = fontMetrics().averageCharWidth();
+    for (int i = 0; i < m_model->columns().size(); ++i)
+        setColumnWidth(i, character * defaultCharacters(m_model->columns().at(i)) + 12);
+}
+
+/// With the ids of the columns: a layout of other columns would put widths and orders where they do not belong.
+QString RecordTable::layoutName() const
+{
+    QStringList ids;
+    for (const Column &column : m_model->columns())
+        ids.append(column.id);
+    return objectName() + QLatin1Char('/') + ids.join(QLatin1Char('_'));
+}
+
+void RecordTable::restoreLayout()
+{
+    m_isRestoring = true;
+    setDefaultWidths();
+    if (!horizontalHeader()->restoreState(Layout::kept(layoutName())))
+        sortByColumn(-1, Qt::AscendingOrder);
+    m_isRestoring = false;
+}
+
+void RecordTable::saveLayout() const
+{
+    if (!m_isRestoring)
+        Layout::keep(layoutName(), horizontalHeader()->saveState());
+}
+
+void RecordTable::resetLayout()
+{
+    m_isRestoring = true;
+    for (int i = 0; i < m_model->columns().size(); ++i) {
+        setColumnHidden(i, false);
+        horizontalHeader()->moveSection(horizontalHeader()->visualIndex(i), i);
+    }
+    setDefaultWidths();
+    sortByColumn(-1, Qt::AscendingOrder);
+    m_isRestoring = false;
+    saveLayout();
+}

@@ -175,6 +175,14 @@ void MasterComboBox::keyPressEvent(QKeyEvent *event)
         QComboBox::keyPressEvent(event);
 }
 
+/// The tabulator takes the item that is marked in the list; typed text alone is no choice yet.
+bool MasterComboBox::focusNextPrevChild(bool next)
+{
+    if (isSearchEnabled() && isListOpen() && completer()->popup()->currentIndex().isValid())
+        take(typedItem());
+    return QComboBox::focusNextPrevChild(next);
+}
+
 void MasterComboBox::focusOutEvent(QFocusEvent *event)
 {
     QComboBox::focusOutEvent(event); // takes the item whose whole text was typed

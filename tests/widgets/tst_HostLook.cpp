@@ -1,6 +1,6 @@
 #include "MasterUtils.h"
 #include "PinyinInitials.h"
-#include "WidgetsTest.h"
+#include "Tests.h"
 #include "ZrListView.h"
 
 #include <QtGui/QPainter>
@@ -175,9 +175,6 @@ private slots:
     }
 };
 
-std::unique_ptr<QObject> makeHostLookTest()
-{
-    return std::make_unique<HostLookTest>();
-}
+T0_REGISTER_TEST(HostLookTest)
 
 #include "tst_HostLook.moc"

@@ -1,6 +1,6 @@
 #include "ManualT0DoubleSpinbox.h"
 #include "ManualT0TraderCombo.h"
-#include "WidgetsTest.h"
+#include "Tests.h"
 
 #include <QtTest/QtTest>
 #include <QtWidgets/QAbstractItemView>
@@ -243,9 +243,6 @@ private:
     }
 };
 
-std::unique_ptr<QObject> makeInputsTest()
-{
-    return std::make_unique<InputsTest>();
-}
+T0_REGISTER_TEST(InputsTest)
 
 #include "tst_Inputs.moc"

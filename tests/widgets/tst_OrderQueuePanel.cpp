@@ -1,6 +1,6 @@
 #include "MasterUtils.h"
 #include "OrderQueuePanel.h"
-#include "WidgetsTest.h"
+#include "Tests.h"
 
 #include <QtGui/QPalette>
 #include <QtTest/QtTest>
@@ -200,9 +200,6 @@ private slots:
 
 Q_DECLARE_METATYPE(std::function<void(Panel &)>)
 
-std::unique_ptr<QObject> makeOrderQueuePanelTest()
-{
-    return std::make_unique<OrderQueuePanelTest>();
-}
+T0_REGISTER_TEST(OrderQueuePanelTest)
 
 #include "tst_OrderQueuePanel.moc"

@@ -1,5 +1,6 @@
 #include "Desk.h"
 #include "MainWindow.h"
+#include "ScriptPlayer.h"
 
 #include <QtCore/QLibraryInfo>
 #include <QtCore/QTextStream>
@@ -57,18 +58,36 @@ void translate(QApplication &application, const QString &language)
         QApplication::installTranslator(own);
 }
 
+int fail(const DeskOptions &options, const QString &errorText)
+{
+    if (options.isOffscreen || !options.script.isEmpty())
+        print(stderr, QStringLiteral("t0-desk: %1").arg(errorText));
+    else
+        QMessageBox::critical(nullptr, QStringLiteral("T0"), errorText);
+    return Failed;
+}
+
+int play(Desk &desk, const DeskOptions &options)
+{
+    ScriptPlayer player(desk.window(), *desk.faults(), options.script, options.shotsDir);
+    QString errorText;
+    if (!player.start(errorText))
+        return fail(options, errorText);
+    QObject::connect(&player, &ScriptPlayer::finished, qApp, [](const QString &failure) {
+        if (!failure.isEmpty())
+            print(stderr, failure);
+        QCoreApplication::exit(failure.isEmpty() ? Good : Failed);
+    });
+    return QApplication::exec();
+}
+
 int run(const DeskOptions &options)
 {
     Desk desk(options);
     const QString errorText = desk.open();
-    if (!errorText.isEmpty()) {
-        if (options.isOffscreen || !options.script.isEmpty())
-            print(stderr, QStringLiteral("t0-desk: %1").arg(errorText));
-        else
-            QMessageBox::critical(nullptr, QStringLiteral("T0"), errorText);
-        return Failed;
-    }
-    return QApplication::exec();
+    if (!errorText.isEmpty())
+        return fail(options, errorText);
+    return options.script.isEmpty() ? QApplication::exec() : play(desk, options);
 }
 
 } // namespace

@@ -20,6 +20,7 @@
 #include <QtWidgets/QAction>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QButtonGroup>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QStackedWidget>
 #include <QtWidgets/QToolBar>
@@ -83,6 +84,7 @@ MainWindow::MainWindow(HostSession &session, const QString &gateway, const QStri
     , m_commands(new CommandList(this))
     , m_notices(new NoticeBoard(*m_appearance, this))
     , m_bar(new QToolBar)
+    , m_who(new QLabel)
     , m_pageButtons(new QButtonGroup(this))
     , m_stack(new QStackedWidget)
     , m_shell(std::make_unique<Shell>(*this))
@@ -124,10 +126,12 @@ void MainWindow::setTitle(const QString &gateway)
         roleNames.append(tr("管理员"));
     if (roles.contains(Master_Values::UserRoles::ManualT0Trader))
         roleNames.append(tr("交易员"));
-    setWindowTitle(QStringLiteral("T0 · %1 (%2) · %3 · %4")
-                       .arg(user.value(Orvane_Fields::UserAccount::userName).toString(),
-                            user.value(Orvane_Fields::UserAccount::userID).toString(),
-                            roleNames.join(QStringLiteral("、")), gateway));
+    const QString who = QStringLiteral("%1 (%2) · %3 · %4")
+                            .arg(user.value(Orvane_Fields::UserAccount::userName).toString(),
+                                 user.value(Orvane_Fields::UserAccount::userID).toString(),
+                                 roleNames.join(QStringLiteral("、")), gateway);
+    setWindowTitle(QStringLiteral("T0 · ") + who);
+    m_who->setText(who);
 }
 
 void MainWindow::build()
@@ -234,6 +238,8 @@ void MainWindow::addMenu()
     auto *space = new QWidget;
     space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     m_bar->addWidget(space);
+    m_who->setObjectName(QStringLiteral("who"));
+    m_bar->addWidget(m_who);
     auto *menu = new QMenu(this);
     for (const char *id : {"refresh", "layout", "dark", "larger", "smaller", "keys", "preferences", "quit"})
         menu->addAction(m_commands->find(QLatin1String("frame.") + QLatin1String(id))->action);

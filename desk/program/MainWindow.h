@@ -13,6 +13,7 @@ class ConnectionWatch;
 class HostSession;
 class NoticeBoard;
 class QButtonGroup;
+class QLabel;
 class QStackedWidget;
 class QToolBar;
 
@@ -58,6 +59,7 @@ private:
     CommandList *m_commands;
     NoticeBoard *m_notices;
     QToolBar *m_bar;
+    QLabel *m_who;
     QButtonGroup *m_pageButtons;
     QStackedWidget *m_stack;
     std::unique_ptr<Shell> m_shell; ///< goes before what it shows

@@ -32,6 +32,7 @@ StatusLine::StatusLine(HostSession &session, const ConnectionWatch &connection, 
     setObjectName(QStringLiteral("status"));
     setSizeGripEnabled(false);
     m_clock->setObjectName(QStringLiteral("status.clock"));
+    m_clock->setContentsMargins(6, 0, 6, 0);
     addPermanentWidget(m_clock);
     connect(&connection, &ConnectionWatch::changed, this, &StatusLine::showConnection);
     connect(&connection, &ConnectionWatch::measured, this, &StatusLine::showConnection);
@@ -48,6 +49,7 @@ QLabel *StatusLine::addLabel(const QString &name)
 {
     auto *label = new QLabel;
     label->setObjectName(name);
+    label->setContentsMargins(6, 0, 6, 0);
     addWidget(label);
     return label;
 }

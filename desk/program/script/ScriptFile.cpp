@@ -14,29 +14,13 @@ struct Verb {
 };
 
 /// Each expectation is also there as one that is waited for: "until" in place of "expect".
-constexpr Verb verbs[] = {{"key", 1, 1},
-                          {"type", 1, any},
-                          {"click", 1, 2},
-                          {"rclick", 1, 2},
-                          {"dclick", 1, 2},
-                          {"cell", 2, 3},
-                          {"page", 1, 1},
-                          {"settle", 0, 0},
-                          {"wait", 1, 1},
-                          {"expect", 2, any},
-                          {"expect-none", 2, any},
-                          {"expect-rows", 2, 2},
-                          {"expect-text", 2, any},
-                          {"expect-focus", 1, 1},
-                          {"expect-enabled", 2, 2},
-                          {"expect-visible", 2, 2},
-                          {"set", 2, any},
-                          {"choose", 2, any},
-                          {"shot", 1, 1},
-                          {"exchange", 1, 2},
-                          {"quote", 2, 2},
-                          {"fault", 1, 5},
-                          {"quit", 0, 0}};
+constexpr Verb verbs[] = {
+    {"key", 1, 1},           {"type", 1, any},       {"click", 1, 2},          {"rclick", 1, 2},
+    {"dclick", 1, 2},        {"cell", 2, 3},         {"page", 1, 1},           {"settle", 0, 0},
+    {"wait", 1, 1},          {"expect", 2, any},     {"expect-none", 2, any},  {"expect-rows", 2, 2},
+    {"expect-text", 2, any}, {"expect-focus", 1, 1}, {"expect-enabled", 2, 2}, {"expect-visible", 2, 2},
+    {"set", 2, any},         {"choose", 2, any},     {"shot", 1, 1},           {"exchange", 1, 2},
+    {"quote", 2, 2},         {"fault", 1, 5},        {"say", 1, any},          {"quit", 0, 0}};
 
 const Verb *findVerb(QString name)
 {

@@ -60,9 +60,8 @@ void OrderQueuePanel::AppendOrderInfo(const QString &id, double price)
 
 void OrderQueuePanel::RemoveOrderInfo(const QString &id)
 {
-    if (m_orderInfos.remove(id) == 0)
-        return;
-    updateOrderQueue();
+    if (m_orderInfos.remove(id) > 0)
+        updateOrderQueue();
 }
 
 void OrderQueuePanel::SetMonitorQty(int qty, QColor color)
@@ -114,11 +113,11 @@ void OrderQueuePanel::updateOrderQueue()
     const VariantRecord large = look(m_normalColor, m_highlightColor);
     const VariantRecord ordinary = look(m_normalColor, MasterUtils::SystemBackgroundColor());
 
-    const int markedQty = m_monitorQty >= 1 && anyOrderAtPrice() ? m_monitorQty : 0;
+    const bool marks = m_monitorQty >= 1 && anyOrderAtPrice();
     RecordList cells;
     cells.reserve(m_queue.size());
     for (const int qty : qAsConst(m_queue)) {
-        VariantRecord cell = markedQty >= 1 && qty == markedQty ? marked : isLarge(qty) ? large : ordinary;
+        VariantRecord cell = marks && qty == m_monitorQty ? marked : isLarge(qty) ? large : ordinary;
         cell.insert(keys.text, QString::number(qty / lot));
         cell.insert(keys.qty, qty);
         cells.append(cell);

@@ -222,7 +222,6 @@ private slots:
         box.InitTraders({{"t1", "顾远山"}, {"t2", "沈知秋"}, {"t3", "叶青禾"}, {"t4", "何江晚"}}, true, false);
         QVERIFY(QTest::qWaitForWindowActive(&window));
         box.setFocus();
-        box.lineEdit()->selectAll();
         const QSignalSpy taken(&box, QOverload<int>::of(&QComboBox::activated));
         for (const QChar letter : qAsConst(typed))
             QTest::sendKeyEvent(QTest::Click, target(box), Qt::Key_unknown, QString(letter), Qt::NoModifier);
@@ -232,6 +231,19 @@ private slots:
         QTEST(taken.count(), "taken");
         if (!keys.isEmpty())
             QCOMPARE(box.currentText(), box.itemText(box.currentIndex()));
+    }
+
+    void focusTakenAwayWhileTheListIsOpen()
+    {
+        Window<ManualT0TraderCombo> window;
+        window.input->InitTraders({{"t1", "顾远山"}}, true, false);
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        window.input->setFocus();
+        QTest::keyClicks(window.input, "t");
+        QVERIFY(window.input->completer()->popup()->isVisible());
+        window.other->setFocus();
+        QVERIFY(!window.input->completer()->popup()->isVisible());
+        QCOMPARE(window.input->currentText(), QString("全部交易员"));
     }
 
 private:

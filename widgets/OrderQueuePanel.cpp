@@ -8,6 +8,7 @@
 #include <QtWidgets/QListView>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -67,7 +68,7 @@ void OrderQueuePanel::RemoveOrderInfo(const QString &id)
 void OrderQueuePanel::SetMonitorQty(int qty, QColor color)
 {
     m_monitorQty = qty;
-    m_monitorColor = color;
+    m_monitorColor = std::move(color);
     updateOrderQueue();
 }
 
@@ -78,12 +79,12 @@ void OrderQueuePanel::SetBaseQty(int qty)
 
 void OrderQueuePanel::SetHighlightColor(QColor color)
 {
-    m_highlightColor = color;
+    m_highlightColor = std::move(color);
 }
 
 void OrderQueuePanel::SetNormalColor(QColor color)
 {
-    m_normalColor = color;
+    m_normalColor = std::move(color);
 }
 
 void OrderQueuePanel::SetGridSize(QSize size)

@@ -233,6 +233,30 @@ private slots:
             QCOMPARE(box.currentText(), box.itemText(box.currentIndex()));
     }
 
+    void likeTextsAreToldApart_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QList<int>>("keys");
+        QTest::addColumn<QString>("id");
+        QTest::newRow("the whole text before a part") << "Lin" << QList<int>{Qt::Key_Return} << "c";
+        QTest::newRow("same text, Enter") << "an" << QList<int>{Qt::Key_Up, Qt::Key_Return} << "d";
+        QTest::newRow("same text, tabulator") << "an" << QList<int>{Qt::Key_Up, Qt::Key_Tab} << "d";
+    }
+    void likeTextsAreToldApart()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QList<int>, keys);
+        Window<MasterComboBox> window;
+        window.input->setSearchEnabled();
+        window.input->AddItemsList({"An", "Linan", "Lin", "An"}, {"a", "b", "c", "d"});
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        window.input->setFocus();
+        QTest::keyClicks(window.input, typed);
+        for (const int key : qAsConst(keys))
+            QTest::keyClick(target(*window.input), Qt::Key(key));
+        QTEST(window.input->currentData().toString(), "id");
+    }
+
     void focusTakenAwayWhileTheListIsOpen()
     {
         Window<ManualT0TraderCombo> window;

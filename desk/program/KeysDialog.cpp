@@ -46,7 +46,7 @@ void KeysDialog::build()
     m_fault->setObjectName(QStringLiteral("keys.fault"));
     m_fault->setWordWrap(true);
 
-    auto *apply = new QPushButton(tr("设置"));
+    auto *apply = new QPushButton(tr("应用"));
     apply->setObjectName(QStringLiteral("keys.apply"));
     apply->setAutoDefault(false);
     connect(apply, &QPushButton::clicked, this, &KeysDialog::apply);

@@ -126,10 +126,10 @@ void MainWindow::setTitle(const QString &gateway)
         roleNames.append(tr("管理员"));
     if (roles.contains(Master_Values::UserRoles::ManualT0Trader))
         roleNames.append(tr("交易员"));
-    const QString who = QStringLiteral("%1 (%2) · %3 · %4")
-                            .arg(user.value(Orvane_Fields::UserAccount::userName).toString(),
-                                 user.value(Orvane_Fields::UserAccount::userID).toString(),
-                                 roleNames.join(QStringLiteral("、")), gateway);
+    const QString who =
+        QStringLiteral("%1 (%2) · %3 · %4")
+            .arg(user.value(Orvane_Fields::UserAccount::userName).toString(),
+                 user.value(Orvane_Fields::UserAccount::userID).toString(), roleNames.join(tr("、")), gateway);
     setWindowTitle(QStringLiteral("T0 · ") + who);
     m_who->setText(who);
 }
@@ -245,7 +245,7 @@ void MainWindow::addMenu()
         menu->addAction(m_commands->find(QLatin1String("frame.") + QLatin1String(id))->action);
     auto *button = new QToolButton;
     button->setObjectName(QStringLiteral("menu"));
-    button->setText(tr("  菜单  "));
+    button->setText(QStringLiteral("  %1  ").arg(tr("菜单")));
     button->setFocusPolicy(Qt::NoFocus);
     button->setMenu(menu);
     button->setPopupMode(QToolButton::InstantPopup);

@@ -36,6 +36,18 @@ QStringList rolesOfUser()
     return CBusinessDataBase::GetLoginAccountDetail().value(Stand_Fields::User::roles).toStringList();
 }
 
+/// Who gets the focus when a page is shown: who had it there last, else the first that takes it.
+QWidget *entryOf(QWidget *page)
+{
+    if (page->focusWidget() || page->focusProxy())
+        return page->focusWidget() ? page->focusWidget() : page;
+    for (QWidget *widget = page->nextInFocusChain(); widget != page; widget = widget->nextInFocusChain())
+        if (page->isAncestorOf(widget) && widget->isVisibleTo(page) && widget->isEnabled() &&
+            (widget->focusPolicy() & Qt::TabFocus))
+            return widget;
+    return page;
+}
+
 } // namespace
 
 /// What plug-ins see of the window.
@@ -185,7 +197,7 @@ bool MainWindow::showPage(const QString &id)
         m_pageButtons->button(i)->setChecked(true);
         QWidget *page = m_pages.at(i).widget;
         if (!focusWidget() || !page->isAncestorOf(focusWidget()))
-            (page->focusWidget() ? page->focusWidget() : page)->setFocus();
+            entryOf(page)->setFocus();
         return true;
     }
     return false;

@@ -48,10 +48,11 @@ bool hasDisplay()
     return false;
 }
 
-/// Without a display Qt warns of every window that nobody sees its limits of size.
+/// Qt remarks at every turn what is missing where there is no display; here that is meant.
 void messageWithoutDisplay(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
-    if (!text.contains(QLatin1String("propagateSizeHints")))
+    if (!text.startsWith(QLatin1String("This plugin does not support")) &&
+        !text.contains(QLatin1String("XDG_RUNTIME_DIR")))
         print(stderr, qFormatLogMessage(type, context, text));
     if (type == QtFatalMsg)
         std::abort();

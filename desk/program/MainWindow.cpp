@@ -235,14 +235,9 @@ void MainWindow::addBuiltInCommands()
         m_appearance->choose(choice);
     });
     addCommand("layout", tr("还原默认布局"), "Ctrl+Shift+L", [this] { emit m_shell->layoutReset(shownPage()); });
-    addCommand("keys", tr("快捷键"), "F12", [this] { showDialog(new KeysDialog(*m_commands, this)); });
-    addCommand("preferences", tr("设置"), "Ctrl+,", [this] { showDialog(new PreferencesDialog(*m_appearance, this)); });
+    addCommand("keys", tr("快捷键"), "F12", [this] { (new KeysDialog(*m_commands, this))->open(); });
+    addCommand("preferences", tr("设置"), "Ctrl+,", [this] { (new PreferencesDialog(*m_appearance, this))->open(); });
     addCommand("quit", tr("退出"), "Ctrl+Q", [this] { close(); });
-}
-
-void MainWindow::showDialog(QDialog *dialog)
-{
-    dialog->open();
 }
 
 void MainWindow::addMenu()

@@ -121,6 +121,8 @@ private slots:
                                        << "bad.desk:1: \"set\" needs 2 words, there are 1\n";
         QTest::newRow("too many words") << QByteArray("page tiny other\n")
                                         << "bad.desk:1: \"other\" is too much for \"page\"\n";
+        QTest::newRow("neither yes nor no")
+            << QByteArray("expect-visible tiny.edit maybe\n") << "bad.desk:1: \"maybe\" is not yes or no\n";
         QTest::newRow("an open quote") << QByteArray("type \"abc\n") << "bad.desk:1: a quote is not closed\n";
         QTest::newRow("no widget") << QByteArray("click tiny.button\n")
                                    << "bad.desk:1: click: no visible widget is named \"tiny.button\"\n";

@@ -15,6 +15,7 @@
 #include "StandMsgType.h"
 #include "Tests.h"
 
+#include <QtCore/QRegularExpression>
 #include <QtCore/QTextStream>
 #include <QtTest/QtTest>
 
@@ -141,6 +142,22 @@ QStringList lines(const Model &model)
     return resources + pools;
 }
 
+/// What the pools let traders buy and sell, where nobody has traded: one line of each who may trade anything.
+QStringList limitLines(const Model &model, const Books &books)
+{
+    QStringList result;
+    for (const Model::Resource &held : model.resources()) {
+        const qint64 ofAll = held.pools.value(Books::publicTrader()).quantity;
+        for (const QString &trader : books.tradersOf(held.account)) {
+            const qint64 limit = ofAll + held.pools.value(trader).quantity;
+            if (limit > 0 && model.isEnabled(held.account))
+                result.append(line({held.account, held.security.symbol, trader, limit, limit, limit}));
+        }
+    }
+    result.sort();
+    return result;
+}
+
 /// A manager's client at a gateway in memory.
 class Desk
 {
@@ -233,7 +250,7 @@ QString differenceOf(const char *what, const QStringList &are, const QStringList
 }
 
 /// Where server, model and client differ; empty: nowhere.
-QString disagreement(Desk &desk, Model &model)
+QString disagreement(Desk &desk, Model &model, const Books &books)
 {
     const VariantRecord held = desk.gatewayPicture();
     const RecordList resources = recordsOf(held.value(Stand_Fields::Picture::Resources));
@@ -241,12 +258,15 @@ QString disagreement(Desk &desk, Model &model)
     const ManualT0LogicPrivate &hub = *desk.hub;
     const QStringList accounts = hub.GetAllT0TradingAccountList();
     const QStringList limits{tradingAccount, symbol, T0TraderId, RtPoolTotalQty, RtTotalBuyLimit, RtTotalSellLimit};
+    const QStringList usage = lines(recordsOf(held.value(Stand_Fields::Picture::RealtimeUsage)), limits);
     const QString idFault = model.learnIds(resources, pools);
     return idFault + differenceOf("the server", lines(resources, pools), lines(model)) +
            differenceOf("the client", lines(hub.GetAllResourceList(), hub.GetAllSecurityPoolList()),
                         lines(resources, pools)) +
+           differenceOf("the server's usage", usage.filter(QRegularExpression(" [1-9]\\d* \\d+ \\d+$")),
+                        limitLines(model, books)) +
            differenceOf("the client's usage", lines(hub.GetRealtimePoolDetailList(accounts, {}, {}, {}), limits),
-                        lines(recordsOf(held.value(Stand_Fields::Picture::RealtimeUsage)), limits));
+                        usage);
 }
 
 } // namespace
@@ -301,7 +321,7 @@ void ChangesTest::clientServerAndModelAgree()
         if (change.operation == Change::DeleteResources && code == Master_Values::RequestExeStatus::timeout)
             desk.hub->RefreshDataByType(ManualT0Logic::SecurityPools);
         QVERIFY2(desk.session->settle(60000), what);
-        const QString difference = disagreement(desk, model);
+        const QString difference = disagreement(desk, model, theBooks);
         QVERIFY2(difference.isEmpty(), what + difference.toUtf8());
     }
     if (isGiven)

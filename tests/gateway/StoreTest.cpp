@@ -27,7 +27,6 @@ private slots:
     void beginsWithTheBooksAndKeepsItsOwn();
     void modifyTimesFollowTheClock_data();
     void modifyTimesFollowTheClock();
-    void anUndoneTransactionLeavesNothing();
     void refusesOtherBooksAndASecondGateway();
     void refusesWhatIsNotItsOwn();
 
@@ -112,22 +111,6 @@ void StoreTest::modifyTimesFollowTheClock()
     const auto store = Store::open(m_file, TestBooks::withRows(1), errorText);
     QVERIFY2(store, qPrintable(errorText));
     QTEST(store->nextModifyTime(), "next");
-}
-
-void StoreTest::anUndoneTransactionLeavesNothing()
-{
-    QString errorText;
-    const Books books = TestBooks::withRows(1);
-    const auto store = Store::open(QString(), books, errorText);
-    StoredUsage usage;
-    usage.trader = QStringLiteral("t1");
-    usage.holding = books.resources.at(0).holding;
-    QVERIFY(store->begin());
-    QVERIFY(store->saveUsage(usage));
-    store->rollback();
-    QCOMPARE(store->allUsage().size(), 0);
-    QVERIFY(!store->begin() || !store->begin());
-    QVERIFY(!store->errorText().isEmpty());
 }
 
 void StoreTest::refusesOtherBooksAndASecondGateway()

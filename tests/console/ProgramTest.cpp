@@ -92,7 +92,6 @@ private slots:
     void transcriptOfTheSampleBooks();
     void afterChangesTheClientShowsWhatTheGatewayHolds();
     void everyCommandIsOneJsonLine();
-    void aRetriedFamilyStillLoads();
     void aFamilyThatFailsIsAnnounced();
     void badCommandsNameLineAndReason();
     void strictStopsAtTheFirstBadCommand();
@@ -103,7 +102,6 @@ private slots:
     void badStarts_data();
     void badStarts();
     void signalEndsItCleanly();
-    void consolesOnOneGateway();
 };
 T0_REGISTER_TEST(ProgramTest)
 
@@ -156,17 +154,6 @@ void ProgramTest::everyCommandIsOneJsonLine()
     QCOMPARE(lines.at(4).value("out"), QJsonValue(QJsonArray{1, 0, 2.5}));
     QCOMPARE(announced(resultOf(run, "events")), (QList<int>{0, 1, 2, 3, 4, 5}));
     QCOMPARE(lines.at(6).value("result"), QJsonValue("1"));
-}
-
-void ProgramTest::aRetriedFamilyStillLoads()
-{
-    const Run run = runConsole(QByteArray("fault QueryManualT0ResourceRequest fail 1\n") + initAndWait + "picture\n");
-    QCOMPARE(run.exitCode, 0);
-    const QJsonArray families = run.lines().constLast().value("result").toObject().value("families").toArray();
-    QCOMPARE(families.size(), 6);
-    for (const QJsonValue &family : families)
-        QCOMPARE(family.toObject().value("state"), QJsonValue("finished"));
-    QVERIFY(families.at(2).toObject().value("count").toInt() > 10);
 }
 
 void ProgramTest::aFamilyThatFailsIsAnnounced()
@@ -262,13 +249,15 @@ void ProgramTest::badStarts_data()
     QTest::newRow("two scripts") << QStringList{"a", "b"} << 2 << "one file of commands";
     QTest::newRow("no such script") << QStringList{"missing.t0"} << 1 << "missing.t0: ";
     QTest::newRow("no books there") << QStringList{"--books", T0_SCRIPTS} << 1 << "instruments.csv";
+    QTest::newRow("no gateway there") << QStringList{"--connect", "t0-nobody", "--user", "u", "--timeout", "200"} << 1
+                                      << "<stdin>:1: no gateway answers at t0-nobody";
 }
 
 void ProgramTest::badStarts()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QString, error);
-    const Run run = runConsole("echo 1\n", arguments);
+    const Run run = runConsole("init\n", arguments);
     QTEST(run.exitCode, "exitCode");
     QVERIFY2(run.errors.contains(error), qPrintable(run.errors));
     QCOMPARE(run.output, QByteArray());
@@ -283,34 +272,6 @@ void ProgramTest::signalEndsItCleanly()
     QVERIFY(readUntil(program, "ready", line));
     program.terminate();
     QCOMPARE(finish(program).exitCode, 0);
-}
-
-void ProgramTest::consolesOnOneGateway()
-{
-    const QString name = QStringLiteral("t0-console-test-%1").arg(QCoreApplication::applicationPid());
-    QProcess gateway;
-    QVERIFY(serve(gateway, name));
-    QByteArray line;
-
-    QProcess trader;
-    start(trader, {"--json", "--connect", name, "--user", "trader1"});
-    trader.write(QByteArray(initAndWait) + "settle\nevents\n");
-    QVERIFY(readUntil(trader, "\"events\"", line));
-    const Run manager = runConsole("quote 600001.SH 13.5\npush {\"T0TraderId\":\"trader1\",\"tradingAccount\":"
-                                   "\"A000101\",\"securityID\":\"600001\",\"securityExchange\":\"SH\","
-                                   "\"DailyBuyLimit\":778}\n",
-                                   {"--json", "--connect", name, "--user", "manager1"});
-    QCOMPARE(manager.exitCode, 0);
-    trader.write("settle\nevents\n");
-    QVERIFY(readUntil(trader, "\"events\"", line));
-    QVERIFY2(line.contains("ManualT0PoolRealTimeUpdated") && line.contains("\"DailyBuyLimit\":778"), line);
-
-    trader.closeWriteChannel();
-    QCOMPARE(finish(trader).exitCode, 0);
-    gateway.terminate();
-    QCOMPARE(finish(gateway).exitCode, 0);
-    QCOMPARE(runConsole("init\n", {"--connect", name, "--user", "trader1", "--timeout", "200"}).errors,
-             QStringLiteral("<stdin>:1: no gateway answers at %1\n").arg(name));
 }
 
 #include "ProgramTest.moc"

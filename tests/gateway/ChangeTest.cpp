@@ -70,7 +70,11 @@ Books books()
 {
     Books books = TestBooks::withAccounts();
     const Holding first = books.resources.at(0).holding;
-    books.pools = {{"t1", first, 1000, -1, -1}, {"public", books.resources.at(1).holding, 500, -1, -1}};
+    const Holding inA2{"A2", first.securityID, first.exchange};
+    books.resources.append({inA2, 3000});
+    books.pools = {{"t1", first, 1000, -1, -1},
+                   {"public", books.resources.at(1).holding, 500, -1, -1},
+                   {"t1", inA2, 1000, -1, -1}};
     books.carried = {{"t1", first, "SellOpen", 200, 1998}};
     books.users.append({"m2", "Other", "O1", {Master_Values::UserRoles::ManualT0Mangager}, {}});
     books.buildIndexes();
@@ -155,6 +159,8 @@ void ChangeTest::everyChangeIsPushedAndAudited_data()
 {
     QTest::addColumn<QString>("type");
     QTest::addColumn<QString>("audit");
+    QTest::addColumn<int>("records"); // of usage
+    const QVector<int> records{1, 0, 0, 2, 1, 1, 1, 1};
     const QStringList audits{"account enabled true>false",
                              "resource ResourceQty 3000>7",
                              "resource ResourceQty 3000>2990",
@@ -166,7 +172,7 @@ void ChangeTest::everyChangeIsPushedAndAudited_data()
                              "resource ResourceQty 3000>9, pool PoolTotalQty >9, pool MaxExposureQty >-1, "
                              "pool MaxPendExposureQty >-1"};
     for (int i = 0; i < m_types.size(); ++i)
-        QTest::newRow(qPrintable(m_types.at(i))) << m_types.at(i) << audits.value(i);
+        QTest::newRow(qPrintable(m_types.at(i))) << m_types.at(i) << audits.at(i) << records.at(i);
 }
 
 void ChangeTest::everyChangeIsPushedAndAudited()

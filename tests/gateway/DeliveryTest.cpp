@@ -24,11 +24,6 @@ VariantRecord usageOf(const QString &trader, int number = 0)
     return {{T0_::T0TraderId, trader}, {T0_::DailyBoughtQty, number}};
 }
 
-QString timeOf(const VariantRecord &row)
-{
-    return row.value(Master_Fields::System::ModifyTime).toString();
-}
-
 Envelope requestOf(const QString &type, const VariantRecord &row)
 {
     return Envelope::request(type, QStringLiteral("m"), 60000, {{}, {row}});
@@ -43,7 +38,6 @@ class DeliveryTest : public QObject
 private slots:
     void pushesFollowTheAnswersBeforeThem();
     void pushesGoToWhoSubscribed();
-    void pushedRecordsGetRisingTimes();
     void quotesReachEverySubscriber();
     void channelsShareOneGateway();
     void closingEndsEverything();
@@ -104,25 +98,6 @@ void DeliveryTest::pushesGoToWhoSubscribed()
     QCOMPARE(numbers(manager), (QVector<int>{0, 1, 2, 3}));
     QCOMPARE(numbers(trader), (QVector<int>{0, 2}));
     QCOMPARE(numbers(silent), QVector<int>());
-}
-
-void DeliveryTest::pushedRecordsGetRisingTimes()
-{
-    TestClient client(openGateway(TestBooks::withRows(2)), "m");
-    QString last;
-    for (const VariantRecord &row : client.all(Master_MsgType::QueryManualT0RealTimePoolUsageRequest, usageOf("t1")))
-        last = qMax(last, timeOf(row));
-    QVERIFY(client.subscribe(usagePush(), "t1"));
-    VariantRecord own = usageOf("t1");
-    own.insert(Master_Fields::System::ModifyTime, "own");
-    for (const VariantRecord &row : {usageOf("t1", 1), own, usageOf("t1", 2)})
-        client.ask(Stand_MsgType::PushUsageRequest, row);
-    client.ask(Stand_MsgType::EchoRequest);
-    const RecordList pushed = client.pushed();
-    QCOMPARE(pushed.size(), 3);
-    QVERIFY(timeOf(pushed[0]) > last);
-    QCOMPARE(pushed[1], own);
-    QVERIFY(timeOf(pushed[2]) > timeOf(pushed[0]));
 }
 
 void DeliveryTest::quotesReachEverySubscriber()

@@ -181,9 +181,13 @@ void LedgerTest::aDayOfTwoTraders()
     QCOMPARE(traders[0].leg.side, Side::SellOpen);
     QCOMPARE(traders[0].leg.sold, 200);
     QCOMPARE(traders[0].leg.soldAmount, 1998.0);
-    trade(true, order(true, 200), 9.80);
+    Parts both = order(true, 300);
+    for (qint64 dailyBought : {0, 100}) { // the leg is closed first
+        fill(traders[0], stock, terms.t0, true, both, 150, 9.80);
+        QCOMPARE(traders[0].dailyBought, dailyBought);
+    }
     // The shares bought back sell tomorrow: the sell limit of the day stays.
-    QVERIFY(check({1500, 1300, 0, 0}, {500, 500, 0, 0}));
+    QVERIFY(check({1400, 1300, 0, 0}, {500, 500, 0, 0}));
     QCOMPARE(traders[0].leg.boughtAmount, 1960.0);
     QCOMPARE(traders[0].leg.side, Side::SellOpen);
 }

@@ -101,8 +101,6 @@ private slots:
     void messageStaysTheCallersWhenItIsNotSent();
     void releaseCancelsTheRunningQuery();
     void pushesInFlightMeetReleasedPresenters();
-    void withoutOwnThreadHandlersRunHere();
-    void subscriptionAtTheServer();
     void unreadableBytesGiveNothing();
 
 private:
@@ -207,30 +205,6 @@ void PresenterTest::pushesInFlightMeetReleasedPresenters()
     }
     stop = true;
     server.join();
-}
-
-void PresenterTest::withoutOwnThreadHandlersRunHere()
-{
-    auto *presenter = new Presenter(&log, 1);
-    QCOMPARE(presenter->thread(), QThread::currentThread());
-    channel->push("Push", {{"n", 5}});
-    QVERIFY(session->settle(60000));
-    QCOMPARE(presenter->log(), QStringList("Push 5"));
-    ZrPresenterClass::release(presenter);
-}
-
-void PresenterTest::subscriptionAtTheServer()
-{
-    QVERIFY(MasterBusinessDataInterface::SubscribePushMsgFromServer("Push", {{"userID", "u1"}}, "tradeGate"));
-    const MessageBody asked = channel->requests(Stand_MsgType::SubscribeRequest).last().body;
-    QCOMPARE(asked.values.value(Stand_Fields::Subscription::pushType).toString(), QStringLiteral("Push"));
-    QCOMPARE(asked.values.value(Stand_Fields::Subscription::serviceName).toString(), QStringLiteral("tradeGate"));
-    QCOMPARE(asked.rows, (RecordList{{{"userID", "u1"}}}));
-    channel->next("SubscribeRequest", ScriptedChannel::refusal("unknown"));
-    QVERIFY(!MasterBusinessDataInterface::SubscribePushMsgFromServer("Push", {{"userID", "x"}}, "tradeGate"));
-    session.reset();
-    QVERIFY(!MasterBusinessDataInterface::SubscribePushMsgFromServer("Push", {}, "tradeGate"));
-    session = ScriptedReference{}.open(channel);
 }
 
 void PresenterTest::unreadableBytesGiveNothing()

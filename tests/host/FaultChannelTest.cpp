@@ -26,6 +26,7 @@ private slots:
     void cleanup();
 
     void strikesAsOftenAsTold();
+    void asynchronousRequestsAreStruckToo();
     void truncatedQueryFailsFromItsPage();
     void delayedAnswerComesWithinTheTimeOut();
     void pushesAreStruck_data();
@@ -90,6 +91,22 @@ void FaultChannelTest::strikesAsOftenAsTold()
     QCOMPARE(int(request("A1")), int(Outcome::Answered)); // another account
     QCOMPARE(int(request("A2")), int(Outcome::TimedOut));
     QCOMPARE(int(request("A2")), int(Outcome::Answered));
+}
+
+void FaultChannelTest::asynchronousRequestsAreStruckToo()
+{
+    std::atomic<int> answered{0};
+    std::atomic<int> timedOut{0};
+    const auto handler = [&](const MessageChannel::Reply &reply) {
+        ++(reply.outcome == Outcome::TimedOut ? timedOut : answered);
+    };
+    for (Fault fault : {Fault::Fail, Fault::Timeout, Fault::Delay, Fault::Duplicate}) {
+        faults->addFault("Query", fault, 1, 1);
+        QVERIFY(session->channel().send(Envelope::request("Query", "u1", 60000, {}), 60000, handler));
+        QVERIFY(session->settle(60000));
+    }
+    QCOMPARE(timedOut.load(), 1);
+    QCOMPARE(answered.load(), 4); // refused, late and twice
 }
 
 void FaultChannelTest::truncatedQueryFailsFromItsPage()

@@ -56,6 +56,7 @@ private slots:
     void closingLeavesNothing();
     void refusalsLeaveNothingOpen_data();
     void refusalsLeaveNothingOpen();
+    void unansweredRequestsTellWhetherTheyLeft();
     void settleWaitsForWhatWasCaused();
     void settleGivesUpInTimeAndClosingDoesNotWait();
 };
@@ -210,6 +211,21 @@ void HostSessionTest::refusalsLeaveNothingOpen()
     QVERIFY(CBusinessDataBase::GetLoginAccount().isEmpty());
     ScriptedChannel *second = nullptr;
     QVERIFY(smallHouse().open(second));
+}
+
+void HostSessionTest::unansweredRequestsTellWhetherTheyLeft()
+{
+    ScriptedChannel *channel = nullptr;
+    const auto session = ScriptedReference{}.open(channel);
+    VariantRecord values;
+    RecordList rows;
+    QString errorText;
+    channel->nextTimesOut("Own");
+    QCOMPARE(session->request("Own", {}, {}, errorText, values, rows), QStringLiteral("timeout"));
+    QCOMPARE(errorText, QStringLiteral("请求超时"));
+    channel->nextIsNotSent("Own");
+    QCOMPARE(session->request("Own", {}, {}, errorText, values, rows), QStringLiteral("fail"));
+    QCOMPARE(errorText, QStringLiteral("请求未发送，与服务器的连接已断开"));
 }
 
 namespace {

@@ -101,6 +101,7 @@ private slots:
     void messageStaysTheCallersWhenItIsNotSent();
     void releaseCancelsTheRunningQuery();
     void pushesInFlightMeetReleasedPresenters();
+    void withoutOwnThreadHandlersRunHere();
     void unreadableBytesGiveNothing();
 
 private:
@@ -205,6 +206,16 @@ void PresenterTest::pushesInFlightMeetReleasedPresenters()
     }
     stop = true;
     server.join();
+}
+
+void PresenterTest::withoutOwnThreadHandlersRunHere()
+{
+    auto *presenter = new Presenter(&log, 1);
+    QCOMPARE(presenter->thread(), QThread::currentThread());
+    channel->push("Push", {{"n", 5}});
+    QVERIFY(session->settle(60000));
+    QCOMPARE(presenter->log(), QStringList("Push 5"));
+    ZrPresenterClass::release(presenter);
 }
 
 void PresenterTest::unreadableBytesGiveNothing()

@@ -14,6 +14,7 @@ class ThreadsTest : public QObject
 private slots:
     void ownThreadRunsTheSlots();
     void quitEndsWaitingForTheServer();
+    void withoutOwnThreadItStaysHere();
 };
 
 void ThreadsTest::ownThreadRunsTheSlots()
@@ -50,6 +51,16 @@ void ThreadsTest::quitEndsWaitingForTheServer()
     QCOMPARE(int(outcome), int(MessageChannel::Outcome::TimedOut));
     QVERIFY(!accepted);
     QCOMPARE(channel->count(Stand_MsgType::SubscribeRequest), subscribed); // nobody was asked, let alone waited for
+}
+
+void ThreadsTest::withoutOwnThreadItStaysHere()
+{
+    QObject parent;
+    ZrObject object(false, &parent);
+    object.setThreadName("ignored");
+    object.quitThread();
+    QCOMPARE(object.thread(), QThread::currentThread());
+    QVERIFY(QThread::currentThread()->objectName() != QStringLiteral("ignored"));
 }
 
 T0_REGISTER_TEST(ThreadsTest)

@@ -1,4 +1,5 @@
 #include "Operations.h"
+#include "RowOrder.h"
 #include "Tests.h"
 
 #include <QtCore/QRegularExpression>
@@ -35,6 +36,7 @@ private slots:
     void argumentsReachTheFunctionAndOutputsComeBack();
     void wrongKinds_data();
     void wrongKinds();
+    void publicPoolsOfAMergedListKeepTheirPlace();
 };
 T0_REGISTER_TEST(OperationsTest)
 
@@ -99,6 +101,23 @@ void OperationsTest::wrongKinds()
     QFETCH(QString, arguments);
     const CommandLine command = parsed(QStringLiteral("joined ") + arguments);
     QTEST(operation("joined", joined).check(command.arguments), "error");
+}
+
+void OperationsTest::publicPoolsOfAMergedListKeepTheirPlace()
+{
+    const auto pool = [](const char *id, int type, bool merged) {
+        VariantRecord record{{"PoolDetailId", id}, {"PoolType", type}};
+        if (merged)
+            record.insert("PublicPoolQty", 5);
+        return QVariant(record);
+    };
+    const QVariantList rows{pool("P3", 1, true), pool("P2", 0, false), pool("P9", 1, false), pool("P8", 0, true),
+                            pool("P1", 0, true)};
+    QStringList ids;
+    const QVariantList sorted = RowOrder::sorted(rows, RowOrder::byPoolId);
+    for (const QVariant &row : sorted)
+        ids.append(row.toMap().value("PoolDetailId").toString());
+    QCOMPARE(ids, (QStringList{"P2", "P3", "P9", "P8", "P1"}));
 }
 
 #include "OperationsTest.moc"

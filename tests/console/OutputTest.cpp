@@ -15,6 +15,7 @@ private slots:
     void valuesAsJson_data();
     void valuesAsJson();
     void wideCharactersCountTwo();
+    void tableIsAligned();
 };
 T0_REGISTER_TEST(OutputTest)
 
@@ -48,6 +49,17 @@ void OutputTest::wideCharactersCountTwo()
     QCOMPARE(TextTable::width(QStringLiteral("a星b")), 4);
     QCOMPARE(TextTable::width(QStringLiteral("e\u0301")), 1);             // with a combining accent
     QCOMPARE(TextTable::width(QString::fromUtf8("\xF0\xA0\x80\x8B")), 2); // outside the first plane
+}
+
+void OutputTest::tableIsAligned()
+{
+    const RecordList rows{{{"name", "星河"}, {"qty", 5LL}, {"list", QStringList{"a", "b"}}},
+                          {{"name", "x"}, {"qty", 1200.5}},
+                          {{"name", "no number"}}};
+    QCOMPARE(TextTable::ofRows(rows, {"name", "qty", "list"}), QStringLiteral("name          qty  list\n"
+                                                                              "星河            5  a,b\n"
+                                                                              "x          1200.5\n"
+                                                                              "no number"));
 }
 
 #include "OutputTest.moc"

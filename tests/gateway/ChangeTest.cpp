@@ -202,6 +202,7 @@ void ChangeTest::everyChangeIsPushedAndAudited()
         if (!usageBefore.contains(row))
             changed.append(row);
     QCOMPARE(client.pushed(), changed);
+    QTEST(changed.size(), "records");
     const QString audit = auditLines(m_file, {0, "m"}).filter(QRegularExpression("^\\w")).join(", ");
     QTEST(audit, "audit");
 }

@@ -179,9 +179,6 @@ void ChangesTest::sends_data()
             "AddManualT0ResourceRequest addType=Append loginUserId=u1 subGroupNumber=2",
             "  ResourceId= ResourceQty=120.0 securityExchange=SH securityID=110001 tradingAccount=A2",
             "  ResourceId= ResourceQty=12 securityExchange=SH securityID=110001 tradingAccount=A2"});
-    newRow("resources that are covered", "cover", {resource("r1", "A1", "600000 SH", 7)},
-           {"AddManualT0ResourceRequest addType=Cover loginUserId=u1 subGroupNumber=1",
-            "  ResourceId=r1 ResourceQty=7 securityExchange=SH securityID=600000 tradingAccount=A1"});
     newRow("an alteration holds what the caller wrote", "alter", {byId("r2", 150)},
            {"AlterManualT0ResourceRequest loginUserId=u1 subGroupNumber=1", "  ResourceId=r2 ResourceQty=15"});
     newRow("deletions hold ids only", "delete", {resource("r1", "A1", "600000 SH", 100), byId("r2")},
@@ -196,11 +193,6 @@ void ChangesTest::sends_data()
             "subGroupNumber=2",
             "  PoolTotalQty=5 PoolType=0 T0TraderId=public securityExchange=SH securityID=110001",
             "  PoolTotalQty=5 PoolType=0 T0TraderId=public securityExchange=SH securityID=110001"});
-    newRow("private pools", "traders", {wanted("r1 A1 600000 SH u1", 50), wanted("r1 A1 600000 SH t2", 30)},
-           {"AllocateManualT0SecurityPoolRequest PoolType=1 ResourceId=r1 addType=Cover loginUserId=u1 "
-            "subGroupNumber=2",
-            "  PoolTotalQty=50 PoolType=1 T0TraderId=u1 securityExchange=SH securityID=600000",
-            "  PoolTotalQty=30 PoolType=1 T0TraderId=t2 securityExchange=SH securityID=600000"});
     newRow("an id given twice", "delete pools", poolIds({"p1", "p3", "p1"}),
            {"DeleteManualT0SecurityPoolRequest loginUserId=u1", "  PoolDetailId=p1", "  PoolDetailId=p3",
             "  PoolDetailId=p1"});
@@ -214,8 +206,6 @@ void ChangesTest::sends_data()
             "AddManualT0ResourceAndPoolRequest PoolType=0 addType=Append loginUserId=u1 tradingAccount=A2",
             "  PoolTotalQty=5 PoolType=0 ResourceId=r2 T0TraderId=public securityExchange=SH "
             "securityID=110001 tradingAccount=A2"});
-    newRow("no public pools", "public", {}, {});
-    newRow("no private pools", "traders", {}, {});
 }
 
 void ChangesTest::sends()

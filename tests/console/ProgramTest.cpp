@@ -71,7 +71,6 @@ private slots:
     void transcriptOfTheSampleBooks();
     void transcriptOfChanges();
     void everyCommandIsOneJsonLine();
-    void aFamilyThatFailsIsAnnounced();
     void badCommandsNameLineAndReason();
     void strictStopsAtTheFirstBadCommand();
     void loginOnlyBeforeTheLibraryAsks();
@@ -119,16 +118,6 @@ void ProgramTest::everyCommandIsOneJsonLine()
     QCOMPARE(lines.at(4).value("out"), QJsonValue(QJsonArray{1, 0, 2.5}));
     QCOMPARE(announced(resultOf(run, "events")), (QList<int>{0, 1, 2, 3, 4, 5}));
     QCOMPARE(lines.at(6).value("result"), QJsonValue("1"));
-}
-
-void ProgramTest::aFamilyThatFailsIsAnnounced()
-{
-    const Run run = runConsole(QByteArray("fault QueryManualT0ResourceRequest fail 99\n") + initAndWait +
-                               "GetInitStateByType 2\nGetInitStateByType 3\nsettle\nevents\n");
-    QCOMPARE(run.exitCode, 0);
-    QCOMPARE(run.lines().at(3).value("result"), QJsonValue("failed"));
-    QCOMPARE(run.lines().at(4).value("result"), QJsonValue("finished"));
-    QVERIFY(announced(resultOf(run, "events")).contains(2));
 }
 
 void ProgramTest::badCommandsNameLineAndReason()

@@ -175,16 +175,10 @@ void ServiceTest::referenceDataIsInServerUnits()
     QCOMPARE(position.value(Stand_Fields::Position::tradeable).toDouble(), 400.0);
     const VariantRecord margin = client.all(Stand_MsgType::QueryMarginSecuritiesRequest).value(0);
     QCOMPARE(margin.value(Stand_Fields::Margin::quantity).toDouble(), 10.0);
-    const VariantRecord account{{UserAccount_::tradingAccount, "A1"}};
-    const VariantRecord resource = client.all(Master_MsgType::QueryManualT0ResourceRequest, account).value(0);
-    QCOMPARE(resource.value(T0_::ResourceQty), QVariant(300ll));
-    const VariantRecord pool = client.all(Master_MsgType::QueryManualT0SecurityPoolRequest, account).value(0);
-    QCOMPARE(pool.value(T0_::PoolTotalQty), QVariant(100ll));
+    const VariantRecord pool =
+        client.all(Master_MsgType::QueryManualT0SecurityPoolRequest, {{UserAccount_::tradingAccount, "A1"}}).value(0);
     QCOMPARE(pool.value(T0_::MaxExposureQty), QVariant(-1ll));
     QCOMPARE(pool.value(T0_::MaxPendExposureQty), QVariant(50ll));
-    const VariantRecord usage =
-        client.all(Master_MsgType::QueryManualT0RealTimePoolUsageRequest, usageOf("t1")).value(0);
-    QCOMPARE(usage.value(T0_::RtPoolTotalQty), QVariant(100.0));
 }
 
 void ServiceTest::usersByRole()

@@ -27,7 +27,6 @@ private slots:
     void startsTheWholeDesk();
     void failedSecondPageFailsItsAccount();
     void productQueryHasFiveAttempts();
-    void lateProductAnswerIsProcessedToo();
     void anothersRoleOrAFailedQueryMakesNoManager();
     void pushesArriveInOrderAndOthersAreIgnored();
     void answerBeforeAPushIsSeenBeforeIt();
@@ -136,18 +135,6 @@ void PresenterTest::productQueryHasFiveAttempts()
     QCOMPARE(hub->GetInitStateByType(ManualT0Logic::Products), State::InitFailed);
     QCOMPARE(server->channel->count(QueryManualT0ProductsRequest), 5);
     QCOMPARE(hub->GetInitStateByType(ManualT0Logic::Resources), State::NotInit);
-}
-
-void PresenterTest::lateProductAnswerIsProcessedToo()
-{
-    openDesk();
-    server->channel->hold(QueryManualT0ProductsRequest);
-    hub->InitData();
-    hub->RefreshDataByType(ManualT0Logic::Products);
-    QTRY_COMPARE(server->channel->count(QueryManualT0ProductsRequest), 2);
-    server->channel->release(QueryManualT0ProductsRequest);
-    QCOMPARE(takeEvents().count("inited 0"), 2);
-    QCOMPARE(hub->GetAllT0TradingAccountList().size(), 2);
 }
 
 void PresenterTest::anothersRoleOrAFailedQueryMakesNoManager()

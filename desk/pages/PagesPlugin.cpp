@@ -3,6 +3,8 @@
 #include "ManagerPage.h"
 #include "ManualT0Logic.h"
 #include "ProfitPage.h"
+#include "StatusLineFamilies.h"
+#include "StatusLineFigures.h"
 #include "StatusPage.h"
 #include "TraderPage.h"
 
@@ -22,5 +24,7 @@ void PagesPlugin::extensionsInitialized()
     shell->addPage(ManagerPage::description());
     shell->addPage(ProfitPage::description());
     shell->addPage(StatusPage::description());
+    shell->addStatusWidget(new StatusLineFamilies);
+    shell->addStatusWidget(new StatusLineFigures);
     ManualT0Logic::InitData();
 }

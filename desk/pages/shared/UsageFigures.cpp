@@ -78,7 +78,10 @@ void UsageTotals::add(const UsageFigures &figures)
     realizeProfit += *figures.realizeProfit;
     totalProfit += *figures.totalProfit;
     exposure += *figures.exposure;
-    limit += figures.limit.value_or(0);
+    if (!figures.limit)
+        return;
+    limit += *figures.limit;
+    limitedExposure += *figures.exposure;
 }
 
 Column SharedColumns::account()

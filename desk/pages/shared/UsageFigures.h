@@ -24,7 +24,8 @@ struct UsageTotals {
     double realizeProfit = 0;
     double totalProfit = 0;
     double exposure = 0;
-    double limit = 0; ///< of those that have one
+    double limit = 0;           ///< of those that have one
+    double limitedExposure = 0; ///< of those that have a limit
     int rows = 0;
     int withoutPrice = 0;
 

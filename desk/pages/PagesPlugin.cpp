@@ -1,5 +1,6 @@
 #include "PagesPlugin.h"
 
+#include "LogBook.h"
 #include "ManagerPage.h"
 #include "ManualT0Logic.h"
 #include "ProfitPage.h"
@@ -20,6 +21,7 @@ bool PagesPlugin::initialize(const QStringList &, QString *errorString, const QS
 void PagesPlugin::extensionsInitialized()
 {
     PageShell *shell = PageShell::instance();
+    LogBook::open();
     shell->addPage(TraderPage::description());
     shell->addPage(ManagerPage::description());
     shell->addPage(ProfitPage::description());

@@ -21,7 +21,7 @@ namespace {
 
 constexpr double shortestSpanMs = 5 * 60 * 1000;
 
-double x(const ProfitSample &sample)
+double timeOf(const ProfitSample &sample)
 {
     return QwtDate::toDouble(sample.marketTime);
 }
@@ -81,8 +81,8 @@ void DayProfitChart::setTimes(const QVector<ProfitSample> &samples)
 {
     if (samples.isEmpty())
         return;
-    const double from = x(samples.first());
-    setAxisScale(xBottom, from, std::max(x(samples.last()), from + shortestSpanMs));
+    const double from = timeOf(samples.first());
+    setAxisScale(xBottom, from, std::max(timeOf(samples.last()), from + shortestSpanMs));
 }
 
 void DayProfitChart::setSamples(const QVector<ProfitSample> &samples)
@@ -94,7 +94,7 @@ void DayProfitChart::setSamples(const QVector<ProfitSample> &samples)
     for (const QVector<ProfitSample> &part : parts) {
         QVector<QPointF> points;
         for (const ProfitSample &sample : part)
-            points.append({x(sample), sample.profit});
+            points.append({timeOf(sample), sample.profit});
         auto *curve = new QwtPlotCurve;
         const QColor colour = samples.last().profit < 0 ? ChartStyle::fall() : ChartStyle::rise();
         curve->setPen(colour, 2);
@@ -116,8 +116,9 @@ void DayProfitChart::setSamples(const QVector<ProfitSample> &samples)
 /// Of the last sample before a time.
 QString DayProfitChart::textAt(double time) const
 {
-    const auto after = std::upper_bound(m_samples.cbegin(), m_samples.cend(), time,
-                                        [](double wanted, const ProfitSample &sample) { return wanted < x(sample); });
+    const auto after =
+        std::upper_bound(m_samples.cbegin(), m_samples.cend(), time,
+                         [](double wanted, const ProfitSample &sample) { return wanted < timeOf(sample); });
     if (after == m_samples.cbegin())
         return {};
     const ProfitSample &sample = *(after - 1);

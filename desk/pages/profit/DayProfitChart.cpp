@@ -106,9 +106,11 @@ void DayProfitChart::setSamples(const QVector<ProfitSample> &samples)
         m_curves.append(curve);
     }
     setTimes(samples);
-    const QString last = samples.isEmpty() ? Format::missing() : Format::money(samples.last().profit);
     QwtText text = title();
-    text.setText(tr("当日总盈亏 %1").arg(last));
+    text.setText(samples.isEmpty() ? tr("当日总盈亏")
+                                   : tr("当日总盈亏 %1（%2）")
+                                         .arg(Format::money(samples.last().profit),
+                                              samples.last().marketTime.toString(QStringLiteral("HH:mm:ss"))));
     setTitle(text);
     replot();
 }

@@ -72,7 +72,8 @@ void ExposureChart::setSums(const QMap<QString, ProfitSum> &sums, const std::fun
     QVector<double> limited;
     QVector<QPointF> limits;
     QList<double> places;
-    for (auto sum = sums.cbegin(); sum != sums.cend(); ++sum) {
+    for (auto sum = sums.cend(); sum != sums.cbegin();) { // from below
+        --sum;
         const UsageTotals &totals = sum->totals;
         if (totals.exposure == 0 && totals.limit == 0)
             continue;

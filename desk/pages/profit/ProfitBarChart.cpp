@@ -32,7 +32,7 @@ public:
 
 ProfitBarChart::ProfitBarChart(QWidget *parent)
     : QwtPlot(parent)
-    , m_grid(ChartStyle::prepare(this, tr("盈亏排名")))
+    , m_grid(ChartStyle::prepare(this, {}))
     , m_names(new NameScale)
     , m_bars(new SignedBars)
 {

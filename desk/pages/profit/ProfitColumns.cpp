@@ -29,7 +29,14 @@ Column column(const char *id, const QString &title, CellKind kind, const QString
 
 Column profit(const char *id, const QString &title, const QString &field)
 {
-    return {QString::fromLatin1(id), title, CellKind::Money, field, {}, true};
+    return {QString::fromLatin1(id), title, CellKind::Money, field, {}, true, 10};
+}
+
+/// So narrow that a row of details fits into a window of usual width.
+Column narrow(Column column, int width)
+{
+    column.width = width;
+    return column;
 }
 
 Columns namesOf(ProfitRows::Group group)
@@ -38,7 +45,8 @@ Columns namesOf(ProfitRows::Group group)
     const Column product{QStringLiteral("accountText"), Texts::tr("账户名称"), CellKind::Text, {}, productOf};
     switch (group) {
     case ProfitRows::Group::Detail:
-        return {trader(), account(), symbol(), chineseName(), exchange()};
+        return {narrow(trader(), 11), narrow(account(), 8), narrow(symbol(), 9), narrow(chineseName(), 9),
+                narrow(exchange(), 5)};
     case ProfitRows::Group::Symbol:
         return {symbol(), chineseName(), exchange()};
     case ProfitRows::Group::Trader:
@@ -51,11 +59,11 @@ Columns namesOf(ProfitRows::Group group)
 
 Columns quantities()
 {
-    return {column("bought", Texts::tr("买入量"), CellKind::Quantity, RtRealBoughtQty, 10),
-            column("sold", Texts::tr("卖出量"), CellKind::Quantity, RtRealSoldQty, 10),
-            {QStringLiteral("open"), Texts::tr("敞口量"), CellKind::Quantity, OpenPosQty, {}, true, 10},
-            column("average", Texts::tr("均价"), CellKind::Price, OpenAvgPrice, 10),
-            column("last", Texts::tr("现价"), CellKind::Price, Stand_Fields::Quote::lastPrice, 10)};
+    return {column("bought", Texts::tr("买入量"), CellKind::Quantity, RtRealBoughtQty, 8),
+            column("sold", Texts::tr("卖出量"), CellKind::Quantity, RtRealSoldQty, 8),
+            {QStringLiteral("open"), Texts::tr("敞口量"), CellKind::Quantity, OpenPosQty, {}, true, 8},
+            column("average", Texts::tr("均价"), CellKind::Price, OpenAvgPrice, 8),
+            column("last", Texts::tr("现价"), CellKind::Price, Stand_Fields::Quote::lastPrice, 8)};
 }
 
 Columns amounts()
@@ -69,9 +77,9 @@ Columns figures()
     return {profit("float", Texts::tr("浮动盈亏"), FloatProfit),
             profit("realized", Texts::tr("已实现"), RealizeProfit),
             profit("total", Texts::tr("总盈亏"), TotalProfit),
-            column("exposure", Texts::tr("敞口金额"), CellKind::Money, ProfitFields::exposure()),
-            column("limit", Texts::tr("敞口限额"), CellKind::Money, ProfitFields::limit()),
-            column("share", Texts::tr("占限额"), CellKind::Bar, ProfitFields::limitShare(), 12)};
+            column("exposure", Texts::tr("敞口金额"), CellKind::Money, ProfitFields::exposure(), 11),
+            column("limit", Texts::tr("敞口限额"), CellKind::Money, ProfitFields::limit(), 11),
+            column("share", Texts::tr("占限额"), CellKind::Bar, ProfitFields::limitShare(), 8)};
 }
 
 Columns counts()

@@ -14,6 +14,7 @@
 #include "RecordTable.h"
 
 #include <QtWidgets/QComboBox>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QSplitter>
 #include <QtWidgets/QVBoxLayout>
 
@@ -95,7 +96,12 @@ QSplitter *ProfitPage::makeCharts()
     auto *column = new QVBoxLayout(bars);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(2);
-    column->addWidget(m_barsOf, 0, Qt::AlignRight);
+    auto *heading = new QHBoxLayout;
+    heading->addStretch();
+    heading->addWidget(new QLabel(tr("盈亏排名")));
+    heading->addWidget(m_barsOf);
+    heading->addStretch();
+    column->addLayout(heading);
     column->addWidget(m_barChart, 1);
 
     auto *charts = new QSplitter(Qt::Horizontal);

@@ -206,9 +206,8 @@ QString FamilyWatch::requestOf(int type)
 QString FamilyWatch::stateText(int type) const
 {
     const FamilyStatus &family = status(type);
-    const QString at = family.finishedAt.toString(QStringLiteral("HH:mm:ss"));
     if (isStale() && family.state != State::Loading)
-        return tr("断线，%1 起可能过时").arg(m_staleSince.toLocalTime().toString(QStringLiteral("HH:mm:ss")));
+        return tr("断线，可能过时");
     switch (family.state) {
     case State::NotStarted:
         return tr("未开始");
@@ -217,13 +216,25 @@ QString FamilyWatch::stateText(int type) const
                    ? tr("加载中 %1/%2").arg(QString::number(family.done), QString::number(family.expected))
                    : tr("加载中 %1 行").arg(Format::quantity(family.received));
     case State::Ready:
-        return at.isEmpty() ? tr("就绪") : tr("就绪 %1").arg(at);
+        return tr("就绪");
     case State::PartlyFailed:
-        return tr("部分失败 %1").arg(at);
+        return tr("部分失败");
     case State::Failed:
-        return tr("失败 %1").arg(at);
+        return tr("失败");
     }
     return {};
+}
+
+QString FamilyWatch::description(int type) const
+{
+    const QDateTime finishedAt = status(type).finishedAt;
+    const QString format = QStringLiteral("HH:mm:ss");
+    QStringList parts{tr("%1：%2").arg(name(type), stateText(type))};
+    if (finishedAt.isValid())
+        parts.append(tr("加载于 %1").arg(finishedAt.toString(format)));
+    if (isStale())
+        parts.append(tr("%1 断线").arg(m_staleSince.toLocalTime().toString(format)));
+    return parts.join(QLatin1Char('\n'));
 }
 
 int FamilyWatch::rowsOf(int type)

@@ -34,9 +34,10 @@ public:
     const FamilyStatus &status(int type) const { return m_families.at(size_t(type)).status; }
     bool isStale() const { return m_staleSince.isValid(); } ///< disconnected: what is held may be old
 
-    static QString name(int type);      ///< as shown
-    QString stateText(int type) const;  ///< as shown
-    static QString requestOf(int type); ///< the type of the message that asks for the family
+    static QString name(int type);       ///< as shown
+    QString stateText(int type) const;   ///< as shown
+    QString description(int type) const; ///< its name, its state and the times that belong to it
+    static QString requestOf(int type);  ///< the type of the message that asks for the family
 
     /// How many records the library holds. Copies them: not for every repaint.
     static int rowsOf(int type);

@@ -62,7 +62,7 @@ void StatusLineFamilies::show(int type)
     if (isLoading && family.expected > 1)
         text += QStringLiteral(" %1/%2").arg(QString::number(family.done), QString::number(family.expected));
     chip->setText(text);
-    chip->setToolTip(tr("%1：%2").arg(FamilyWatch::name(type), m_watch->stateText(type)));
+    chip->setToolTip(m_watch->description(type));
     // A style sheet is parsed anew each time it is set.
     const QString style = QStringLiteral("QLabel { background: %1; color: white; border-radius: 3px; padding: 0 4px; }")
                               .arg(colourOf(type).name());

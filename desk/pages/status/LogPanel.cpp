@@ -1,10 +1,10 @@
 #include "LogPanel.h"
 
+#include "FollowEnd.h"
 #include "LogBook.h"
 #include "RecordTable.h"
 #include "StatusFields.h"
 
-#include <QtWidgets/QCheckBox>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLineEdit>
@@ -48,7 +48,6 @@ LogPanel::LogPanel(QWidget *parent)
     , m_table(new RecordTable(QStringLiteral("status.log"), m_model))
     , m_level(new QComboBox)
     , m_text(new QLineEdit)
-    , m_follow(new QCheckBox(tr("跟随最新")))
 {
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -56,10 +55,7 @@ LogPanel::LogPanel(QWidget *parent)
     column->addWidget(m_table);
     connect(m_level, qOverload<int>(&QComboBox::currentIndexChanged), this, &LogPanel::filter);
     connect(m_text, &QLineEdit::textChanged, this, &LogPanel::filter);
-    connect(m_model, &RecordModel::shown, this, [this] {
-        if (m_follow->isChecked())
-            m_table->scrollToBottom();
-    });
+    FollowEnd::keep(m_table);
     connect(&m_timer, &QTimer::timeout, this, &LogPanel::takeOver);
     m_timer.start(takeOverEveryMs);
 }
@@ -71,14 +67,11 @@ QWidget *LogPanel::makeFilter()
     m_text->setObjectName(QStringLiteral("status.log.filter"));
     m_text->setPlaceholderText(tr("只看含此文字的行"));
     m_text->setClearButtonEnabled(true);
-    m_follow->setObjectName(QStringLiteral("status.log.follow"));
-    m_follow->setChecked(true);
     auto *filter = new QWidget;
     auto *line = new QHBoxLayout(filter);
     line->setContentsMargins(0, 0, 0, 0);
     line->addWidget(m_level);
     line->addWidget(m_text, 1);
-    line->addWidget(m_follow);
     return filter;
 }
 

@@ -3,7 +3,6 @@
 #include <QtCore/QTimer>
 #include <QtWidgets/QWidget>
 
-class QCheckBox;
 class QComboBox;
 class QLineEdit;
 class RecordModel;
@@ -29,7 +28,6 @@ private:
     RecordTable *m_table;
     QComboBox *m_level;
     QLineEdit *m_text;
-    QCheckBox *m_follow;
     qint64 m_next = 0; ///< number of the line that comes next
     QTimer m_timer;
 };

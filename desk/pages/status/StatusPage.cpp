@@ -3,6 +3,7 @@
 #include "ConnectionPanel.h"
 #include "Diagnostics.h"
 #include "FamilyPanel.h"
+#include "FollowEnd.h"
 #include "Layout.h"
 #include "LogPanel.h"
 #include "MessageModel.h"
@@ -63,7 +64,9 @@ QTabWidget *StatusPage::makeLower()
     auto *tabs = new QTabWidget;
     tabs->setObjectName(QStringLiteral("status.tabs"));
     tabs->addTab(makeRequests(), tr("请求"));
-    tabs->addTab(new RecordTable(QStringLiteral("status.messages"), m_messages), tr("业务消息"));
+    auto *messages = new RecordTable(QStringLiteral("status.messages"), m_messages);
+    FollowEnd::keep(messages);
+    tabs->addTab(messages, tr("业务消息"));
     tabs->addTab(new LogPanel, tr("日志"));
     auto *copy = new QPushButton(tr("复制诊断信息"));
     copy->setObjectName(QStringLiteral("status.copy"));
@@ -83,6 +86,7 @@ QWidget *StatusPage::makeRequests()
     auto *heartbeats = new QCheckBox(tr("显示心跳"));
     heartbeats->setObjectName(QStringLiteral("status.requests.heartbeats"));
     auto *table = new RecordTable(QStringLiteral("status.requests"), m_requests);
+    FollowEnd::keep(table);
     const auto filter = [table, heartbeats] {
         const bool all = heartbeats->isChecked();
         table->setFilter([all](const VariantRecord &row) { return all || !RequestModel::isHeartbeat(row); });

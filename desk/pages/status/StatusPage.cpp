@@ -16,6 +16,7 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QScrollArea>
 #include <QtWidgets/QSplitter>
+#include <QtWidgets/QTabBar>
 #include <QtWidgets/QTabWidget>
 #include <QtWidgets/QVBoxLayout>
 
@@ -62,7 +63,7 @@ QWidget *StatusPage::makeUpper()
 QTabWidget *StatusPage::makeLower()
 {
     auto *tabs = new QTabWidget;
-    tabs->setObjectName(QStringLiteral("status.tabs"));
+    tabs->tabBar()->setObjectName(QStringLiteral("status.tabs"));
     tabs->addTab(makeRequests(), tr("请求"));
     auto *messages = new RecordTable(QStringLiteral("status.messages"), m_messages);
     FollowEnd::keep(messages);

@@ -45,7 +45,7 @@ Columns namesOf(ProfitRows::Group group)
     const Column product{QStringLiteral("accountText"), Texts::tr("账户名称"), CellKind::Text, {}, productOf};
     switch (group) {
     case ProfitRows::Group::Detail:
-        return {narrow(trader(), 11), narrow(account(), 8), narrow(symbol(), 9), narrow(chineseName(), 9),
+        return {narrow(trader(), 10), narrow(account(), 8), narrow(symbol(), 9), narrow(chineseName(), 9),
                 narrow(exchange(), 5)};
     case ProfitRows::Group::Symbol:
         return {symbol(), chineseName(), exchange()};
@@ -59,9 +59,9 @@ Columns namesOf(ProfitRows::Group group)
 
 Columns quantities()
 {
-    return {column("bought", Texts::tr("买入量"), CellKind::Quantity, RtRealBoughtQty, 8),
-            column("sold", Texts::tr("卖出量"), CellKind::Quantity, RtRealSoldQty, 8),
-            {QStringLiteral("open"), Texts::tr("敞口量"), CellKind::Quantity, OpenPosQty, {}, true, 8},
+    return {column("bought", Texts::tr("买入量"), CellKind::Quantity, RtRealBoughtQty, 7),
+            column("sold", Texts::tr("卖出量"), CellKind::Quantity, RtRealSoldQty, 7),
+            {QStringLiteral("open"), Texts::tr("敞口量"), CellKind::Quantity, OpenPosQty, {}, true, 7},
             column("average", Texts::tr("均价"), CellKind::Price, OpenAvgPrice, 8),
             column("last", Texts::tr("现价"), CellKind::Price, Stand_Fields::Quote::lastPrice, 8)};
 }
@@ -77,8 +77,8 @@ Columns figures()
     return {profit("float", Texts::tr("浮动盈亏"), FloatProfit),
             profit("realized", Texts::tr("已实现"), RealizeProfit),
             profit("total", Texts::tr("总盈亏"), TotalProfit),
-            column("exposure", Texts::tr("敞口金额"), CellKind::Money, ProfitFields::exposure(), 11),
-            column("limit", Texts::tr("敞口限额"), CellKind::Money, ProfitFields::limit(), 11),
+            column("exposure", Texts::tr("敞口金额"), CellKind::Money, ProfitFields::exposure(), 10),
+            column("limit", Texts::tr("敞口限额"), CellKind::Money, ProfitFields::limit(), 10),
             column("share", Texts::tr("占限额"), CellKind::Bar, ProfitFields::limitShare(), 8)};
 }
 

@@ -103,8 +103,8 @@ FamilyWatch::FamilyWatch(QObject *parent)
     connect(&HostSession::current()->news(), &HostNews::connectionChanged, this, &FamilyWatch::watchConnection);
     connect(&m_timer, &QTimer::timeout, this, &FamilyWatch::look);
     m_timer.start(lookEveryMs);
-    for (Family &family : m_families)
-        family.idleAt = QDateTime::currentDateTime();
+    for (int type = 0; type < familyCount; ++type)
+        m_families[size_t(type)].before = m_families[size_t(type)].latest = markNow(type);
     watchConnection();
 }
 
@@ -114,6 +114,12 @@ void FamilyWatch::watchConnection()
     const bool isConnected = channel.connection() == MessageChannel::Connection::Connected;
     m_staleSince = isConnected ? QDateTime() : channel.connectionSince();
     emit changed();
+}
+
+FamilyWatch::Mark FamilyWatch::markNow(int type)
+{
+    const LoadProgress progress = HostSession::current()->loadProgress(requestOf(type));
+    return {QDateTime::currentDateTime(), progress.requests, progress.rows};
 }
 
 void FamilyWatch::look()
@@ -127,18 +133,15 @@ void FamilyWatch::lookAt(int type)
     Family &family = m_families[size_t(type)];
     FamilyStatus now = family.status;
     const State state = stateOf(type);
-    const LoadProgress progress = HostSession::current()->loadProgress(requestOf(type));
-    if (state != State::Loading) {
-        family.idleAt = QDateTime::currentDateTime();
-        family.requestsBefore = progress.requests;
-        family.receivedBefore = progress.rows;
-    }
+    const Mark mark = markNow(type);
+    if (state != State::Loading)
+        family.before = std::exchange(family.latest, mark);
     // Kept: what a finished load was found to be is more than the library's own state says.
     const bool isKept = now.state == State::PartlyFailed && (state == State::Ready || state == State::Failed);
     now.state = isKept ? now.state : state;
     now.expected = std::max(1, queriesOfLoad(type));
-    now.done = std::clamp(progress.requests - family.requestsBefore, 0, now.expected);
-    now.received = std::max<qint64>(0, progress.rows - family.receivedBefore);
+    now.done = std::clamp(mark.requests - family.before.requests, 0, now.expected);
+    now.received = std::max<qint64>(0, mark.received - family.before.received);
     const bool isNews =
         now.state != family.status.state || now.done != family.status.done || now.received != family.status.received;
     family.status = now;
@@ -152,13 +155,14 @@ void FamilyWatch::finish(int type)
         return;
     Family &family = m_families[size_t(type)];
     FamilyStatus &status = family.status;
-    const LoadRequests load = requestsSince(family.idleAt, requestOf(type));
-    const int queries = HostSession::current()->loadProgress(requestOf(type)).requests - family.requestsBefore;
+    const LoadRequests load = requestsSince(family.before.at, requestOf(type));
+    const Mark mark = markNow(type);
+    const int queries = mark.requests - family.before.requests;
     status.finishedAt = QDateTime::currentDateTime();
     status.durationMs = load.all > 0 ? int(load.firstSentAt.msecsTo(status.finishedAt)) : -1;
     status.expected = std::max(1, queriesOfLoad(type));
     status.state = finishedState(stateOf(type), load, queries, status);
-    lookAt(type);
+    family.before = family.latest = mark;
     emit changed();
     emit finished(type);
 }
@@ -260,7 +264,6 @@ int FamilyWatch::rowsOf(int type)
 void FamilyWatch::refresh(int type)
 {
     ManualT0Logic::RefreshDataByType(type);
-    look();
 }
 
 void FamilyWatch::refreshAll()
@@ -268,7 +271,7 @@ void FamilyWatch::refreshAll()
     if (secondsToRefresh() == 0)
         m_refreshedAt = QDateTime::currentDateTimeUtc();
     ManualT0Logic::RefreshData();
-    look();
+    emit changed();
 }
 
 int FamilyWatch::secondsToRefresh() const

@@ -54,16 +54,22 @@ signals:
     void finished(int type); ///< a load has ended, either way
 
 private:
+    /// A moment at which a family was not loading.
+    struct Mark {
+        QDateTime at;
+        int requests = 0; ///< queries that had finished then
+        qint64 received = 0;
+    };
     struct Family {
         FamilyStatus status;
-        QDateTime idleAt;       ///< when it was last seen not loading: a load began later
-        int requestsBefore = 0; ///< that had finished then
-        qint64 receivedBefore = 0;
+        Mark before; ///< a load under way or ended since began after it
+        Mark latest; ///< the look after that: the load may have begun and ended in between, untold yet
     };
 
     void look();
     void lookAt(int type);
     void finish(int type);
+    static Mark markNow(int type);
     void watchConnection();
 
     std::array<Family, familyCount> m_families;

@@ -15,6 +15,7 @@
 namespace {
 
 constexpr int updateEveryMs = 100;
+constexpr int mostAtOnce = 500; ///< records: the window answers in between
 
 } // namespace
 
@@ -29,7 +30,6 @@ UsageBook::UsageBook(QObject *parent)
     : QObject(parent)
 {
     m_timer.setSingleShot(true);
-    m_timer.setInterval(updateEveryMs);
     connect(&m_timer, &QTimer::timeout, this, &UsageBook::update);
     listenToLibrary();
     const HostNews *news = &HostSession::current()->news();
@@ -131,23 +131,29 @@ void UsageBook::touchAll()
 void UsageBook::wait()
 {
     if (!m_timer.isActive())
-        m_timer.start();
+        m_timer.start(updateEveryMs);
 }
 
 void UsageBook::update()
 {
-    const bool isReplaced = std::exchange(m_isStale, false);
-    if (isReplaced)
+    if (std::exchange(m_isStale, false)) {
         readAll();
-    const QSet<QString> touched = std::exchange(m_touched, {});
-    for (const QString &key : touched) {
+        emit replaced();
+        return;
+    }
+    QStringList keys;
+    for (auto key = m_touched.begin(); key != m_touched.end() && keys.size() < mostAtOnce;) {
+        keys.append(*key);
+        key = m_touched.erase(key);
+    }
+    for (const QString &key : qAsConst(keys)) {
         UsageEntry &entry = m_entries[key];
         entry.figures = UsageFigures::of(entry.usage);
     }
-    if (isReplaced)
-        emit replaced();
-    else if (!touched.isEmpty())
-        emit changed(touched.values());
+    if (!m_touched.isEmpty())
+        m_timer.start(0);
+    if (!keys.isEmpty())
+        emit changed(keys);
 }
 
 void UsageBook::readAll()
@@ -163,7 +169,7 @@ void UsageBook::readAll()
     for (const VariantRecord &usage : records) {
         const QString key = ManualT0Logic::GetRealtimePoolKey(usage);
         enter(key, usage);
-        m_touched.insert(key);
+        m_entries[key].figures = UsageFigures::of(usage);
     }
 }
 

@@ -37,7 +37,7 @@ VariantRecord rowOf(const LogBook::Line &line)
             {StatusFields::time(), line.text.section(space, 0, 0).replace(QLatin1Char('T'), space)},
             {StatusFields::level(), isDebug ? LogPanel::tr("调试") : LogPanel::tr("信息")},
             {StatusFields::name(), line.text.section(space, 2, 2)},
-            {StatusFields::text(), text < 0 ? line.text : line.text.mid(text + 2)}};
+            {StatusFields::text(), text < 0 ? line.text : line.text.mid(text + 2).trimmed()}};
 }
 
 } // namespace

@@ -9,10 +9,18 @@
 #include <qwt_plot_canvas.h>
 #include <qwt_plot_grid.h>
 #include <qwt_plot_layout.h>
+#include <qwt_scale_div.h>
 #include <qwt_scale_widget.h>
 #include <qwt_text.h>
 
+#include <algorithm>
 #include <cmath>
+
+namespace {
+
+constexpr int fewestPlaces = 6;
+
+} // namespace
 
 QwtPlotGrid *ChartStyle::prepare(QwtPlot *plot, const QString &title)
 {
@@ -77,10 +85,15 @@ NameScale::NameScale()
     enableComponent(Backbone, false);
 }
 
-void NameScale::setNames(const QStringList &names)
+void NameScale::setNames(QwtPlot *plot, const QStringList &names)
 {
     m_names = names;
     invalidateCache();
+    QList<double> ticks[QwtScaleDiv::NTickTypes];
+    for (int place = 0; place < names.size(); ++place)
+        ticks[QwtScaleDiv::MajorTick].append(place);
+    const double top = names.size() - 0.4;
+    plot->setAxisScaleDiv(QwtPlot::yLeft, QwtScaleDiv(top - std::max(fewestPlaces, names.size()) - 0.2, top, ticks));
 }
 
 QwtText NameScale::label(double value) const

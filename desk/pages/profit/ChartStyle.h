@@ -34,7 +34,8 @@ class NameScale : public QwtScaleDraw
 public:
     NameScale();
 
-    void setNames(const QStringList &names);
+    /// Puts them on the left axis of plot, 0 lowest; few of them do not fill it, so that their bars stay narrow.
+    void setNames(QwtPlot *plot, const QStringList &names);
     QwtText label(double value) const override;
 
 private:

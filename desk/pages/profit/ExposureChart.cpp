@@ -7,10 +7,7 @@
 #include <qwt_plot_barchart.h>
 #include <qwt_plot_curve.h>
 #include <qwt_plot_grid.h>
-#include <qwt_scale_div.h>
 #include <qwt_symbol.h>
-
-#include <algorithm>
 
 namespace {
 
@@ -71,25 +68,20 @@ void ExposureChart::setSums(const QMap<QString, ProfitSum> &sums, const std::fun
     QVector<double> all;
     QVector<double> limited;
     QVector<QPointF> limits;
-    QList<double> places;
     for (auto sum = sums.cend(); sum != sums.cbegin();) { // from below
         --sum;
         const UsageTotals &totals = sum->totals;
         if (totals.exposure == 0 && totals.limit == 0)
             continue;
-        places.append(names.size());
         if (totals.limit > 0)
             limits.append({totals.limit, double(names.size())});
         names.append(nameOf(sum.key()));
         all.append(totals.exposure);
         limited.append(totals.limitedExposure);
     }
-    m_names->setNames(names);
+    m_names->setNames(this, names);
     m_all->setSamples(all);
     m_limited->setSamples(limited);
     m_limits->setSamples(limits);
-    QList<double> ticks[QwtScaleDiv::NTickTypes];
-    ticks[QwtScaleDiv::MajorTick] = places;
-    setAxisScaleDiv(yLeft, QwtScaleDiv(-0.6, std::max(1, names.size()) - 0.4, ticks));
     replot();
 }

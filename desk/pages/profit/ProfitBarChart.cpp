@@ -6,7 +6,6 @@
 #include <qwt_column_symbol.h>
 #include <qwt_plot_barchart.h>
 #include <qwt_plot_grid.h>
-#include <qwt_scale_div.h>
 
 #include <algorithm>
 #include <cmath>
@@ -67,16 +66,11 @@ void ProfitBarChart::setSums(const QMap<QString, ProfitSum> &sums,
 
     QStringList names;
     QVector<double> profits;
-    QList<double> places;
     for (const auto &[profit, group] : qAsConst(ranked)) {
-        places.append(names.size());
         names.append(nameOf(group));
         profits.append(profit);
     }
-    m_names->setNames(names);
+    m_names->setNames(this, names);
     m_bars->setSamples(profits);
-    QList<double> ticks[QwtScaleDiv::NTickTypes];
-    ticks[QwtScaleDiv::MajorTick] = places;
-    setAxisScaleDiv(yLeft, QwtScaleDiv(-0.6, std::max(1, names.size()) - 0.4, ticks));
     replot();
 }

@@ -47,19 +47,21 @@ int queriesOfLoad(int type)
 
 /// What the requests of a load say about it.
 struct LoadRequests {
-    QDateTime firstSentAt;
+    QDateTime firstSentAt; ///< invalid: there were none
+    QDateTime lastSentAt;
     int all = 0;
     int unanswered = 0;
 };
 
-LoadRequests requestsSince(const QDateTime &from, const QString &msgType)
+LoadRequests requestsAfter(const QDateTime &from, const QString &msgType)
 {
     LoadRequests load;
     const QVector<FinishedRequest> requests = HostSession::current()->news().requests();
     for (const FinishedRequest &request : requests) {
-        if (request.msgType != msgType || request.sentAt < from)
+        if (request.msgType != msgType || request.sentAt <= from)
             continue;
         load.firstSentAt = load.all == 0 ? request.sentAt : std::min(load.firstSentAt, request.sentAt);
+        load.lastSentAt = load.all == 0 ? request.sentAt : std::max(load.lastSentAt, request.sentAt);
         ++load.all;
         load.unanswered += request.outcome == MessageChannel::Outcome::Answered ? 0 : 1;
     }
@@ -155,13 +157,16 @@ void FamilyWatch::finish(int type)
         return;
     Family &family = m_families[size_t(type)];
     FamilyStatus &status = family.status;
-    const LoadRequests load = requestsSince(family.before.at, requestOf(type));
-    const Mark mark = markNow(type);
+    const LoadRequests load = requestsAfter(family.before.at, requestOf(type));
+    Mark mark = markNow(type);
     const int queries = mark.requests - family.before.requests;
     status.finishedAt = QDateTime::currentDateTime();
     status.durationMs = load.all > 0 ? int(load.firstSentAt.msecsTo(status.finishedAt)) : -1;
     status.expected = std::max(1, queriesOfLoad(type));
     status.state = finishedState(stateOf(type), load, queries, status);
+    // Loads may follow each other within a millisecond: what comes after the last request is the next one's.
+    if (load.all > 0)
+        mark.at = load.lastSentAt;
     family.before = family.latest = mark;
     emit changed();
     emit finished(type);

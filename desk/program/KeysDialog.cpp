@@ -46,7 +46,7 @@ void KeysDialog::build()
     m_fault->setObjectName(QStringLiteral("keys.fault"));
     m_fault->setWordWrap(true);
 
-    auto *apply = new QPushButton(tr("设置"));
+    auto *apply = new QPushButton(tr("应用"));
     apply->setObjectName(QStringLiteral("keys.apply"));
     apply->setAutoDefault(false);
     connect(apply, &QPushButton::clicked, this, &KeysDialog::apply);
@@ -119,7 +119,10 @@ void KeysDialog::choose()
 
 void KeysDialog::apply()
 {
-    const QKeySequence keys = m_keys->keySequence();
+    // The edit takes keys that follow each other within a second for one sequence; a command has one: the last.
+    const QKeySequence typed = m_keys->keySequence();
+    const QKeySequence keys = typed.isEmpty() ? typed : QKeySequence(typed[typed.count() - 1]);
+    m_keys->setKeySequence(keys);
     const QString fault = chosenId().isEmpty() ? tr("请先选择一个命令") : m_commands.setKeys(chosenId(), keys);
     // Setting fills the list anew, which clears the text.
     m_fault->setText(fault);

@@ -20,6 +20,7 @@
 #include <QtWidgets/QAction>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QButtonGroup>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QStackedWidget>
 #include <QtWidgets/QToolBar>
@@ -33,6 +34,18 @@ const QLatin1String geometrySetting("window.1"); ///< with the version of what i
 QStringList rolesOfUser()
 {
     return CBusinessDataBase::GetLoginAccountDetail().value(Stand_Fields::User::roles).toStringList();
+}
+
+/// Who gets the focus when a page is shown: who had it there last, else the first that takes it.
+QWidget *entryOf(QWidget *page)
+{
+    if (page->focusWidget() || page->focusProxy())
+        return page->focusWidget() ? page->focusWidget() : page;
+    for (QWidget *widget = page->nextInFocusChain(); widget != page; widget = widget->nextInFocusChain())
+        if (page->isAncestorOf(widget) && widget->isVisibleTo(page) && widget->isEnabled() &&
+            (widget->focusPolicy() & Qt::TabFocus))
+            return widget;
+    return page;
 }
 
 } // namespace
@@ -83,6 +96,7 @@ MainWindow::MainWindow(HostSession &session, const QString &gateway, const QStri
     , m_commands(new CommandList(this))
     , m_notices(new NoticeBoard(*m_appearance, this))
     , m_bar(new QToolBar)
+    , m_who(new QLabel)
     , m_pageButtons(new QButtonGroup(this))
     , m_stack(new QStackedWidget)
     , m_shell(std::make_unique<Shell>(*this))
@@ -124,10 +138,12 @@ void MainWindow::setTitle(const QString &gateway)
         roleNames.append(tr("管理员"));
     if (roles.contains(Master_Values::UserRoles::ManualT0Trader))
         roleNames.append(tr("交易员"));
-    setWindowTitle(QStringLiteral("T0 · %1 (%2) · %3 · %4")
-                       .arg(user.value(Orvane_Fields::UserAccount::userName).toString(),
-                            user.value(Orvane_Fields::UserAccount::userID).toString(),
-                            roleNames.join(QStringLiteral("、")), gateway));
+    const QString who =
+        QStringLiteral("%1 (%2) · %3 · %4")
+            .arg(user.value(Orvane_Fields::UserAccount::userName).toString(),
+                 user.value(Orvane_Fields::UserAccount::userID).toString(), roleNames.join(tr("、")), gateway);
+    setWindowTitle(QStringLiteral("T0 · ") + who);
+    m_who->setText(who);
 }
 
 void MainWindow::build()
@@ -181,7 +197,7 @@ bool MainWindow::showPage(const QString &id)
         m_pageButtons->button(i)->setChecked(true);
         QWidget *page = m_pages.at(i).widget;
         if (!focusWidget() || !page->isAncestorOf(focusWidget()))
-            (page->focusWidget() ? page->focusWidget() : page)->setFocus();
+            entryOf(page)->setFocus();
         return true;
     }
     return false;
@@ -219,14 +235,9 @@ void MainWindow::addBuiltInCommands()
         m_appearance->choose(choice);
     });
     addCommand("layout", tr("还原默认布局"), "Ctrl+Shift+L", [this] { emit m_shell->layoutReset(shownPage()); });
-    addCommand("keys", tr("快捷键"), "F12", [this] { showDialog(new KeysDialog(*m_commands, this)); });
-    addCommand("preferences", tr("设置"), "Ctrl+,", [this] { showDialog(new PreferencesDialog(*m_appearance, this)); });
+    addCommand("keys", tr("快捷键"), "F12", [this] { (new KeysDialog(*m_commands, this))->open(); });
+    addCommand("preferences", tr("设置"), "Ctrl+,", [this] { (new PreferencesDialog(*m_appearance, this))->open(); });
     addCommand("quit", tr("退出"), "Ctrl+Q", [this] { close(); });
-}
-
-void MainWindow::showDialog(QDialog *dialog)
-{
-    dialog->open();
 }
 
 void MainWindow::addMenu()
@@ -234,12 +245,14 @@ void MainWindow::addMenu()
     auto *space = new QWidget;
     space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     m_bar->addWidget(space);
+    m_who->setObjectName(QStringLiteral("who"));
+    m_bar->addWidget(m_who);
     auto *menu = new QMenu(this);
     for (const char *id : {"refresh", "layout", "dark", "larger", "smaller", "keys", "preferences", "quit"})
         menu->addAction(m_commands->find(QLatin1String("frame.") + QLatin1String(id))->action);
     auto *button = new QToolButton;
     button->setObjectName(QStringLiteral("menu"));
-    button->setText(tr("  菜单  "));
+    button->setText(QStringLiteral("  %1  ").arg(tr("菜单")));
     button->setFocusPolicy(Qt::NoFocus);
     button->setMenu(menu);
     button->setPopupMode(QToolButton::InstantPopup);

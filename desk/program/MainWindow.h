@@ -13,6 +13,7 @@ class ConnectionWatch;
 class HostSession;
 class NoticeBoard;
 class QButtonGroup;
+class QLabel;
 class QStackedWidget;
 class QToolBar;
 
@@ -51,13 +52,13 @@ private:
     void addBuiltInCommands();
     void addMenu();
     QAction *addCommand(const char *id, const QString &text, const char *keys, std::function<void()> run);
-    void showDialog(QDialog *dialog);
 
     Appearance *m_appearance;
     ConnectionWatch *m_connection;
     CommandList *m_commands;
     NoticeBoard *m_notices;
     QToolBar *m_bar;
+    QLabel *m_who;
     QButtonGroup *m_pageButtons;
     QStackedWidget *m_stack;
     std::unique_ptr<Shell> m_shell; ///< goes before what it shows

@@ -32,6 +32,7 @@ StatusLine::StatusLine(HostSession &session, const ConnectionWatch &connection, 
     setObjectName(QStringLiteral("status"));
     setSizeGripEnabled(false);
     m_clock->setObjectName(QStringLiteral("status.clock"));
+    m_clock->setContentsMargins(6, 0, 6, 0);
     addPermanentWidget(m_clock);
     connect(&connection, &ConnectionWatch::changed, this, &StatusLine::showConnection);
     connect(&connection, &ConnectionWatch::measured, this, &StatusLine::showConnection);
@@ -48,6 +49,7 @@ QLabel *StatusLine::addLabel(const QString &name)
 {
     auto *label = new QLabel;
     label->setObjectName(name);
+    label->setContentsMargins(6, 0, 6, 0);
     addWidget(label);
     return label;
 }
@@ -88,7 +90,7 @@ void StatusLine::showMarket(const VariantRecord &market)
         if (!in.isEmpty())
             parts.append(in.join(QLatin1Char('/')) + QLatin1Char(' ') + phase.text);
     }
-    const QString time = market.value(Stand_Fields::Market::marketTime).toString();
+    const QString time = market.value(Stand_Fields::Market::marketTime).toString().mid(5); // without the year
     const bool isHeld = market.value(Stand_Fields::Market::held).toBool();
     m_market->setText(
         (isHeld ? tr("市场 %1（暂停） %2") : tr("市场 %1 %2")).arg(time, parts.join(QStringLiteral("  "))));

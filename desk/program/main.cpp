@@ -9,6 +9,8 @@
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QStyleFactory>
 
+#include <cstdlib>
+
 namespace {
 
 enum ExitCode { Good = 0, Failed = 1, Usage = 2 };
@@ -44,6 +46,16 @@ bool hasDisplay()
         if (!qEnvironmentVariableIsEmpty(variable))
             return true;
     return false;
+}
+
+/// Qt remarks at every turn what is missing where there is no display; here that is meant.
+void messageWithoutDisplay(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (!text.startsWith(QLatin1String("This plugin does not support")) &&
+        !text.contains(QLatin1String("XDG_RUNTIME_DIR")))
+        print(stderr, qFormatLogMessage(type, context, text));
+    if (type == QtFatalMsg)
+        std::abort();
 }
 
 /// The desk's own texts, and Qt's where they are installed.
@@ -98,9 +110,10 @@ int main(int argc, char **argv)
     QString fault;
     if (!DeskOptions::read(textsOf(argc, argv), options, fault) || options.isHelp)
         return explain(argc, argv, fault);
-    if (options.isOffscreen)
+    if (options.isOffscreen) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    else if (!hasDisplay()) {
+        qInstallMessageHandler(messageWithoutDisplay);
+    } else if (!hasDisplay()) {
         print(stderr, QStringLiteral("t0-desk: there is no display (DISPLAY and WAYLAND_DISPLAY are not set); "
                                      "--offscreen needs none"));
         return Failed;

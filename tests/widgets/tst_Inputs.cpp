@@ -222,7 +222,6 @@ private slots:
         box.InitTraders({{"t1", "顾远山"}, {"t2", "沈知秋"}, {"t3", "叶青禾"}, {"t4", "何江晚"}}, true, false);
         QVERIFY(QTest::qWaitForWindowActive(&window));
         box.setFocus();
-        box.lineEdit()->selectAll();
         const QSignalSpy taken(&box, QOverload<int>::of(&QComboBox::activated));
         for (const QChar letter : qAsConst(typed))
             QTest::sendKeyEvent(QTest::Click, target(box), Qt::Key_unknown, QString(letter), Qt::NoModifier);
@@ -232,6 +231,43 @@ private slots:
         QTEST(taken.count(), "taken");
         if (!keys.isEmpty())
             QCOMPARE(box.currentText(), box.itemText(box.currentIndex()));
+    }
+
+    void likeTextsAreToldApart_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QList<int>>("keys");
+        QTest::addColumn<QString>("id");
+        QTest::newRow("the whole text before a part") << "Lin" << QList<int>{Qt::Key_Return} << "c";
+        QTest::newRow("same text, Enter") << "an" << QList<int>{Qt::Key_Up, Qt::Key_Return} << "d";
+        QTest::newRow("same text, tabulator") << "an" << QList<int>{Qt::Key_Up, Qt::Key_Tab} << "d";
+    }
+    void likeTextsAreToldApart()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QList<int>, keys);
+        Window<MasterComboBox> window;
+        window.input->setSearchEnabled();
+        window.input->AddItemsList({"An", "Linan", "Lin", "An"}, {"a", "b", "c", "d"});
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        window.input->setFocus();
+        QTest::keyClicks(window.input, typed);
+        for (const int key : qAsConst(keys))
+            QTest::keyClick(target(*window.input), Qt::Key(key));
+        QTEST(window.input->currentData().toString(), "id");
+    }
+
+    void focusTakenAwayWhileTheListIsOpen()
+    {
+        Window<ManualT0TraderCombo> window;
+        window.input->InitTraders({{"t1", "顾远山"}}, true, false);
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        window.input->setFocus();
+        QTest::keyClicks(window.input, "t");
+        QVERIFY(window.input->completer()->popup()->isVisible());
+        window.other->setFocus();
+        QVERIFY(!window.input->completer()->popup()->isVisible());
+        QCOMPARE(window.input->currentText(), QString("全部交易员"));
     }
 
 private:

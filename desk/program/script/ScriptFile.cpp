@@ -14,29 +14,13 @@ struct Verb {
 };
 
 /// Each expectation is also there as one that is waited for: "until" in place of "expect".
-constexpr Verb verbs[] = {{"key", 1, 1},
-                          {"type", 1, any},
-                          {"click", 1, 2},
-                          {"rclick", 1, 2},
-                          {"dclick", 1, 2},
-                          {"cell", 2, 3},
-                          {"page", 1, 1},
-                          {"settle", 0, 0},
-                          {"wait", 1, 1},
-                          {"expect", 2, any},
-                          {"expect-none", 2, any},
-                          {"expect-rows", 2, 2},
-                          {"expect-text", 2, any},
-                          {"expect-focus", 1, 1},
-                          {"expect-enabled", 2, 2},
-                          {"expect-visible", 2, 2},
-                          {"set", 2, any},
-                          {"choose", 2, any},
-                          {"shot", 1, 1},
-                          {"exchange", 1, 2},
-                          {"quote", 2, 2},
-                          {"fault", 1, 5},
-                          {"quit", 0, 0}};
+constexpr Verb verbs[] = {
+    {"key", 1, 1},           {"type", 1, any},       {"click", 1, 2},          {"rclick", 1, 2},
+    {"dclick", 1, 2},        {"cell", 2, 3},         {"page", 1, 1},           {"settle", 0, 0},
+    {"wait", 1, 1},          {"expect", 2, any},     {"expect-none", 2, any},  {"expect-rows", 2, 2},
+    {"expect-text", 2, any}, {"expect-focus", 1, 1}, {"expect-enabled", 2, 2}, {"expect-visible", 2, 2},
+    {"set", 2, any},         {"choose", 2, any},     {"shot", 1, 1},           {"exchange", 1, 2},
+    {"quote", 2, 2},         {"fault", 1, 5},        {"say", 1, any},          {"quit", 0, 0}};
 
 const Verb *findVerb(QString name)
 {
@@ -84,6 +68,16 @@ QString faultOf(const ScriptLine &line)
             .arg(line.verb, QString::number(verb->least), QString::number(line.words.size()));
     if (line.words.size() > verb->most)
         return QStringLiteral("\"%1\" is too much for \"%2\"").arg(line.words.at(verb->most), line.verb);
+    const QString last = line.words.isEmpty() ? QString() : line.words.constLast();
+    bool isNumber = true;
+    if (line.verb == QLatin1String("wait"))
+        last.toUInt(&isNumber);
+    if (!isNumber)
+        return QStringLiteral("\"%1\" is no number of milliseconds").arg(last);
+    const bool isSwitch =
+        line.verb.endsWith(QLatin1String("-enabled")) || line.verb.endsWith(QLatin1String("-visible"));
+    if (isSwitch && last != QLatin1String("yes") && last != QLatin1String("no"))
+        return QStringLiteral("\"%1\" is not yes or no").arg(last);
     return {};
 }
 

@@ -8,6 +8,7 @@
 #include "ScriptWidgets.h"
 
 #include <QtCore/QDir>
+#include <QtCore/QTextStream>
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
 
@@ -22,15 +23,29 @@ QString join(const QStringList &words, int from)
     return words.mid(from).join(QLatin1Char(' '));
 }
 
-/// The window with the dialogs and menus over it, as a user sees it.
+/// For whoever runs the program and acts when it has come this far.
+QString say(const QString &text)
+{
+    QTextStream(stdout) << text << Qt::endl;
+    return {};
+}
+
+/// The window with what is over it. Dialogs are drawn in its middle: without a window manager nobody has put them
+/// there.
 QPixmap pictureOf(MainWindow &window)
 {
     QPixmap picture = window.grab();
     QPainter painter(&picture);
     const QWidgetList windows = QApplication::topLevelWidgets();
-    for (QWidget *other : windows)
-        if (other != &window && other->isVisible())
-            painter.drawPixmap(other->pos() - window.pos(), other->grab());
+    for (QWidget *other : windows) {
+        if (other == &window || !other->isVisible())
+            continue;
+        const bool isDialog = other->windowType() == Qt::Dialog;
+        const QPoint at = isDialog ? window.rect().center() - other->rect().center() : other->pos() - window.pos();
+        painter.drawPixmap(at, other->grab());
+        painter.setPen(window.palette().color(QPalette::Mid));
+        painter.drawRect(QRect(at, other->size()).adjusted(-1, -1, 0, 0));
+    }
     return picture;
 }
 
@@ -69,6 +84,7 @@ void ScriptPlayer::addActions()
                                                : QStringLiteral("there is no page \"%1\", but: %2")
                                                      .arg(w.at(0), m_window.pageIds().join(QStringLiteral(", ")));
          }},
+        {QStringLiteral("say"), [](const Words &w) { return say(join(w, 0)); }},
         {QStringLiteral("shot"), [this](const Words &w) { return shot(w.at(0)); }},
         {QStringLiteral("exchange"), ScriptMarket::exchange},
         {QStringLiteral("quote"), [](const Words &w) { return ScriptMarket::quote(w.at(0), w.at(1)); }},

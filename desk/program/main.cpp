@@ -1,4 +1,5 @@
 #include "Desk.h"
+#include "DeskStyle.h"
 #include "MainWindow.h"
 #include "ScriptPlayer.h"
 
@@ -8,7 +9,6 @@
 #include <QtCore/QTranslator>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMessageBox>
-#include <QtWidgets/QStyleFactory>
 
 #include <cstdlib>
 
@@ -123,7 +123,7 @@ int main(int argc, char **argv)
     }
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("t0-desk"));
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new DeskStyle);
     translate(application, options.language);
     return run(options);
 }

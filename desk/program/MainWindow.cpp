@@ -76,7 +76,7 @@ public:
         HOST_INFO("Desk", text);
         if (!PreferencesDialog::areNoticesOn())
             return;
-        m_window.m_notices->show(kind, text);
+        m_window.m_notices->add(kind, text);
         if (PreferencesDialog::isSoundOn())
             QApplication::beep();
     }
@@ -111,7 +111,7 @@ MainWindow::MainWindow(HostSession &session, const QString &gateway, const QStri
     auto *layout = new QVBoxLayout(middle);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(new Banner(*m_connection, *m_appearance, middle));
+    layout->addWidget(new Banner(*m_connection, middle));
     layout->addWidget(m_stack, 1);
     setCentralWidget(middle);
     setStatusBar(new StatusLine(session, *m_connection, *m_appearance, this));

@@ -69,7 +69,7 @@ private slots:
         QCOMPARE(trader.value(ProfitFields::withoutPrice()).toInt(), 2);
         QCOMPARE(trader.value(TotalProfit).toDouble(), 100.);
         QVERIFY2(!trader.contains(OpenPosQty), "shares of several securities are no quantity");
-        QCOMPARE(rows.total().totals.totalProfit, 70.);
+        QCOMPARE(rows.total().totalProfit, 70.);
 
         ProfitRows symbols(Group::Symbol, {});
         symbols.replace(records());
@@ -105,7 +105,7 @@ private slots:
         rows.put("d", priced(entry("t1", "A1", "Z", 10, 3), 1, 30));
         QCOMPARE(rows.takeChanged().size(), 2);
         QVERIFY(rows.takeChanged().isEmpty());
-        QCOMPARE(rows.total().totals.totalProfit, 221.);
+        QCOMPARE(rows.total().totalProfit, 221.);
     }
 
     void curveSurvivesARestartButNotAClockThatWasSetBack()

@@ -62,22 +62,22 @@ void ExposureChart::restyle()
     replot();
 }
 
-void ExposureChart::setSums(const QMap<QString, ProfitSum> &sums, const std::function<QString(const QString &)> &nameOf)
+void ExposureChart::setTotals(const QMap<QString, UsageTotals> &totals,
+                              const std::function<QString(const QString &)> &nameOf)
 {
     QStringList names;
     QVector<double> all;
     QVector<double> limited;
     QVector<QPointF> limits;
-    for (auto sum = sums.cend(); sum != sums.cbegin();) { // from below
-        --sum;
-        const UsageTotals &totals = sum->totals;
-        if (totals.exposure == 0 && totals.limit == 0)
+    for (auto group = totals.cend(); group != totals.cbegin();) { // from below
+        --group;
+        if (group->exposure == 0 && group->limit == 0)
             continue;
-        if (totals.limit > 0)
-            limits.append({totals.limit, double(names.size())});
-        names.append(nameOf(sum.key()));
-        all.append(totals.exposure);
-        limited.append(totals.limitedExposure);
+        if (group->limit > 0)
+            limits.append({group->limit, double(names.size())});
+        names.append(nameOf(group.key()));
+        all.append(group->exposure);
+        limited.append(group->limitedExposure);
     }
     m_names->setNames(this, names);
     m_all->setSamples(all);

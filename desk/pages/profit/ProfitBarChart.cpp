@@ -51,13 +51,13 @@ ProfitBarChart::ProfitBarChart(QWidget *parent)
     });
 }
 
-void ProfitBarChart::setSums(const QMap<QString, ProfitSum> &sums,
-                             const std::function<QString(const QString &)> &nameOf)
+void ProfitBarChart::setTotals(const QMap<QString, UsageTotals> &totals,
+                               const std::function<QString(const QString &)> &nameOf)
 {
     QVector<QPair<double, QString>> ranked;
-    for (auto sum = sums.cbegin(); sum != sums.cend(); ++sum) {
-        if (sum->totals.totalProfit != 0)
-            ranked.append({sum->totals.totalProfit, sum.key()});
+    for (auto group = totals.cbegin(); group != totals.cend(); ++group) {
+        if (group->totalProfit != 0)
+            ranked.append({group->totalProfit, group.key()});
     }
     std::sort(ranked.begin(), ranked.end(),
               [](const auto &a, const auto &b) { return std::abs(a.first) > std::abs(b.first); });

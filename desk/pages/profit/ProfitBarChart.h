@@ -1,6 +1,10 @@
 #pragma once
 
-#include "ProfitRows.h"
+#include "UsageFigures.h"
+
+#include <QtCore/QMap>
+
+#include <functional>
 
 #include <qwt_plot.h>
 
@@ -17,7 +21,7 @@ public:
     explicit ProfitBarChart(QWidget *parent = nullptr);
 
     /// nameOf: how a group is called.
-    void setSums(const QMap<QString, ProfitSum> &sums, const std::function<QString(const QString &)> &nameOf);
+    void setTotals(const QMap<QString, UsageTotals> &totals, const std::function<QString(const QString &)> &nameOf);
 
 private:
     QwtPlotGrid *m_grid;

@@ -120,6 +120,7 @@ void ProfitPage::rebuildTable()
     auto *model = new RecordModel(ProfitColumns::of(m_filter->group()), ProfitRows::keyOf);
     m_table = new RecordTable(QStringLiteral("profit.rows"), model);
     model->setParent(m_table);
+    connect(model, &RecordModel::shown, this, [this] { m_totals->show(m_rows.total()); });
     m_tablePlace->insertWidget(1, m_table, 1);
     if (hadFocus)
         m_table->setFocus();
@@ -157,10 +158,7 @@ void ProfitPage::take(const QStringList &keys)
     }
     for (const QString &key : keys)
         m_rows.put(key, m_book->entries().value(key));
-    // Shown now: the book has already gathered what came within a tenth of a second.
     m_table->records()->put(m_rows.takeChanged());
-    m_table->records()->flush();
-    m_totals->show(m_rows.total());
     drawLater();
 }
 
@@ -174,17 +172,10 @@ void ProfitPage::showCharts()
 {
     if (!isVisible())
         return;
-    showBars(Group(m_barsOf->currentData().toInt()));
-    ProfitRows traders(Group::Trader, m_filter->filter());
-    traders.replace(m_book->entries());
-    m_exposureChart->setSums(traders.sums(), traderName);
-}
-
-void ProfitPage::showBars(Group group)
-{
-    ProfitRows rows(group, m_filter->filter());
-    rows.replace(m_book->entries());
-    m_barChart->setSums(rows.sums(), group == Group::Trader ? traderName : symbolName);
+    const Group group = Group(m_barsOf->currentData().toInt());
+    m_barChart->setTotals(ProfitRows::totals(m_book->entries(), group, m_filter->filter()),
+                          group == Group::Trader ? traderName : symbolName);
+    m_exposureChart->setTotals(ProfitRows::totals(m_book->entries(), Group::Trader, m_filter->filter()), traderName);
 }
 
 void ProfitPage::showEvent(QShowEvent *event)

@@ -39,7 +39,6 @@ private:
     void takeAll();
     void take(const QStringList &keys);
     void showCharts();
-    void showBars(ProfitRows::Group group);
     void drawLater();
 
     UsageBook *m_book;

@@ -39,6 +39,17 @@ QStringList commonFields(ProfitRows::Group group)
     return {};
 }
 
+/// The key of the group that a record belongs to.
+QString groupOf(ProfitRows::Group group, const QString &key, const VariantRecord &usage)
+{
+    if (group == ProfitRows::Group::Detail)
+        return key;
+    QStringList parts;
+    for (const QString &field : commonFields(group))
+        parts.append(usage.value(field).toString());
+    return parts.join(QLatin1Char('_'));
+}
+
 void insertFigures(VariantRecord &row, const UsageTotals &totals)
 {
     if (totals.rows == totals.withoutPrice)
@@ -94,16 +105,6 @@ bool ProfitRows::isActive(const VariantRecord &usage)
     return number(usage, RtRealBoughtQty) != 0 || number(usage, RtRealSoldQty) != 0 || number(usage, OpenPosQty) != 0;
 }
 
-QString ProfitRows::groupOf(const QString &key, const VariantRecord &usage) const
-{
-    if (m_group == Group::Detail)
-        return key;
-    QStringList parts;
-    for (const QString &field : commonFields(m_group))
-        parts.append(usage.value(field).toString());
-    return parts.join(QLatin1Char('_'));
-}
-
 void ProfitRows::replace(const QHash<QString, UsageEntry> &entries)
 {
     m_entries.clear();
@@ -121,7 +122,7 @@ void ProfitRows::put(const QString &key, const UsageEntry &entry)
     if (!isHeld && !m_filter.passes(entry.usage))
         return;
     m_entries.insert(key, entry);
-    const QString group = groupOf(key, entry.usage);
+    const QString group = groupOf(m_group, key, entry.usage);
     if (!isHeld)
         m_members[group].append(key);
     m_changed.insert(group);
@@ -177,20 +178,23 @@ VariantRecord ProfitRows::row(const QString &group) const
     return row;
 }
 
-QMap<QString, ProfitSum> ProfitRows::sums() const
+UsageTotals ProfitRows::total() const
 {
-    QMap<QString, ProfitSum> sums;
-    for (auto group = m_members.cbegin(); group != m_members.cend(); ++group)
-        sums.insert(group.key(), sumOf(group.key()));
-    return sums;
+    UsageTotals total;
+    for (const UsageEntry &entry : m_entries)
+        total.add(entry.figures);
+    return total;
 }
 
-ProfitSum ProfitRows::total() const
+QMap<QString, UsageTotals> ProfitRows::totals(const QHash<QString, UsageEntry> &entries, Group group,
+                                              const Filter &filter)
 {
-    ProfitSum total;
-    for (const UsageEntry &entry : m_entries)
-        total.add(entry);
-    return total;
+    QMap<QString, UsageTotals> totals;
+    for (auto entry = entries.cbegin(); entry != entries.cend(); ++entry) {
+        if (filter.passes(entry->usage))
+            totals[groupOf(group, entry.key(), entry->usage)].add(entry->figures);
+    }
+    return totals;
 }
 
 QString ProfitRows::keyOf(const VariantRecord &row)

@@ -49,14 +49,16 @@ public:
     RecordList takeChanged();
     RecordList rows() const;
 
-    QMap<QString, ProfitSum> sums() const;
-    ProfitSum total() const;
+    UsageTotals total() const;
+
+    /// Totals a group, without rows.
+    static QMap<QString, UsageTotals> totals(const QHash<QString, UsageEntry> &entries, Group group,
+                                             const Filter &filter);
 
     static QString keyOf(const VariantRecord &row);
     static bool isActive(const VariantRecord &usage);
 
 private:
-    QString groupOf(const QString &key, const VariantRecord &usage) const;
     ProfitSum sumOf(const QString &group) const;
     VariantRecord row(const QString &group) const;
 

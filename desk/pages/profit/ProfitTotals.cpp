@@ -1,8 +1,8 @@
 #include "ProfitTotals.h"
 
 #include "Format.h"
-#include "ProfitRows.h"
 #include "SignColour.h"
+#include "UsageFigures.h"
 
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
@@ -34,9 +34,8 @@ QLabel *ProfitTotals::add(const QString &name)
     return label;
 }
 
-void ProfitTotals::show(const ProfitSum &sum)
+void ProfitTotals::show(const UsageTotals &totals)
 {
-    const UsageTotals &totals = sum.totals;
     const bool isKnown = totals.rows > totals.withoutPrice;
     const auto money = [isKnown](double amount) { return isKnown ? Format::money(amount) : Format::missing(); };
     m_rows->setText(tr("合计 %1 行").arg(Format::quantity(totals.rows)));

@@ -3,7 +3,7 @@
 #include <QtWidgets/QWidget>
 
 class QLabel;
-struct ProfitSum;
+struct UsageTotals;
 
 /// The line under the rows: their totals, and how many of them have no price.
 class ProfitTotals : public QWidget
@@ -13,7 +13,7 @@ class ProfitTotals : public QWidget
 public:
     explicit ProfitTotals(QWidget *parent = nullptr);
 
-    void show(const ProfitSum &sum);
+    void show(const UsageTotals &totals);
 
 private:
     QLabel *add(const QString &name);

@@ -15,7 +15,7 @@
 namespace {
 
 constexpr int updateEveryMs = 100;
-constexpr int mostAtOnce = 500; ///< records: the window answers in between
+constexpr int mostAtOnce = 250; ///< records: the window answers in between
 
 } // namespace
 
@@ -102,7 +102,7 @@ void UsageBook::enter(const QString &key, const VariantRecord &usage)
         held->usage = usage;
         return;
     }
-    m_entries.insert(key, {usage, {}});
+    m_entries.insert(key, {usage, {}, UsageFigures::limitQuantity(usage)});
     m_keysOfSymbol[usage.value(Orvane_Fields::Security::symbol).toString()].append(key);
 }
 
@@ -117,8 +117,11 @@ void UsageBook::touchPools(const RecordList &pools)
 {
     for (const VariantRecord &pool : pools) {
         const QString key = ManualT0Logic::GetRealtimePoolKey(pool);
-        if (m_entries.contains(key))
-            touch(key);
+        const auto entry = m_entries.find(key);
+        if (entry == m_entries.end())
+            continue;
+        entry->limitQuantity = UsageFigures::limitQuantity(entry->usage);
+        touch(key);
     }
 }
 
@@ -148,7 +151,7 @@ void UsageBook::update()
     }
     for (const QString &key : qAsConst(keys)) {
         UsageEntry &entry = m_entries[key];
-        entry.figures = UsageFigures::of(entry.usage);
+        entry.figures = UsageFigures::of(entry.usage, entry.limitQuantity);
     }
     if (!m_touched.isEmpty())
         m_timer.start(0);
@@ -169,7 +172,8 @@ void UsageBook::readAll()
     for (const VariantRecord &usage : records) {
         const QString key = ManualT0Logic::GetRealtimePoolKey(usage);
         enter(key, usage);
-        m_entries[key].figures = UsageFigures::of(usage);
+        UsageEntry &entry = m_entries[key];
+        entry.figures = UsageFigures::of(usage, entry.limitQuantity);
     }
 }
 

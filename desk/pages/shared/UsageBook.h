@@ -10,6 +10,7 @@
 struct UsageEntry {
     VariantRecord usage;
     UsageFigures figures;
+    std::optional<double> limitQuantity = {}; ///< as UsageFigures::limitQuantity
 };
 
 /// The usage records that the user may see (all of a manager, a trader's own) with what they are worth, kept up to

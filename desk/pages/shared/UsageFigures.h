@@ -16,6 +16,12 @@ struct UsageFigures {
 
     /// usage: a record of the facade's usage queries.
     static UsageFigures of(const VariantRecord &usage);
+
+    /// The same for whoever keeps the limit: it changes with the pools only, and costs more than the rest to find.
+    static UsageFigures of(const VariantRecord &usage, std::optional<double> limitQuantity);
+
+    /// How much may be open, of the trader's private pool; none: not limited.
+    static std::optional<double> limitQuantity(const VariantRecord &usage);
 };
 
 /// Sums over usage records. Those without a price are counted, not summed.

@@ -45,7 +45,7 @@ FamilyPanel::FamilyPanel(QWidget *parent)
         show();
     });
     const PageShell *shell = PageShell::instance();
-    connect(shell, &PageShell::refreshRequested, m_watch, &FamilyWatch::refreshAll);
+    connect(shell, &PageShell::refreshRequested, this, &FamilyPanel::refreshAll);
     connect(shell, &PageShell::sendingGateChanged, this, &FamilyPanel::showButtons);
     connect(&m_second, &QTimer::timeout, this, &FamilyPanel::showButtons);
     m_second.start(500);
@@ -76,6 +76,16 @@ QWidget *FamilyPanel::makeButtons()
     line->addWidget(m_all);
     line->addStretch();
     return buttons;
+}
+
+/// Of the window's own key: it answers also while the button does not.
+void FamilyPanel::refreshAll()
+{
+    PageShell *shell = PageShell::instance();
+    if (shell->sendingGate().isEmpty())
+        m_watch->refreshAll();
+    else
+        shell->notify(PageShell::Notice::Refusal, shell->sendingGate());
 }
 
 /// Counting copies the records: only after a load, and only for somebody who looks.

@@ -25,6 +25,7 @@ protected:
 private:
     QWidget *makeButtons();
     QPushButton *addButton(const QString &name, const QString &text);
+    void refreshAll();
     void show();
     void count(int type);
     void showButtons();

@@ -23,20 +23,15 @@ bool matches(const QString &wanted, const VariantRecord &usage, const QString &f
 }
 
 /// What all records of a group have in common.
-QStringList commonFields(ProfitRows::Group group)
+const QVector<QString> &commonFields(ProfitRows::Group group)
 {
     using namespace Orvane_Fields;
-    switch (group) {
-    case ProfitRows::Group::Detail:
-        return {T0TraderId, UserAccount::tradingAccount, Security::symbol, UserAccount::securityExchange};
-    case ProfitRows::Group::Symbol:
-        return {Security::symbol, UserAccount::securityExchange};
-    case ProfitRows::Group::Trader:
-        return {T0TraderId};
-    case ProfitRows::Group::Account:
-        return {UserAccount::tradingAccount};
-    }
-    return {};
+    static const QVector<QString> fields[] = {
+        {T0TraderId, UserAccount::tradingAccount, Security::symbol, UserAccount::securityExchange},
+        {Security::symbol, UserAccount::securityExchange},
+        {T0TraderId},
+        {UserAccount::tradingAccount}};
+    return fields[int(group)]; // in the order of ProfitRows::Group
 }
 
 /// The key of the group that a record belongs to.

@@ -95,6 +95,10 @@
         <source>应用</source>
         <translation>Set</translation>
     </message>
+    <message>
+        <source>关闭</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>

@@ -18,6 +18,10 @@
         <source>%1 已用于“%2”</source>
         <translation>%1 is already used by &quot;%2&quot;</translation>
     </message>
+    <message>
+        <source>%1 留给输入和移动</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>ConnectionWatch</name>

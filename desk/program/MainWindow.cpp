@@ -17,6 +17,7 @@
 #include "StatusLine.h"
 #include "TradeNotices.h"
 
+#include <QtGui/QScreen>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QButtonGroup>
@@ -96,7 +97,7 @@ MainWindow::MainWindow(HostSession &session, const QString &gateway, const QStri
     , m_commands(new CommandList(this))
     , m_notices(new NoticeBoard(*m_appearance, this))
     , m_bar(new QToolBar)
-    , m_who(new QLabel)
+    , m_who(new QLabel(this))
     , m_pageButtons(new QButtonGroup(this))
     , m_stack(new QStackedWidget)
     , m_shell(std::make_unique<Shell>(*this))
@@ -185,6 +186,7 @@ void MainWindow::addPageOf(const PageDescription &description)
 void MainWindow::keepGeometry()
 {
     m_keepsGeometry = true;
+    resize(size().boundedTo(screen()->availableSize()));
     restoreGeometry(QByteArray::fromBase64(DeskSettings::value(geometrySetting).toByteArray()));
 }
 

@@ -18,6 +18,10 @@
         <source>%1 已用于“%2”</source>
         <translation>%1 is already used by &quot;%2&quot;</translation>
     </message>
+    <message>
+        <source>%1 留给输入和移动</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>ConnectionWatch</name>
@@ -94,6 +98,10 @@
     <message>
         <source>应用</source>
         <translation>Set</translation>
+    </message>
+    <message>
+        <source>关闭</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>

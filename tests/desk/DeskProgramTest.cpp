@@ -77,6 +77,7 @@ private slots:
     {
         QTest::addColumn<QStringList>("options");
         QTest::newRow("frame") << QStringList{};
+        QTest::newRow("english") << QStringList{"--lang", "en"};
         QTest::newRow("notes") << QStringList{"--immediate", "--user", "lead1"};
     }
     void plays()

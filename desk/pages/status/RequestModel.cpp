@@ -5,6 +5,8 @@
 #include "StandMsgType.h"
 #include "StatusFields.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr int kept = 500;
@@ -42,14 +44,34 @@ QString outcomeText(MessageChannel::Outcome outcome)
     return {};
 }
 
+bool isSame(const FinishedRequest &a, const FinishedRequest &b)
+{
+    return a.sentAt == b.sentAt && a.msgType == b.msgType && a.durationMs == b.durationMs && a.outcome == b.outcome;
+}
+
+/// How many of the last of one list are the first of another.
+int overlap(const QVector<FinishedRequest> &list, const QVector<FinishedRequest> &next)
+{
+    for (int count = std::min(list.size(), next.size()); count > 0; --count) {
+        if (std::equal(next.cbegin(), next.cbegin() + count, list.cend() - count, isSame))
+            return count;
+    }
+    return 0;
+}
+
 } // namespace
 
 RequestModel::RequestModel(QObject *parent)
     : RecordModel(shownColumns(), keyOf, parent)
 {
     const HostNews &news = HostSession::current()->news();
-    add(news.requests());
-    connect(&news, &HostNews::requestsFinished, this, &RequestModel::add);
+    m_first = news.requests();
+    add(m_first);
+    // What had ended but was not told yet is told now.
+    connect(&news, &HostNews::requestsFinished, this, [this](const QVector<FinishedRequest> &requests) {
+        const QVector<FinishedRequest> known = std::exchange(m_first, {});
+        add(requests.mid(overlap(known, requests)));
+    });
 }
 
 void RequestModel::add(const QVector<FinishedRequest> &requests)

@@ -16,5 +16,6 @@ public:
 private:
     void add(const QVector<FinishedRequest> &requests);
 
-    int m_next = 0; ///< number of the next request
+    QVector<FinishedRequest> m_first; ///< taken over at the beginning; empty after the first news
+    int m_next = 0;                   ///< number of the next request
 };

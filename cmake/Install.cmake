@@ -11,6 +11,7 @@ set(host_include ${CMAKE_INSTALL_INCLUDEDIR}/ManualT0Host)
 set_target_properties(ManualT0Logic PROPERTIES EXPORT_NAME Logic INSTALL_RPATH $ORIGIN)
 install(TARGETS ManualT0Logic EXPORT ManualT0LogicTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(FILES logic/ManualT0Logic.h logic/ManualT0LogicExport.h logic/SymbolListType.h
+              widgets/OrderQueuePanel.h widgets/ManualT0DoubleSpinbox.h widgets/ManualT0TraderCombo.h
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/ManualT0Logic)
 
 # A link, never a copy: a second file would be a second hub in the process.

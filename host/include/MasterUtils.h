@@ -3,6 +3,7 @@
 #include "HostExport.h"
 #include "VariantRecord.h"
 
+class QColor;
 class ZrPresenterClass;
 
 /// How the server may serve a query; passed on unchanged.
@@ -53,5 +54,12 @@ T0_HOST_EXPORT QString GetMasterOrderStation(const QString &businessName);
 /// Equal parts, the remainder last: 1050 by 300 gives 300, 300, 300, 150. part <= 0: total alone; total <= 0: nothing.
 /// Gives as many parts as it takes: the caller sees to it that they are not too many.
 T0_HOST_EXPORT QList<qint64> SplitBigNumIntoSmallNumList(qint64 total, qint64 part);
+
+/// A background of the same hue on which text of this colour is readable (contrast 4.5 : 1), near the skin's own where
+/// that is possible. The skin's own for an invalid colour. GUI thread.
+T0_HOST_EXPORT QColor GetBackgroundColor(QColor textColor);
+
+/// The skin's normal background of lists and inputs; white in a program without windows. GUI thread.
+T0_HOST_EXPORT QColor SystemBackgroundColor();
 
 } // namespace MasterUtils

@@ -5,14 +5,16 @@ set -euo pipefail
 
 perl -w - "$1" <<'PERL'
 my $library = shift;
-my $api = qr/(?:ManualT0Logic|OrderQueuePanel|ManualT0DoubleSpinbox|ManualT0TraderCombo|SymbolListType)/;
+my @classes = qw(ManualT0Logic OrderQueuePanel ManualT0DoubleSpinbox ManualT0TraderCombo);
+my $api = join '|', @classes, 'SymbolListType'; # that one is a struct, it need not have a symbol
 my $foreign = qr/(?:std::|__gnu_cxx::|Q[A-Za-z0-9]*\b|q[A-Z]\w*\b|operator)/;
 
 open(my $table, '-|', 'nm', '-D', '--defined-only', '-C', $library) or die "nm: $!\n";
-my ($api_symbols, @faults) = (0);
+my (%symbols_of, @faults);
 while (my $line = <$table>) {
     chomp $line;
     my ($type, $name) = $line =~ /^[0-9a-f]*\s*(\S) (.*)$/ or next;
+    next if $name =~ /^(?:__bss_start|_edata|_end)$/; # the linker's, exported because Qt's libraries have them too
     next if $type eq 'A' || $name =~ /^qt_plugin_(?:instance|query_metadata)\b/;
 
     # The entity itself: without arguments, template arguments and a template's return type.
@@ -22,12 +24,14 @@ while (my $line = <$table>) {
     $entity =~ s/^(?:vtable|VTT|typeinfo(?: name)?|guard variable|non-virtual thunk) (?:for|to) //;
     $entity =~ s/\[abi:\w+\]//g;
 
-    if ($entity =~ /(?:^|\s)${api}(?:::|$)/) { ++$api_symbols; next }
+    if ($entity =~ /(?:^|\s)($api)(?:::|$)/) { ++$symbols_of{$1}; next }
     next if $type =~ /^[VWu]$/ && $entity =~ /(?:^|\s)$foreign/;
     push @faults, "  $type $name";
 }
 close($table) or die "nm cannot read $library\n";
 die "$library exports what is not part of its interface:\n" . join("\n", @faults) . "\n" if @faults;
-die "$library exports nothing of its interface\n" unless $api_symbols;
-print "$api_symbols symbols of the interface\n";
+for my $class (@classes) {
+    die "$library exports nothing of $class\n" unless $symbols_of{$class};
+    print "$class: $symbols_of{$class} symbols\n";
+}
 PERL

@@ -1,0 +1,211 @@
+#include "MasterComboBox.h"
+
+#include "PinyinInitials.h"
+
+#include <QtCore/QAbstractProxyModel>
+#include <QtGui/QKeyEvent>
+#include <QtWidgets/QAbstractItemView>
+#include <QtWidgets/QCompleter>
+#include <QtWidgets/QLineEdit>
+
+namespace {
+
+constexpr int searchRole = Qt::UserRole + 1; ///< what typed text is looked for in; UserRole is the item's data
+
+/// Searches one text of an item and shows another.
+class SearchCompleter : public QCompleter
+{
+public:
+    explicit SearchCompleter(QComboBox *box)
+        : QCompleter(box->model(), box)
+    {
+        setCompletionRole(searchRole);
+        setFilterMode(Qt::MatchContains);
+        setCaseSensitivity(Qt::CaseInsensitive);
+        setMaxVisibleItems(12);
+    }
+
+    QString pathFromIndex(const QModelIndex &index) const override { return index.data(Qt::DisplayRole).toString(); }
+
+    QModelIndex item(const QModelIndex &completion) const
+    {
+        return static_cast<QAbstractProxyModel *>(completionModel())->mapToSource(completion);
+    }
+};
+
+} // namespace
+
+MasterComboBox::MasterComboBox(QWidget *parent)
+    : QComboBox(parent)
+    , IMasterShortCut(this)
+    , InputStatusStyle(this)
+{
+    setInsertPolicy(QComboBox::NoInsert);
+    setFocusPolicy(Qt::StrongFocus);
+    connect(model(), &QAbstractItemModel::rowsInserted, this,
+            [this](const QModelIndex &, int first, int last) { makeSearchable(first, last); });
+}
+
+MasterComboBox::~MasterComboBox() = default;
+
+void MasterComboBox::clear()
+{
+    QComboBox::clear();
+    clearEditText();
+}
+
+void MasterComboBox::setSearchEnabled(bool enabled)
+{
+    if (enabled == isSearchEnabled())
+        return;
+    setEditable(enabled);
+    if (!enabled)
+        return;
+    setCompleter(new SearchCompleter(this));
+    applySkin();
+}
+
+bool MasterComboBox::isSearchEnabled() const
+{
+    return isEditable();
+}
+
+void MasterComboBox::AddItemsList(const QStringList &texts, const QStringList &data)
+{
+    Q_ASSERT(texts.size() == data.size());
+    for (int i = 0; i < texts.size(); ++i)
+        addItem(texts.at(i), data.value(i));
+}
+
+void MasterComboBox::selectFirstItem()
+{
+    if (count() > 0)
+        setCurrentIndex(0);
+}
+
+void MasterComboBox::makeSearchable(int first, int last)
+{
+    for (int row = first; row <= last; ++row) {
+        const QString text = itemText(row);
+        setItemData(row, QString(text + QLatin1Char('\n') + PinyinInitials(text)), searchRole);
+    }
+}
+
+bool MasterComboBox::isTyping() const
+{
+    return lineEdit()->text() != itemText(currentIndex());
+}
+
+bool MasterComboBox::isListOpen() const
+{
+    return completer()->popup()->isVisible();
+}
+
+/// What Enter takes: the marked item of the list, else the item of just this text, else the first that fits.
+int MasterComboBox::typedItem() const
+{
+    const auto *search = static_cast<SearchCompleter *>(completer());
+    const QModelIndex marked = search->popup()->currentIndex();
+    if (isListOpen() && marked.isValid())
+        return search->item(marked).row();
+    const QString typed = lineEdit()->text();
+    if (typed.isEmpty())
+        return -1;
+    const int same = findText(typed, Qt::MatchFixedString);
+    if (same >= 0)
+        return same;
+    completer()->setCompletionPrefix(typed);
+    return completer()->completionCount() > 0 ? search->item(search->completionModel()->index(0, 0)).row() : -1;
+}
+
+void MasterComboBox::openWholeList()
+{
+    completer()->setCompletionPrefix(QString());
+    completer()->complete();
+    QAbstractItemView *list = completer()->popup();
+    list->setCurrentIndex(list->model()->index(qMax(0, currentIndex()), 0));
+}
+
+void MasterComboBox::take(int item)
+{
+    if (item >= 0)
+        setCurrentIndex(item);
+    closeSearch();
+    if (item < 0)
+        return;
+    emit activated(item);
+    emit textActivated(itemText(item));
+}
+
+void MasterComboBox::closeSearch()
+{
+    completer()->popup()->hide();
+    setEditText(itemText(currentIndex()));
+}
+
+/// True when the key was one of the search; others belong to the line edit, or to the window.
+bool MasterComboBox::searchKey(int key)
+{
+    switch (key) {
+    case Qt::Key_Down:
+    case Qt::Key_Up:
+        openWholeList(); // the list takes these keys itself as soon as it is open
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (!isTyping() && !isListOpen())
+            return false;
+        take(typedItem());
+        return true;
+    case Qt::Key_Escape:
+        if (!isTyping() && !isListOpen())
+            return false;
+        closeSearch();
+        return true;
+    default:
+        return false;
+    }
+}
+
+void MasterComboBox::keyPressEvent(QKeyEvent *event)
+{
+    if (isSearchEnabled() && searchKey(event->key()))
+        event->accept();
+    else
+        QComboBox::keyPressEvent(event);
+}
+
+void MasterComboBox::focusOutEvent(QFocusEvent *event)
+{
+    QComboBox::focusOutEvent(event); // takes the item whose whole text was typed
+    if (isSearchEnabled() && event->reason() != Qt::PopupFocusReason)
+        closeSearch();
+}
+
+void MasterComboBox::applySkin()
+{
+    updateStatusColor();
+    if (isSearchEnabled())
+        completer()->popup()->setPalette(palette()); // a window of its own, which inherits none
+}
+
+void MasterComboBox::changeEvent(QEvent *event)
+{
+    QComboBox::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applySkin();
+}
+
+void MasterComboBox::paintEvent(QPaintEvent *event)
+{
+    QComboBox::paintEvent(event);
+    paintInputStatus();
+}
+
+void MasterComboBox::wheelEvent(QWheelEvent *event)
+{
+    if (hasFocus())
+        QComboBox::wheelEvent(event);
+    else
+        event->ignore(); // scrolls what the box stands in
+}

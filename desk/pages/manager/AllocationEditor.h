@@ -1,0 +1,66 @@
+#pragma once
+
+#include "PoolEdit.h"
+#include "VariantRecord.h"
+
+#include <QtCore/QHash>
+#include <QtWidgets/QWidget>
+
+class AllocationBar;
+class AllocationRun;
+class ManualT0DoubleSpinbox;
+class ManualT0TraderCombo;
+class PoolEditModel;
+class PoolTable;
+class QLabel;
+class QPushButton;
+
+/// All pools of one resource, as a list in which a manager types. What the server has comes in while he does, is
+/// announced, and overwrites nothing that was typed; what was typed for other resources waits for him.
+class AllocationEditor : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit AllocationEditor(QWidget *parent = nullptr);
+
+    void edit(const QString &resourceId); ///< empty: nothing
+    void startTyping();                   ///< focus into the list
+
+private:
+    void build();
+    QWidget *addBar();
+    QWidget *buttonBar();
+    void follow();
+    void takeServer();
+    void announce(const QVector<PoolEdit::ServerChange> &changes);
+    void addTrader();
+    void removeChosen();
+    void revertChosen();
+    void apply();
+    void runFinished(bool good, const QString &text);
+    void setEdit(const PoolEdit &edit);
+    void showState();
+    void offerTraders();
+    QString whyNotToSend() const;
+    QString title() const;
+
+    VariantRecord m_resource; ///< empty: none
+    QString m_resourceId;
+    QHash<QString, PoolEdit> m_waiting; ///< with something typed, of resources that are not shown
+    PoolEditModel *m_model;
+    AllocationRun *m_run = nullptr;
+
+    QLabel *m_title;
+    AllocationBar *m_bar;
+    QLabel *m_sums;
+    QLabel *m_notice;
+    PoolTable *m_table;
+    ManualT0TraderCombo *m_trader;
+    ManualT0DoubleSpinbox *m_quantity;
+    QPushButton *m_add;
+    QPushButton *m_remove;
+    QPushButton *m_revert;
+    QPushButton *m_apply;
+    QLabel *m_status;
+};

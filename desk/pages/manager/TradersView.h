@@ -1,0 +1,30 @@
+#pragma once
+
+#include "VariantRecord.h"
+
+#include <QtWidgets/QWidget>
+
+class Later;
+class QLabel;
+class RecordModel;
+class RecordTable;
+
+/// One line a trader: what he was given, what he made of it, what stands open; and the sums.
+class TradersView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit TradersView(QWidget *parent = nullptr);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void showRows();
+
+    RecordModel *m_model;
+    RecordTable *m_table;
+    QLabel *m_sums;
+    Later *m_later;
+};

@@ -1,0 +1,50 @@
+#include "ViewParts.h"
+
+#include "EventBus.h"
+#include "PageShell.h"
+
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QPushButton>
+
+Later::Later(int everyMs, std::function<void()> show, QObject *parent)
+    : QTimer(parent)
+{
+    setSingleShot(true);
+    setInterval(everyMs);
+    connect(this, &QTimer::timeout, this, std::move(show));
+}
+
+void Later::ask()
+{
+    if (!isActive())
+        start();
+}
+
+void Later::follow(const QStringList &events)
+{
+    for (const QString &event : events)
+        EventBus::listen(event, this, [this](const QVariant &) { ask(); });
+}
+
+QPushButton *ViewParts::button(const QString &name, const QString &text)
+{
+    auto *button = new QPushButton(text);
+    button->setObjectName(name);
+    return button;
+}
+
+QLabel *ViewParts::label(const QString &name)
+{
+    auto *label = new QLabel;
+    label->setObjectName(name);
+    label->setWordWrap(true);
+    return label;
+}
+
+QString ViewParts::gate()
+{
+    const PageShell *shell = PageShell::instance();
+    return shell ? shell->sendingGate() : QString();
+}
+
+const char *const ViewParts::changeLane = "manage";

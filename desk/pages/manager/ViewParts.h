@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QTimer>
+
+#include <functional>
+
+class QLabel;
+class QPushButton;
+
+/// Shows something anew a little later, however often it is asked to: at most once in everyMs.
+class Later : public QTimer
+{
+    Q_OBJECT
+
+public:
+    Later(int everyMs, std::function<void()> show, QObject *parent);
+
+    void ask();
+    void follow(const QStringList &events); ///< events of the library ask
+};
+
+/// What the views of the manager page are put together from.
+namespace ViewParts {
+
+QPushButton *button(const QString &name, const QString &text);
+QLabel *label(const QString &name); ///< wraps
+QString gate();                     ///< why nothing may be sent now, empty when it may
+
+extern const char *const changeLane; ///< of Background: changes must not overtake each other
+
+} // namespace ViewParts

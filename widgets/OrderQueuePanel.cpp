@@ -8,6 +8,7 @@
 #include <QtWidgets/QListView>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -60,15 +61,14 @@ void OrderQueuePanel::AppendOrderInfo(const QString &id, double price)
 
 void OrderQueuePanel::RemoveOrderInfo(const QString &id)
 {
-    if (m_orderInfos.remove(id) == 0)
-        return;
-    updateOrderQueue();
+    if (m_orderInfos.remove(id) > 0)
+        updateOrderQueue();
 }
 
 void OrderQueuePanel::SetMonitorQty(int qty, QColor color)
 {
     m_monitorQty = qty;
-    m_monitorColor = color;
+    m_monitorColor = std::move(color);
     updateOrderQueue();
 }
 
@@ -79,12 +79,12 @@ void OrderQueuePanel::SetBaseQty(int qty)
 
 void OrderQueuePanel::SetHighlightColor(QColor color)
 {
-    m_highlightColor = color;
+    m_highlightColor = std::move(color);
 }
 
 void OrderQueuePanel::SetNormalColor(QColor color)
 {
-    m_normalColor = color;
+    m_normalColor = std::move(color);
 }
 
 void OrderQueuePanel::SetGridSize(QSize size)
@@ -114,11 +114,11 @@ void OrderQueuePanel::updateOrderQueue()
     const VariantRecord large = look(m_normalColor, m_highlightColor);
     const VariantRecord ordinary = look(m_normalColor, MasterUtils::SystemBackgroundColor());
 
-    const int markedQty = m_monitorQty >= 1 && anyOrderAtPrice() ? m_monitorQty : 0;
+    const bool marks = m_monitorQty >= 1 && anyOrderAtPrice();
     RecordList cells;
     cells.reserve(m_queue.size());
     for (const int qty : qAsConst(m_queue)) {
-        VariantRecord cell = markedQty >= 1 && qty == markedQty ? marked : isLarge(qty) ? large : ordinary;
+        VariantRecord cell = marks && qty == m_monitorQty ? marked : isLarge(qty) ? large : ordinary;
         cell.insert(keys.text, QString::number(qty / lot));
         cell.insert(keys.qty, qty);
         cells.append(cell);

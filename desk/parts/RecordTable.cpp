@@ -5,6 +5,7 @@
 #include "Format.h"
 #include "Layout.h"
 #include "PageShell.h"
+#include "PinyinInitials.h"
 
 #include <QtCore/QSaveFile>
 #include <QtCore/QSortFilterProxyModel>
@@ -15,6 +16,8 @@
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMenu>
+
+#include <algorithm>
 
 namespace {
 
@@ -70,11 +73,12 @@ protected:
             return false;
         if (m_text.isEmpty())
             return true;
-        for (const Column &column : m_model->columns()) {
-            if (Format::cell(column, record).contains(m_text, Qt::CaseInsensitive))
-                return true;
-        }
-        return false;
+        const QVector<Column> &columns = m_model->columns();
+        return std::any_of(columns.cbegin(), columns.cend(), [&](const Column &column) {
+            const QString cell = Format::cell(column, record);
+            return cell.contains(m_text, Qt::CaseInsensitive) ||
+                   (column.kind == CellKind::Text && PinyinInitials(cell).contains(m_text.toLower()));
+        });
     }
 
     bool lessThan(const QModelIndex &left, const QModelIndex &right) const override

@@ -7,8 +7,8 @@
 class QLineEdit;
 
 /// A table of records as traders use one: sorts by a column, keeps order, widths and visibility of its columns under
-/// its name, never resizes to contents, searches (Ctrl+F: any part of any cell), copies the chosen rows with their
-/// titles (Ctrl+C), exports what it shows (Ctrl+E).
+/// its name, never resizes to contents, searches (Ctrl+F: any part of any cell, or the pinyin initials of a Chinese
+/// one), copies the chosen rows with their titles (Ctrl+C), exports what it shows (Ctrl+E).
 class RecordTable : public QTableView
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ public:
 
     /// Rows that do not pass are hidden; an empty function shows all. Call again when what it reads has changed.
     void setFilter(std::function<bool(const VariantRecord &row)> passes);
-    void search(const QString &text); ///< hides rows without it; empty: none
+    void search(const QString &text); ///< hides the other rows; empty: none
 
     RecordList shownRecords() const;  ///< in the order shown
     RecordList chosenRecords() const; ///< selected rows, in the order shown

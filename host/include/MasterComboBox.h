@@ -9,8 +9,8 @@
 
 /// A choice of one item that can be searched. With search on, typing lists the items that hold the typed text
 /// anywhere, upper or lower case, or have it in their PinyinInitials. Down and Up walk the list (or open it), Enter
-/// takes the marked item, or the first, Escape restores the choice. The choice, currentIndex(), changes only when
-/// an item is taken: never while typing, and never by a text that fits no item. GUI thread only.
+/// takes the marked item, or the first, Tab the marked one, Escape restores the choice. The choice, currentIndex(),
+/// changes only when an item is taken: never while typing, and never by a text that fits no item. GUI thread only.
 class T0_HOST_EXPORT MasterComboBox : public QComboBox, public IHSkin, public IMasterShortCut, public InputStatusStyle
 {
     Q_OBJECT
@@ -32,6 +32,8 @@ public:
 
 protected:
     void changeEvent(QEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
+    void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;

@@ -3,8 +3,10 @@
 #include "PinyinInitials.h"
 
 #include <QtCore/QAbstractProxyModel>
+#include <QtCore/QTimer>
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QAbstractItemView>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QCompleter>
 #include <QtWidgets/QLineEdit>
 
@@ -17,7 +19,7 @@ class SearchCompleter : public QCompleter
 {
 public:
     explicit SearchCompleter(QComboBox *box)
-        : QCompleter(box->model(), box)
+        : QCompleter(box->model(), box->lineEdit())
     {
         setCompletionRole(searchRole);
         setFilterMode(Qt::MatchContains);
@@ -30,6 +32,16 @@ public:
     QModelIndex item(const QModelIndex &completion) const
     {
         return static_cast<QAbstractProxyModel *>(completionModel())->mapToSource(completion);
+    }
+
+protected:
+    /// While its list is open a completer keeps it from the box that the focus has gone to another widget.
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        const QWidget *focused = QApplication::focusWidget();
+        if (watched == widget() && event->type() == QEvent::FocusOut && focused && focused != widget())
+            popup()->hide();
+        return QCompleter::eventFilter(watched, event);
     }
 };
 
@@ -173,6 +185,25 @@ void MasterComboBox::keyPressEvent(QKeyEvent *event)
         event->accept();
     else
         QComboBox::keyPressEvent(event);
+}
+
+/// The tabulator takes the item that is marked in the list; typed text alone is no choice yet.
+bool MasterComboBox::focusNextPrevChild(bool next)
+{
+    if (isSearchEnabled() && isListOpen() && completer()->popup()->currentIndex().isValid())
+        take(typedItem());
+    return QComboBox::focusNextPrevChild(next);
+}
+
+void MasterComboBox::focusInEvent(QFocusEvent *event)
+{
+    QComboBox::focusInEvent(event);
+    if (!isSearchEnabled() || isTyping()) // back from the list or the context menu: what was typed stays
+        return;
+    if (event->reason() == Qt::MouseFocusReason)
+        QTimer::singleShot(0, lineEdit(), &QLineEdit::selectAll); // the press that follows takes a selection away
+    else
+        lineEdit()->selectAll();
 }
 
 void MasterComboBox::focusOutEvent(QFocusEvent *event)

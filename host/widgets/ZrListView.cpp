@@ -64,6 +64,9 @@ public:
 
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
     {
+        const auto *list = qobject_cast<const QListView *>(option.widget);
+        if (list && list->gridSize().isValid())
+            return list->gridSize(); // else the background would cover the text only
         const QString text = index.data(Qt::DisplayRole).toString();
         return {option.fontMetrics.horizontalAdvance(text) + 2 * margin, option.fontMetrics.height() + margin};
     }

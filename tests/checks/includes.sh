@@ -54,7 +54,7 @@ may_bracket() {
     wire) modules='QtCore' ;;
     host) modules='QtCore QtGui QtWidgets QtNetwork' others='*.h' ;;
     gateway) modules='QtCore QtNetwork QtSql' others='*.h' ;;
-    program) modules='QtCore QtGui QtWidgets QtNetwork' others='*.h' ;;
+    program) modules='QtCore QtGui QtWidgets QtNetwork QtSql QtTest' others='*.h' ;;
     esac
     case $name in
     Qt*/*) [[ " $modules " == *" ${name%%/*} "* ]] ;;

@@ -1,7 +1,13 @@
 #include "Tests.h"
 
-#include <QtCore/QCoreApplication>
+#include <QtCore/QLocale>
 #include <QtTest/QtTest>
+#ifdef T0_GUI_TESTS
+#include <QtWidgets/QApplication>
+using Application = QApplication;
+#else
+using Application = QCoreApplication;
+#endif
 
 #include <map>
 
@@ -23,7 +29,8 @@ int Tests::add(const char *name, Factory factory)
 
 int main(int argc, char **argv)
 {
-    QCoreApplication application(argc, argv);
+    QLocale::setDefault(QLocale(QLocale::Chinese, QLocale::China)); // that of the machine may have no separators
+    Application application(argc, argv);
     QStringList arguments = application.arguments();
     QString only;
     const int option = arguments.indexOf(QStringLiteral("-class"));

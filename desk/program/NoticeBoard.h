@@ -1,0 +1,29 @@
+#pragma once
+
+#include "PageShell.h"
+
+#include <QtWidgets/QWidget>
+
+class Appearance;
+class QVBoxLayout;
+
+/// Short notes over the lower right corner of a window. They take neither focus nor mouse and go by themselves,
+/// refusals later than the rest.
+class NoticeBoard : public QWidget
+{
+    Q_OBJECT
+
+public:
+    NoticeBoard(const Appearance &appearance, QWidget *over);
+
+    void show(PageShell::Notice kind, const QString &text);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void place();
+
+    const Appearance &m_appearance;
+    QVBoxLayout *m_notes;
+};

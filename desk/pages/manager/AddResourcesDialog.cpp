@@ -21,6 +21,7 @@
 #include <QtWidgets/QPlainTextEdit>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QRadioButton>
+#include <QtWidgets/QTabBar>
 #include <QtWidgets/QTabWidget>
 #include <QtWidgets/QTableView>
 #include <QtWidgets/QVBoxLayout>
@@ -102,11 +103,11 @@ AddResourcesDialog::AddResourcesDialog(QWidget *parent)
     setObjectName(QStringLiteral("manage.import"));
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(tr("新增资源"));
-    m_sources->setObjectName(partName("sources"));
-    m_sources->addTab(candidatesTab(), tr("候选持仓(&1)"));
-    m_sources->addTab(pasteTab(), tr("粘贴(&2)"));
-    m_sources->addTab(fileTab(), tr("CSV文件(&3)"));
-    m_sources->setMaximumHeight(fontMetrics().height() * 11);
+    m_sources->tabBar()->setObjectName(partName("sources"));
+    m_sources->addTab(candidatesTab(), tr("候选持仓"));
+    m_sources->addTab(pasteTab(), tr("粘贴"));
+    m_sources->addTab(fileTab(), tr("CSV文件"));
+    m_sources->setMaximumHeight(fontMetrics().height() * 8);
     buildTable();
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_sources);
@@ -117,7 +118,7 @@ AddResourcesDialog::AddResourcesDialog(QWidget *parent)
     connect(m_cover, &QRadioButton::toggled, this, &AddResourcesDialog::showState);
     if (const PageShell *shell = PageShell::instance())
         connect(shell, &PageShell::sendingGateChanged, this, &AddResourcesDialog::showState);
-    resize(1040, 680);
+    resize(1160, 720);
     showState();
 }
 
@@ -128,6 +129,7 @@ QWidget *AddResourcesDialog::candidatesTab()
     QPushButton *load = ViewParts::button(partName("load"), tr("列出持仓(&L)"));
     load->setAutoDefault(false);
     m_withT0Symbols->setObjectName(partName("withT0Symbols"));
+    m_filter->hideTraders();
     layout->addWidget(m_filter, 1);
     layout->addWidget(m_withT0Symbols);
     layout->addWidget(load);
@@ -203,7 +205,7 @@ void AddResourcesDialog::buildTable()
     m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     m_table->horizontalHeader()->setStretchLastSection(true);
     const int character = fontMetrics().averageCharWidth();
-    const QVector<int> widths{8, 12, 12, 14, 12, 12, 18};
+    const QVector<int> widths{7, 10, 12, 12, 11, 11, 16};
     for (int column = 0; column < widths.size(); ++column)
         m_table->setColumnWidth(column, widths.at(column) * character + 12);
 }

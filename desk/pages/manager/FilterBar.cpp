@@ -57,6 +57,11 @@ FilterBar::FilterBar(const QString &name, QWidget *parent)
     });
 }
 
+void FilterBar::hideTraders()
+{
+    m_trader->hide();
+}
+
 void FilterBar::offer()
 {
     const QSignalBlocker quiet[] = {QSignalBlocker(m_product), QSignalBlocker(m_assetProp), QSignalBlocker(m_trader)};

@@ -18,6 +18,7 @@ class FilterBar : public QWidget
 public:
     /// name: fixed English; the inputs are name.product, name.assetProp, name.symbol, name.trader.
     explicit FilterBar(const QString &name, QWidget *parent = nullptr);
+    void hideTraders(); ///< where nobody has anything yet
 
     bool isAll() const;             ///< only the text narrows
     QStringList products() const;   ///< every enabled one when none is chosen

@@ -9,6 +9,7 @@
 #include "TradersView.h"
 
 #include <QtWidgets/QSplitter>
+#include <QtWidgets/QTabBar>
 #include <QtWidgets/QTabWidget>
 #include <QtWidgets/QVBoxLayout>
 
@@ -22,7 +23,7 @@ ManagerPage::ManagerPage(QWidget *parent)
     : QWidget(parent)
     , m_tabs(new QTabWidget)
 {
-    m_tabs->setObjectName(QStringLiteral("manage.tabs"));
+    m_tabs->tabBar()->setObjectName(QStringLiteral("manage.tabs"));
     m_tabs->setDocumentMode(true);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -41,7 +42,7 @@ QWidget *ManagerPage::resourcesTab()
     splitter->addWidget(resources);
     splitter->addWidget(editor);
     splitter->setStretchFactor(0, 1);
-    Layout::manage(splitter, QStringLiteral("manage.resourcesAndPools"), {1000, 600});
+    Layout::manage(splitter, QStringLiteral("manage.resourcesAndPools"), {900, 700});
     connect(resources, &ResourcesView::chosen, editor, &AllocationEditor::edit);
     connect(resources, &ResourcesView::editAsked, editor, &AllocationEditor::startTyping);
     return splitter;

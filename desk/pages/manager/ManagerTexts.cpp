@@ -2,11 +2,14 @@
 
 #include "ManualT0Logic.h"
 #include "MasterBusinessDataInterface.h"
+#include "MasterFields.h"
 #include "MasterValues.h"
 #include "OrvaneFields.h"
 #include "StandFields.h"
 
 #include <QtCore/QCoreApplication>
+
+#include <algorithm>
 
 namespace {
 
@@ -20,7 +23,21 @@ QString joined(const QString &first, const QString &second)
     return second.isEmpty() || first == second ? first : first + QLatin1Char(' ') + second;
 }
 
+QStringList orderKey(const VariantRecord &row)
+{
+    return {row.value(Orvane_Fields::UserAccount::tradingAccount).toString(),
+            row.value(Orvane_Fields::Security::symbol).toString(),
+            row.value(Orvane_Fields::UserAccount::securityExchange).toString(),
+            row.value(Master_Fields::ManualT0::T0TraderId).toString()};
+}
+
 } // namespace
+
+void ManagerTexts::sort(RecordList &rows)
+{
+    std::sort(rows.begin(), rows.end(),
+              [](const VariantRecord &left, const VariantRecord &right) { return orderKey(left) < orderKey(right); });
+}
 
 QString ManagerTexts::trader(const QString &traderId)
 {

@@ -5,6 +5,8 @@
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QHeaderView>
 
+#include <algorithm>
+
 PoolTable::PoolTable(const QString &name, PoolEditModel *model, QWidget *parent)
     : QTableView(parent)
     , m_model(model)
@@ -21,7 +23,7 @@ PoolTable::PoolTable(const QString &name, PoolEditModel *model, QWidget *parent)
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setStretchLastSection(true);
     const int character = fontMetrics().averageCharWidth();
-    const QVector<int> widths{18, 12, 12, 14, 14};
+    const QVector<int> widths{16, 10, 10, 12, 12};
     for (int column = 0; column < widths.size(); ++column)
         setColumnWidth(column, widths.at(column) * character + 12);
 }
@@ -45,6 +47,12 @@ void PoolTable::keyPressEvent(QKeyEvent *event)
     const QString text = event->text();
     if (event->key() == Qt::Key_Delete) {
         emit removalAsked();
+        return;
+    }
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isEnter && state() != EditingState) {
+        edit(currentIndex().sibling(currentIndex().row(),
+                                    std::max<int>(PoolEditModel::Quantity, currentIndex().column())));
         return;
     }
     const bool isDigit = text.size() == 1 && text.at(0).isDigit();

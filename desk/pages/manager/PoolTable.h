@@ -4,8 +4,8 @@
 
 class PoolEditModel;
 
-/// The table of the allocation editor, for the keyboard: a digit typed anywhere in a row goes into its quantity,
-/// Delete removes the chosen rows.
+/// The table of the allocation editor, for the keyboard: a digit typed anywhere in a row goes into its quantity, Enter
+/// opens the cell, Delete removes the chosen rows.
 class PoolTable : public QTableView
 {
     Q_OBJECT

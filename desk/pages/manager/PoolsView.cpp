@@ -2,7 +2,7 @@
 
 #include "Background.h"
 #include "ChangeOutcome.h"
-#include "ConfirmDialog.h"
+#include "ConfirmChange.h"
 #include "FilterBar.h"
 #include "Format.h"
 #include "ManagerTexts.h"
@@ -117,10 +117,12 @@ PoolsView::PoolsView(QWidget *parent)
 void PoolsView::showRows()
 {
     const bool merged = m_merged->isChecked();
-    m_model->setRows(m_filter->isAll() && !merged
-                         ? ManualT0Logic::GetAllSecurityPoolList()
-                         : ManualT0Logic::GetSecurityPoolDetail(m_filter->products(), m_filter->assetProps(),
-                                                                m_filter->traders(), {}, {}, merged));
+    RecordList pools = m_filter->isAll() && !merged
+                           ? ManualT0Logic::GetAllSecurityPoolList()
+                           : ManualT0Logic::GetSecurityPoolDetail(m_filter->products(), m_filter->assetProps(),
+                                                                  m_filter->traders(), {}, {}, merged);
+    ManagerTexts::sort(pools);
+    m_model->setRows(pools);
     showState();
 }
 
@@ -142,7 +144,7 @@ void PoolsView::askToDelete()
         ids.append(idOf(pool));
         lines.append(inWords(pool));
     }
-    ConfirmDialog::ask(this, QStringLiteral("manage.pools.confirm"), tr("删除 %1 个券池？").arg(ids.size()), lines,
+    ConfirmChange::ask(this, QStringLiteral("manage.pools.confirm"), tr("删除 %1 个券池？").arg(ids.size()), lines,
                        [this, ids] { sendDeleted(ids); });
 }
 

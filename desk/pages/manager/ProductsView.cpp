@@ -2,7 +2,7 @@
 
 #include "Background.h"
 #include "ChangeOutcome.h"
-#include "ConfirmDialog.h"
+#include "ConfirmChange.h"
 #include "ManagerTexts.h"
 #include "ManualT0Logic.h"
 #include "MasterBusinessDataInterface.h"
@@ -196,7 +196,7 @@ QStringList ProductsView::changesInWords() const
 
 void ProductsView::askToApply()
 {
-    ConfirmDialog::ask(this, QStringLiteral("manage.products.confirm"), tr("修改启用T0的产品，并重新读取资源和券池？"),
+    ConfirmChange::ask(this, QStringLiteral("manage.products.confirm"), tr("修改启用T0的产品，并重新读取资源和券池？"),
                        changesInWords(), [this] { apply(); });
 }
 

@@ -3,7 +3,7 @@
 #include "AddResourcesDialog.h"
 #include "Background.h"
 #include "ChangeOutcome.h"
-#include "ConfirmDialog.h"
+#include "ConfirmChange.h"
 #include "FilterBar.h"
 #include "Format.h"
 #include "ManagerTexts.h"
@@ -69,12 +69,13 @@ Columns columns()
 {
     return {SharedColumns::account(),
             SharedColumns::symbol(),
+            SharedColumns::exchange(),
             SharedColumns::chineseName(),
-            {QStringLiteral("quantity"), ResourcesView::tr("资源数量"), CellKind::Quantity, ResourceQty},
+            {QStringLiteral("quantity"), ResourcesView::tr("资源数量"), CellKind::Quantity, ResourceQty, {}, false, 10},
             {QStringLiteral("public"), ResourcesView::tr("公共"), CellKind::Quantity, PublicPoolQty, {}, false, 10},
             {QStringLiteral("private"), ResourcesView::tr("私有"), CellKind::Quantity, PrivatePoolQty, {}, false, 10},
             {QStringLiteral("free"), ResourcesView::tr("未分配"), CellKind::Quantity, {}, freeQuantity, false, 10},
-            {QStringLiteral("share"), ResourcesView::tr("分配比例"), CellKind::Bar, {}, allocatedShare},
+            {QStringLiteral("share"), ResourcesView::tr("分配比例"), CellKind::Bar, {}, allocatedShare, false, 12},
             {QStringLiteral("traders"), ResourcesView::tr("交易员"), CellKind::Text, {}, traders, false, 36}};
 }
 
@@ -148,9 +149,12 @@ ResourcesView::ResourcesView(QWidget *parent)
 
 void ResourcesView::showRows()
 {
-    m_model->setRows(m_filter->isAll() ? ManualT0Logic::GetAllResourceList()
-                                       : ManualT0Logic::GetResourceByProductAccount(
-                                             m_filter->products(), m_filter->assetProp(), {}, {}, m_filter->traders()));
+    RecordList resources = m_filter->isAll()
+                               ? ManualT0Logic::GetAllResourceList()
+                               : ManualT0Logic::GetResourceByProductAccount(m_filter->products(), m_filter->assetProp(),
+                                                                            {}, {}, m_filter->traders());
+    ManagerTexts::sort(resources);
+    m_model->setRows(resources);
     showState();
 }
 
@@ -200,7 +204,7 @@ void ResourcesView::sendAltered(const VariantRecord &resource)
 void ResourcesView::askToDelete()
 {
     const RecordList resources = m_table->chosenRecords();
-    ConfirmDialog::ask(this, QStringLiteral("manage.resources.confirm"),
+    ConfirmChange::ask(this, QStringLiteral("manage.resources.confirm"),
                        tr("删除 %1 个资源和它们的券池？").arg(resources.size()), deletedInWords(resources),
                        [this, resources] { sendDeleted(resources); });
 }

@@ -27,7 +27,7 @@ const char *const liveOrders = "liveOrders";
 
 Column computed(const char *id, const QString &title, CellKind kind)
 {
-    return {QLatin1String(id), title, kind, QLatin1String(id)};
+    return {QLatin1String(id), title, kind, QLatin1String(id), {}, false, kind == CellKind::Money ? 13 : 9};
 }
 
 QVariant exposureShare(const VariantRecord &row)
@@ -38,7 +38,7 @@ QVariant exposureShare(const VariantRecord &row)
 
 Column profit(const QString &id, const QString &title, const QString &field)
 {
-    return {id, title, CellKind::Money, field, {}, true};
+    return {id, title, CellKind::Money, field, {}, true, 12};
 }
 
 Columns columns()

@@ -6,18 +6,21 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
 
+#include <algorithm>
+
 Later::Later(int everyMs, std::function<void()> show, QObject *parent)
     : QTimer(parent)
+    , m_everyMs(everyMs)
 {
     setSingleShot(true);
-    setInterval(everyMs);
+    connect(this, &QTimer::timeout, this, [this] { m_sinceShown.start(); });
     connect(this, &QTimer::timeout, this, std::move(show));
 }
 
 void Later::ask()
 {
     if (!isActive())
-        start();
+        start(m_sinceShown.isValid() ? int(std::max<qint64>(0, m_everyMs - m_sinceShown.elapsed())) : 0);
 }
 
 void Later::follow(const QStringList &events)

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QtCore/QString>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QStringList>
 #include <QtCore/QTimer>
 
 #include <functional>
@@ -8,7 +9,7 @@
 class QLabel;
 class QPushButton;
 
-/// Shows something anew a little later, however often it is asked to: at most once in everyMs.
+/// Shows something anew, however often it is asked to: soon, but at most once in everyMs.
 class Later : public QTimer
 {
     Q_OBJECT
@@ -18,6 +19,10 @@ public:
 
     void ask();
     void follow(const QStringList &events); ///< events of the library ask
+
+private:
+    int m_everyMs;
+    QElapsedTimer m_sinceShown;
 };
 
 /// What the views of the manager page are put together from.

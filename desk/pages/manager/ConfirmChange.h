@@ -5,7 +5,7 @@
 #include <functional>
 
 /// A question before something is sent: what, in one line, and the lines of what comes with it. Goes by itself.
-class ConfirmDialog : public QDialog
+class ConfirmChange : public QDialog
 {
     Q_OBJECT
 
@@ -15,5 +15,5 @@ public:
                     std::function<void()> confirmed);
 
 private:
-    ConfirmDialog(QWidget *parent, const QString &name, const QString &question, const QStringList &details);
+    ConfirmChange(QWidget *parent, const QString &name, const QString &question, const QStringList &details);
 };

@@ -1,4 +1,4 @@
-#include "ConfirmDialog.h"
+#include "ConfirmChange.h"
 
 #include <QtWidgets/QDialogButtonBox>
 #include <QtWidgets/QLabel>
@@ -6,15 +6,15 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QVBoxLayout>
 
-void ConfirmDialog::ask(QWidget *parent, const QString &name, const QString &question, const QStringList &details,
+void ConfirmChange::ask(QWidget *parent, const QString &name, const QString &question, const QStringList &details,
                         std::function<void()> confirmed)
 {
-    auto *dialog = new ConfirmDialog(parent, name, question, details);
+    auto *dialog = new ConfirmChange(parent, name, question, details);
     connect(dialog, &QDialog::accepted, parent, std::move(confirmed));
     dialog->open();
 }
 
-ConfirmDialog::ConfirmDialog(QWidget *parent, const QString &name, const QString &question, const QStringList &details)
+ConfirmChange::ConfirmChange(QWidget *parent, const QString &name, const QString &question, const QStringList &details)
     : QDialog(parent)
 {
     setObjectName(name);

@@ -97,7 +97,7 @@ QString ImportModel::display(const Item &item, int column) const
             .value(Orvane_Fields::Security::chineseName)
             .toString();
     case Quantity:
-        return Format::quantity(item.row.quantity);
+        return item.row.isNumber ? Format::quantity(item.row.quantity) : Format::missing();
     case Advice:
         return item.advice < 0 ? Format::missing() : Format::quantity(item.advice);
     case Trader:

@@ -206,7 +206,7 @@ QVariant PoolEditModel::headerData(int section, Qt::Orientation orientation, int
     case Difference:
         return tr("变化");
     case Server:
-        return tr("服务器：数量 / 敞口 / 挂单敞口");
+        return tr("服务器：数量/敞口/挂单");
     default:
         return {};
     }

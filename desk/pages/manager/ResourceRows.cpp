@@ -196,11 +196,13 @@ private:
     {
         const bool ofPool = !m_row.trader.isEmpty() && !cell(PoolQuantity).isEmpty();
         const Field field = ofPool ? PoolQuantity : Quantity;
+        m_row.isNumber = false;
         if (cell(field).isEmpty()) {
             fault(field, text(QT_TRANSLATE_NOOP("ResourceRows", "没有填写")));
             return;
         }
         QString why = wholeNumber(cell(field), m_row.quantity);
+        m_row.isNumber = why.isEmpty();
         if (why.isEmpty())
             why = ResourceRows::quantityProblem(m_row.quantity, unit);
         if (!why.isEmpty())

@@ -12,8 +12,9 @@ struct ResourceRow {
     QString symbol;
     QString securityID;
     QString exchange;
-    qint64 quantity = 0; ///< display units; of the pool when there is a trader
-    QString trader;      ///< empty: only the resource, no pool
+    qint64 quantity = 0;  ///< display units; of the pool when there is a trader
+    bool isNumber = true; ///< false: what stood there is no whole number
+    QString trader;       ///< empty: only the resource, no pool
     QStringList problems;
 };
 

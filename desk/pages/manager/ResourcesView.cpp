@@ -65,17 +65,23 @@ QVariant traders(const VariantRecord &resource)
     return texts.join(QStringLiteral("，"));
 }
 
+Column narrow(Column column, int width)
+{
+    column.width = width;
+    return column;
+}
+
 Columns columns()
 {
-    return {SharedColumns::account(),
-            SharedColumns::symbol(),
-            SharedColumns::exchange(),
-            SharedColumns::chineseName(),
-            {QStringLiteral("quantity"), ResourcesView::tr("资源数量"), CellKind::Quantity, ResourceQty, {}, false, 10},
-            {QStringLiteral("public"), ResourcesView::tr("公共"), CellKind::Quantity, PublicPoolQty, {}, false, 10},
-            {QStringLiteral("private"), ResourcesView::tr("私有"), CellKind::Quantity, PrivatePoolQty, {}, false, 10},
-            {QStringLiteral("free"), ResourcesView::tr("未分配"), CellKind::Quantity, {}, freeQuantity, false, 10},
-            {QStringLiteral("share"), ResourcesView::tr("分配比例"), CellKind::Bar, {}, allocatedShare, false, 12},
+    return {narrow(SharedColumns::account(), 8),
+            narrow(SharedColumns::symbol(), 9),
+            narrow(SharedColumns::exchange(), 5),
+            narrow(SharedColumns::chineseName(), 10),
+            {QStringLiteral("quantity"), ResourcesView::tr("资源数量"), CellKind::Quantity, ResourceQty, {}, false, 8},
+            {QStringLiteral("public"), ResourcesView::tr("公共"), CellKind::Quantity, PublicPoolQty, {}, false, 7},
+            {QStringLiteral("private"), ResourcesView::tr("私有"), CellKind::Quantity, PrivatePoolQty, {}, false, 7},
+            {QStringLiteral("free"), ResourcesView::tr("未分配"), CellKind::Quantity, {}, freeQuantity, false, 7},
+            {QStringLiteral("share"), ResourcesView::tr("分配比例"), CellKind::Bar, {}, allocatedShare, false, 9},
             {QStringLiteral("traders"), ResourcesView::tr("交易员"), CellKind::Text, {}, traders, false, 36}};
 }
 

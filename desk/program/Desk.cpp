@@ -118,17 +118,15 @@ QString Desk::runMarket() const
 QString Desk::loadPlugins() const
 {
     QStringList errors;
-    int loaded = 0;
-    for (const QString &folder : m_options.pluginDirs()) {
+    const QStringList folders = m_options.allPluginDirs();
+    for (const QString &folder : folders) {
         PluginLoader loader;
-        for (const PluginLoader::Plugin &plugin : loader.loadFolder(folder)) {
-            if (plugin.errorText.isEmpty())
-                ++loaded;
-            else
-                errors.append(plugin.errorText);
-        }
+        const QList<PluginLoader::Plugin> plugins = loader.loadFolder(folder);
+        if (plugins.isEmpty())
+            errors.append(tr("%1 中没有插件").arg(folder));
+        for (const PluginLoader::Plugin &plugin : plugins)
+            errors.append(plugin.errorText);
     }
-    if (loaded == 0 && errors.isEmpty())
-        return tr("%1 中没有插件").arg(m_options.pluginDirs().join(QStringLiteral("、")));
+    errors.removeAll(QString());
     return errors.join(QLatin1Char('\n'));
 }

@@ -33,7 +33,7 @@ public:
         options.serverName = m_parser.value(m_connect);
         options.user = m_parser.value(m_user);
         options.settingsDir = m_parser.value(m_settings);
-        options.pluginDir = m_parser.value(m_plugins);
+        options.pluginDirs = m_parser.values(m_plugins);
         options.script = m_parser.value(m_script);
         options.shotsDir = m_parser.value(m_shots);
         options.isOffscreen = m_parser.isSet(m_offscreen);
@@ -101,7 +101,8 @@ private:
     const QCommandLineOption m_settings =
         option("settings", "Where settings are kept, a folder a user; with --script in memory without it.", "DIR");
     const QCommandLineOption m_lang = option("lang", "Language of the window: zh (default) or en.", "LANGUAGE");
-    const QCommandLineOption m_plugins = option("plugins", "Where the library and the pages are.", "DIR");
+    const QCommandLineOption m_plugins =
+        option("plugins", "A folder of plug-ins, one or more, in place of the library's and the pages'.", "DIR");
     const QCommandLineOption m_offscreen = option("offscreen", "Needs no display.");
     const QCommandLineOption m_script = option("script", "Play the commands of a file, then end.", "FILE");
     const QCommandLineOption m_shots = option("shots", "Where the script's pictures are saved.", "DIR");
@@ -131,11 +132,10 @@ QString DeskOptions::booksDir() const
     return given.isEmpty() ? fromProgram(T0_SAMPLE_BOOKS) : given;
 }
 
-QStringList DeskOptions::pluginDirs() const
+QStringList DeskOptions::allPluginDirs() const
 {
-    if (!pluginDir.isEmpty())
-        return {pluginDir};
-    return {fromProgram("../lib/plugins"), fromProgram("../lib/pages")};
+    const QStringList own{fromProgram("../lib/plugins"), fromProgram("../lib/pages")};
+    return pluginDirs.isEmpty() ? own : pluginDirs;
 }
 
 QString DeskOptions::settingsDirOf(const QString &userId) const

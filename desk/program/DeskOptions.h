@@ -13,7 +13,7 @@ struct DeskOptions {
     QString user; ///< empty: the first manager of the books
     QString settingsDir;
     bool keepsSettings = true; ///< false: in memory only
-    QString pluginDir;         ///< empty: the library and the pages of this program
+    QStringList pluginDirs;    ///< empty: the library and the pages of this program
     QString language = QStringLiteral("zh");
     QString script;
     QString shotsDir;
@@ -29,6 +29,6 @@ struct DeskOptions {
 
     // What is not given, as seen from the program's own folder: needs an application object.
     QString booksDir() const;
-    QStringList pluginDirs() const;
+    QStringList allPluginDirs() const;
     QString settingsDirOf(const QString &userId) const; ///< empty: in memory only
 };

@@ -76,7 +76,7 @@ public:
         HOST_INFO("Desk", text);
         if (!PreferencesDialog::areNoticesOn())
             return;
-        m_window.m_notices->show(kind, text);
+        m_window.m_notices->add(kind, text);
         if (PreferencesDialog::isSoundOn())
             QApplication::beep();
     }
@@ -111,7 +111,7 @@ MainWindow::MainWindow(HostSession &session, const QString &gateway, const QStri
     auto *layout = new QVBoxLayout(middle);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(new Banner(*m_connection, *m_appearance, middle));
+    layout->addWidget(new Banner(*m_connection, middle));
     layout->addWidget(m_stack, 1);
     setCentralWidget(middle);
     setStatusBar(new StatusLine(session, *m_connection, *m_appearance, this));
@@ -235,14 +235,9 @@ void MainWindow::addBuiltInCommands()
         m_appearance->choose(choice);
     });
     addCommand("layout", tr("还原默认布局"), "Ctrl+Shift+L", [this] { emit m_shell->layoutReset(shownPage()); });
-    addCommand("keys", tr("快捷键"), "F12", [this] { showDialog(new KeysDialog(*m_commands, this)); });
-    addCommand("preferences", tr("设置"), "Ctrl+,", [this] { showDialog(new PreferencesDialog(*m_appearance, this)); });
+    addCommand("keys", tr("快捷键"), "F12", [this] { (new KeysDialog(*m_commands, this))->open(); });
+    addCommand("preferences", tr("设置"), "Ctrl+,", [this] { (new PreferencesDialog(*m_appearance, this))->open(); });
     addCommand("quit", tr("退出"), "Ctrl+Q", [this] { close(); });
-}
-
-void MainWindow::showDialog(QDialog *dialog)
-{
-    dialog->open();
 }
 
 void MainWindow::addMenu()

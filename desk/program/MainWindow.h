@@ -52,7 +52,6 @@ private:
     void addBuiltInCommands();
     void addMenu();
     QAction *addCommand(const char *id, const QString &text, const char *keys, std::function<void()> run);
-    void showDialog(QDialog *dialog);
 
     Appearance *m_appearance;
     ConnectionWatch *m_connection;

@@ -3,6 +3,7 @@
 #include "Appearance.h"
 
 #include <QtCore/QEvent>
+#include <QtCore/QPointer>
 #include <QtCore/QTimer>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QVBoxLayout>
@@ -46,7 +47,7 @@ NoticeBoard::NoticeBoard(const Appearance &appearance, QWidget *over)
     hide();
 }
 
-void NoticeBoard::show(PageShell::Notice kind, const QString &text)
+void NoticeBoard::add(PageShell::Notice kind, const QString &text)
 {
     if (m_notes->count() >= mostNotes)
         delete m_notes->itemAt(0)->widget();
@@ -66,11 +67,11 @@ void NoticeBoard::show(PageShell::Notice kind, const QString &text)
         palette.setColor(role, edge); // of the frame
     note->setPalette(palette);
     m_notes->addWidget(note);
-    QTimer::singleShot(shownMs(kind), note, [this, note] {
-        delete note;
+    QTimer::singleShot(shownMs(kind), this, [this, note = QPointer<QLabel>(note)] {
+        delete note.data();
         place();
     });
-    QWidget::show();
+    show();
     place();
 }
 

@@ -16,7 +16,7 @@ class NoticeBoard : public QWidget
 public:
     NoticeBoard(const Appearance &appearance, QWidget *over);
 
-    void show(PageShell::Notice kind, const QString &text);
+    void add(PageShell::Notice kind, const QString &text);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -90,7 +90,7 @@ void StatusLine::showMarket(const VariantRecord &market)
         if (!in.isEmpty())
             parts.append(in.join(QLatin1Char('/')) + QLatin1Char(' ') + phase.text);
     }
-    const QString time = market.value(Stand_Fields::Market::marketTime).toString();
+    const QString time = market.value(Stand_Fields::Market::marketTime).toString().mid(5); // without the year
     const bool isHeld = market.value(Stand_Fields::Market::held).toBool();
     m_market->setText(
         (isHeld ? tr("市场 %1（暂停） %2") : tr("市场 %1 %2")).arg(time, parts.join(QStringLiteral("  "))));

@@ -4,6 +4,7 @@
 
 #include <QtCore/QLibraryInfo>
 #include <QtCore/QTextStream>
+#include <QtCore/QTimer>
 #include <QtCore/QTranslator>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMessageBox>
@@ -70,13 +71,15 @@ void translate(QApplication &application, const QString &language)
         QApplication::installTranslator(own);
 }
 
+/// The plug-ins may be at work already: they stop when the event loop ends, so there must be one.
 int fail(const DeskOptions &options, const QString &errorText)
 {
     if (options.isOffscreen || !options.script.isEmpty())
         print(stderr, QStringLiteral("t0-desk: %1").arg(errorText));
     else
         QMessageBox::critical(nullptr, QStringLiteral("T0"), errorText);
-    return Failed;
+    QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(Failed); });
+    return QApplication::exec();
 }
 
 int play(Desk &desk, const DeskOptions &options)

@@ -354,6 +354,10 @@
         <source>另有 %1 条消息</source>
         <translation>and %1 more messages</translation>
     </message>
+    <message>
+        <source>新的交易日 %1：此前未了结的委托已失效</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>TraderPage</name>

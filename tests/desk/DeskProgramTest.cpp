@@ -73,9 +73,16 @@ class DeskProgramTest : public QObject
     Q_OBJECT
 
 private slots:
-    void frame()
+    void plays_data()
     {
-        const Run played = run(playing(script("frame")) + embedded());
+        QTest::addColumn<QStringList>("options");
+        QTest::newRow("frame") << QStringList{};
+        QTest::newRow("notes") << QStringList{"--immediate", "--user", "lead1"};
+    }
+    void plays()
+    {
+        QFETCH(QStringList, options);
+        const Run played = run(playing(script(QTest::currentDataTag())) + embedded() + options);
         QCOMPARE(played.errors, QString());
         QCOMPARE(played.exitCode, 0);
     }
@@ -121,6 +128,8 @@ private slots:
                                        << "bad.desk:1: \"set\" needs 2 words, there are 1\n";
         QTest::newRow("too many words") << QByteArray("page tiny other\n")
                                         << "bad.desk:1: \"other\" is too much for \"page\"\n";
+        QTest::newRow("neither yes nor no")
+            << QByteArray("expect-visible tiny.edit maybe\n") << "bad.desk:1: \"maybe\" is not yes or no\n";
         QTest::newRow("an open quote") << QByteArray("type \"abc\n") << "bad.desk:1: a quote is not closed\n";
         QTest::newRow("no widget") << QByteArray("click tiny.button\n")
                                    << "bad.desk:1: click: no visible widget is named \"tiny.button\"\n";

@@ -68,6 +68,16 @@ QString faultOf(const ScriptLine &line)
             .arg(line.verb, QString::number(verb->least), QString::number(line.words.size()));
     if (line.words.size() > verb->most)
         return QStringLiteral("\"%1\" is too much for \"%2\"").arg(line.words.at(verb->most), line.verb);
+    const QString last = line.words.isEmpty() ? QString() : line.words.constLast();
+    bool isNumber = true;
+    if (line.verb == QLatin1String("wait"))
+        last.toUInt(&isNumber);
+    if (!isNumber)
+        return QStringLiteral("\"%1\" is no number of milliseconds").arg(last);
+    const bool isSwitch =
+        line.verb.endsWith(QLatin1String("-enabled")) || line.verb.endsWith(QLatin1String("-visible"));
+    if (isSwitch && last != QLatin1String("yes") && last != QLatin1String("no"))
+        return QStringLiteral("\"%1\" is not yes or no").arg(last);
     return {};
 }
 

@@ -40,18 +40,39 @@ double allocatable(const ResourceRow &row)
                : -1;
 }
 
-ImportModel::Item itemOf(const ResourceRow &row)
+using Held = QHash<QString, double>;
+
+QString stockKey(const QString &account, const QString &symbol, const QString &exchange)
+{
+    return QStringList{account, symbol, exchange}.join(QLatin1Char('\n'));
+}
+
+/// Quantities of the resources that exist.
+Held heldResources()
+{
+    Held held;
+    const RecordList resources = ManualT0Logic::GetAllResourceList();
+    for (const VariantRecord &resource : resources)
+        held.insert(stockKey(resource.value(Orvane_Fields::UserAccount::tradingAccount).toString(),
+                             resource.value(Orvane_Fields::Security::symbol).toString(),
+                             resource.value(Orvane_Fields::UserAccount::securityExchange).toString()),
+                    resource.value(Master_Fields::ManualT0::ResourceQty).toDouble());
+    return held;
+}
+
+ImportModel::Item itemOf(const ResourceRow &row, const Held &held)
 {
     ImportModel::Item item;
     item.row = row;
     item.unit = MasterBusinessDataInterface::GetDispFactorBySymbol(row.symbol);
+    item.held = held.value(stockKey(row.account, row.symbol, row.exchange));
     item.advice = allocatable(row);
     item.isTicked = true;
     return item;
 }
 
 /// Prefilled with what may still be set aside; to be ticked by hand.
-ImportModel::Item itemOf(const VariantRecord &candidate, int line)
+ImportModel::Item itemOf(const VariantRecord &candidate, int line, const Held &held)
 {
     ResourceRow row;
     row.line = line;
@@ -59,7 +80,7 @@ ImportModel::Item itemOf(const VariantRecord &candidate, int line)
     row.symbol = candidate.value(Orvane_Fields::Security::symbol).toString();
     row.securityID = candidate.value(Orvane_Fields::Security::securityID).toString();
     row.exchange = candidate.value(Orvane_Fields::UserAccount::securityExchange).toString();
-    ImportModel::Item item = itemOf(row);
+    ImportModel::Item item = itemOf(row, held);
     item.row.quantity = qint64(std::min(item.advice, candidate.value(Master_Fields::ManualT0::ResourceQty).toDouble()));
     item.isTicked = false;
     return item;
@@ -205,7 +226,7 @@ void AddResourcesDialog::buildTable()
     m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     m_table->horizontalHeader()->setStretchLastSection(true);
     const int character = fontMetrics().averageCharWidth();
-    const QVector<int> widths{7, 10, 12, 12, 11, 11, 16};
+    const QVector<int> widths{7, 9, 10, 11, 10, 10, 10, 14};
     for (int column = 0; column < widths.size(); ++column)
         m_table->setColumnWidth(column, widths.at(column) * character + 12);
 }
@@ -213,11 +234,12 @@ void AddResourcesDialog::buildTable()
 void AddResourcesDialog::loadCandidates()
 {
     QVector<ImportModel::Item> items;
+    const Held held = heldResources();
     const RecordList candidates = ManualT0Logic::GetT0ResourceCandidatesList(
         m_filter->products(), m_filter->assetProp(), m_withT0Symbols->isChecked());
     for (const VariantRecord &candidate : candidates) {
         if (m_filter->hasText(candidate))
-            items.append(itemOf(candidate, items.size() + 1));
+            items.append(itemOf(candidate, items.size() + 1, held));
     }
     m_errors->clear();
     m_model->setItems(items);
@@ -252,8 +274,9 @@ void AddResourcesDialog::readText(const QString &text, bool titlesNeeded)
 {
     const ResourceRows read = ResourceRows::read(text, titlesNeeded, HostDirectory::directory());
     QVector<ImportModel::Item> items;
+    const Held held = heldResources();
     for (const ResourceRow &row : read.rows)
-        items.append(itemOf(row));
+        items.append(itemOf(row, held));
     m_errors->setText(inWords(read.errors));
     m_model->setItems(items);
 }

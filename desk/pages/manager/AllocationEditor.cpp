@@ -107,10 +107,10 @@ QWidget *AllocationEditor::buttonBar()
     auto *layout = new QHBoxLayout(bar);
     layout->setContentsMargins(0, 0, 0, 0);
     m_revert->setToolTip(tr("选中的行还原为服务器的数值；未选中时全部还原"));
+    layout->addWidget(m_apply); // notes come up at the lower right
     layout->addWidget(m_remove);
     layout->addWidget(m_revert);
     layout->addStretch(1);
-    layout->addWidget(m_apply);
     return bar;
 }
 
@@ -127,9 +127,10 @@ void AllocationEditor::follow()
 
 void AllocationEditor::edit(const QString &resourceId)
 {
+    m_wantedId = resourceId;
     if (m_run || (resourceId == m_resourceId && !resourceId.isEmpty()))
         return;
-    if (m_model->edit().isTyped())
+    if (m_model->edit().isTyped() && !m_resource.isEmpty())
         m_waiting.insert(m_resourceId, m_model->edit());
     m_resourceId = resourceId;
     m_resource = ManualT0Logic::GetResourceDetailById(resourceId);
@@ -162,7 +163,12 @@ void AllocationEditor::startTyping()
 void AllocationEditor::takeServer()
 {
     // While a family is loaded anew it is empty, or filled in part.
-    if (m_resourceId.isEmpty() || !isLoaded(ManualT0Logic::Resources) || !isLoaded(ManualT0Logic::SecurityPools))
+    if (!isLoaded(ManualT0Logic::Resources) || !isLoaded(ManualT0Logic::SecurityPools))
+        return;
+    for (auto waiting = m_waiting.begin(); waiting != m_waiting.end();)
+        waiting =
+            ManualT0Logic::GetResourceDetailById(waiting.key()).isEmpty() ? m_waiting.erase(waiting) : waiting + 1;
+    if (m_resourceId.isEmpty())
         return;
     m_resource = ManualT0Logic::GetResourceDetailById(m_resourceId);
     PoolEdit now = m_model->edit();
@@ -249,6 +255,7 @@ void AllocationEditor::runFinished(bool good, const QString &text)
     if (PageShell *shell = PageShell::instance())
         shell->notify(good ? PageShell::Notice::Success : PageShell::Notice::Refusal,
                       tr("%1：%2").arg(ManagerTexts::security(m_resource), text));
+    edit(m_wantedId);
 }
 
 void AllocationEditor::setEdit(const PoolEdit &edit)
@@ -279,6 +286,18 @@ void AllocationEditor::offerTraders()
     const int again = m_trader->findData(chosen);
     if (again >= 0)
         m_trader->setCurrentIndex(again);
+}
+
+QString AllocationEditor::waitingInWords() const
+{
+    QStringList names;
+    for (auto waiting = m_waiting.keyBegin(); waiting != m_waiting.keyEnd(); ++waiting) {
+        const VariantRecord resource = ManualT0Logic::GetResourceDetailById(*waiting);
+        names.append(resource.value(Orvane_Fields::UserAccount::tradingAccount).toString() + QLatin1Char(' ') +
+                     ManagerTexts::security(resource));
+    }
+    names.sort();
+    return names.join(QStringLiteral("，"));
 }
 
 QString AllocationEditor::title() const
@@ -315,8 +334,7 @@ void AllocationEditor::showState()
     m_sums->setVisible(!m_resource.isEmpty());
     const QString why = whyNotToSend();
     const QString state = edit.isTyped() && !why.isEmpty() ? tr("，不能应用：%1").arg(why) : QString();
-    const QString waiting =
-        m_waiting.isEmpty() ? QString() : tr("，另有 %1 个资源有未应用的修改").arg(m_waiting.size());
+    const QString waiting = m_waiting.isEmpty() ? QString() : tr("，未应用的还有：%1").arg(waitingInWords());
     m_sums->setText(tr("公共 %1 · 私有 %2 · 未分配 %3")
                         .arg(Format::quantity(edit.publicQty()), Format::quantity(edit.privateQty()),
                              Format::quantity(edit.freeQty())) +

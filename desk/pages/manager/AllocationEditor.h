@@ -3,7 +3,7 @@
 #include "PoolEdit.h"
 #include "VariantRecord.h"
 
-#include <QtCore/QHash>
+#include <QtCore/QMap>
 #include <QtWidgets/QWidget>
 
 class AllocationBar;
@@ -44,10 +44,12 @@ private:
     void offerTraders();
     QString whyNotToSend() const;
     QString title() const;
+    QString waitingInWords() const;
 
     VariantRecord m_resource; ///< empty: none
     QString m_resourceId;
-    QHash<QString, PoolEdit> m_waiting; ///< with something typed, of resources that are not shown
+    QString m_wantedId;                ///< to be shown when what is sent has ended
+    QMap<QString, PoolEdit> m_waiting; ///< with something typed, of resources that are not shown
     PoolEditModel *m_model;
     AllocationRun *m_run = nullptr;
 

@@ -72,7 +72,8 @@ void AllocationRun::takeOutcome(PoolEdit::Step::Kind kind, const ChangeOutcome &
         ManualT0Logic::RefreshDataByType(ManualT0Logic::SecurityPools);
     if (!outcome.isGood()) {
         const QString done = doneText();
-        const QString failed = tr("%1未应用：%2").arg(nameOf(kind), outcome.inWords());
+        const QString failed = outcome.isUnknown ? tr("%1：结果未知，请核对").arg(nameOf(kind))
+                                                 : tr("%1未应用：%2").arg(nameOf(kind), outcome.inWords());
         end(false, done.isEmpty() ? failed : done + QStringLiteral("；") + failed);
         return;
     }

@@ -8,12 +8,12 @@
 
 namespace {
 
-/// What is wrong with an item as it is now: a quantity that was typed here counts.
+/// What is wrong with an item as it is now: a quantity that was typed here counts, but not of one that stays behind.
 QStringList problemsOf(const ImportModel::Item &item)
 {
     QStringList problems = item.row.problems;
     const QString quantity = ResourceRows::quantityProblem(item.row.quantity, item.unit);
-    if (problems.isEmpty() && !quantity.isEmpty())
+    if (problems.isEmpty() && item.isTicked && !quantity.isEmpty())
         problems.append(ImportModel::tr("数量：%1").arg(quantity));
     return problems;
 }
@@ -98,6 +98,8 @@ QString ImportModel::display(const Item &item, int column) const
             .toString();
     case Quantity:
         return item.row.isNumber ? Format::quantity(item.row.quantity) : Format::missing();
+    case Held:
+        return item.held > 0 ? Format::quantity(item.held) : QString();
     case Advice:
         return item.advice < 0 ? Format::missing() : Format::quantity(item.advice);
     case Trader:
@@ -118,7 +120,7 @@ QVariant ImportModel::data(const QModelIndex &index, int role) const
     if (!index.isValid())
         return {};
     const Item &item = m_items.at(index.row());
-    const bool isNumber = index.column() == Quantity || index.column() == Advice;
+    const bool isNumber = index.column() >= Quantity && index.column() <= Advice;
     switch (role) {
     case Qt::DisplayRole:
     case Qt::ToolTipRole:
@@ -163,8 +165,8 @@ QVariant ImportModel::headerData(int section, Qt::Orientation orientation, int r
 {
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return {};
-    const QStringList titles{tr("行"),   tr("资金账号"), tr("代码"),   tr("名称"),
-                             tr("数量"), tr("可设数量"), tr("交易员"), tr("问题或结果")};
+    const QStringList titles{tr("行"),       tr("资金账号"), tr("代码"),   tr("名称"),      tr("数量"),
+                             tr("已有资源"), tr("可设数量"), tr("交易员"), tr("问题或结果")};
     return titles.value(section);
 }
 

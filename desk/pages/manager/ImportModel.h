@@ -10,12 +10,13 @@ class ImportModel : public QAbstractTableModel
     Q_OBJECT
 
 public:
-    enum Column { Line, Account, Code, Name, Quantity, Advice, Trader, Remark, ColumnCount };
+    enum Column { Line, Account, Code, Name, Quantity, Held, Advice, Trader, Remark, ColumnCount };
 
     struct Item {
         ResourceRow row;
         qint64 unit = 1;
-        double advice = -1; ///< how much may be set aside; below 0: unknown
+        double held = 0;    ///< what the resource has already
+        double advice = -1; ///< how much more may be set aside; below 0: unknown
         bool isTicked = false;
         bool isDone = false;
         QString result; ///< how sending it ended

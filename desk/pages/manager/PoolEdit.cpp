@@ -74,8 +74,7 @@ void PoolEdit::type(const QString &trader, Field field, qint64 value)
     m_removed.remove(trader);
     std::optional<Typed> &entry = m_typed[trader][field];
     const qint64 base = serverFigures(trader)[field];
-    if (field != Quantity)
-        value = std::max<qint64>(value, -1);
+    value = std::max<qint64>(value, NoPool[field]);
     // A value typed again is typed in sight of what the server has now.
     entry = Typed{value, base};
     dropWhatTheServerHas();

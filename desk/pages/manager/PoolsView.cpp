@@ -89,8 +89,8 @@ PoolsView::PoolsView(QWidget *parent)
     top->addWidget(m_filter, 1);
     top->addWidget(m_merged);
     auto *buttons = new QHBoxLayout;
-    buttons->addWidget(m_status, 1);
     buttons->addWidget(m_delete);
+    buttons->addWidget(m_status, 1);
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(top);
     layout->addWidget(m_table, 1);

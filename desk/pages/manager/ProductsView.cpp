@@ -67,9 +67,9 @@ ProductsView::ProductsView(QWidget *parent)
     m_tree->setColumnWidth(Name, 260);
     m_tree->setColumnWidth(Accounts, 420);
     auto *buttons = new QHBoxLayout;
-    buttons->addWidget(m_status, 1);
-    buttons->addWidget(m_revert);
     buttons->addWidget(m_apply);
+    buttons->addWidget(m_revert);
+    buttons->addWidget(m_status, 1);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_tree, 1);
     layout->addLayout(buttons);

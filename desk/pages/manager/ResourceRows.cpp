@@ -183,6 +183,9 @@ private:
     void readTrader()
     {
         m_row.trader = cell(Trader);
+        const QString id = m_row.trader.section(QLatin1Char(' '), -1); // as tables show one: name and id
+        if (id != m_row.trader && m_directory.isTrader(id))
+            m_row.trader = id;
         if (m_row.trader == text(QT_TRANSLATE_NOOP("ResourceRows", "公共券池")))
             m_row.trader = ManualT0Logic::PublicTrader;
         if (!m_row.trader.isEmpty() && !m_directory.isTrader(m_row.trader))

@@ -122,9 +122,9 @@ ResourcesView::ResourcesView(QWidget *parent)
 {
     setFocusProxy(m_table);
     auto *buttons = new QHBoxLayout;
-    buttons->addWidget(m_status, 1);
     for (QPushButton *button : {m_add, m_alter, m_delete})
         buttons->addWidget(button);
+    buttons->addWidget(m_status, 1);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
     layout->addWidget(m_filter);

@@ -9,6 +9,7 @@
 #include "OrvaneFields.h"
 #include "PageShell.h"
 #include "SheetText.h"
+#include "VantaKeys.h"
 #include "ViewParts.h"
 
 #include <QtCore/QFile>
@@ -139,6 +140,9 @@ AddResourcesDialog::AddResourcesDialog(QWidget *parent)
     connect(m_cover, &QRadioButton::toggled, this, &AddResourcesDialog::showState);
     if (const PageShell *shell = PageShell::instance())
         connect(shell, &PageShell::sendingGateChanged, this, &AddResourcesDialog::showState);
+    auto *later = new Later(
+        100, [this] { showHeld(); }, this);
+    later->follow({Vanta_Keys::EventMsgName::ManualT0ResourceUpdated, Vanta_Keys::EventMsgName::ManualT0DataInited});
     resize(1160, 720);
     showState();
 }
@@ -281,6 +285,13 @@ void AddResourcesDialog::readText(const QString &text, bool titlesNeeded)
     m_model->setItems(items);
 }
 
+void AddResourcesDialog::showHeld()
+{
+    const Held held = heldResources();
+    m_model->setHeld(
+        [&held](const ResourceRow &row) { return held.value(stockKey(row.account, row.symbol, row.exchange)); });
+}
+
 QString AddResourcesDialog::whyNotToSend() const
 {
     if (m_run)
@@ -298,9 +309,7 @@ void AddResourcesDialog::send()
     if (!whyNotToSend().isEmpty())
         return;
     m_run = new ImportRun(*m_model, m_cover->isChecked(), this);
-    connect(m_run, &ImportRun::ended, this, [this](const QVector<int> &rows, const ChangeOutcome &outcome) {
-        m_model->setResult(rows, outcome.inWords(), outcome.isGood());
-    });
+    connect(m_run, &ImportRun::ended, m_model, &ImportModel::setResult);
     connect(m_run, &ImportRun::finished, this, &AddResourcesDialog::finish);
     showState();
     m_run->start();

@@ -34,6 +34,7 @@ private:
     void chooseFile();
     void loadFile();
     void readText(const QString &text, bool titlesNeeded);
+    void showHeld();
     void send();
     void finish(int good, int bad);
     void showState();

@@ -42,14 +42,21 @@ void ImportModel::tickAll(bool ticked)
     emit changed();
 }
 
-void ImportModel::setResult(const QVector<int> &rows, const QString &result, bool good)
+void ImportModel::setHeld(const std::function<double(const ResourceRow &row)> &held)
+{
+    for (int row = 0; row < m_items.size(); ++row) {
+        m_items[row].held = held(m_items.at(row).row);
+        changeRow(row);
+    }
+}
+
+void ImportModel::setResult(const QVector<int> &rows, const ChangeOutcome &outcome)
 {
     for (const int row : rows) {
-        if (row >= m_items.size())
-            continue;
-        m_items[row].result = result;
-        m_items[row].isDone = good;
-        m_items[row].isTicked = m_items.at(row).isTicked && !good;
+        Item &item = m_items[row];
+        item.result = outcome.isUnknown ? tr("结果未知：核对已有资源后再勾选") : outcome.inWords();
+        item.isDone = outcome.isGood();
+        item.isTicked = !outcome.isGood() && !outcome.isUnknown;
         changeRow(row);
     }
     emit changed();

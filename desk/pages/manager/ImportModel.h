@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ChangeOutcome.h"
 #include "ResourceRows.h"
 
 #include <QtCore/QAbstractTableModel>
@@ -27,7 +28,10 @@ public:
     void setItems(const QVector<Item> &items);
     const QVector<Item> &items() const { return m_items; }
     void tickAll(bool ticked); ///< those that are not done
-    void setResult(const QVector<int> &rows, const QString &result, bool good);
+    void setHeld(const std::function<double(const ResourceRow &row)> &held);
+
+    /// How sending rows ended. Those of which nobody knows lose their ticks: sent again they might count twice.
+    void setResult(const QVector<int> &rows, const ChangeOutcome &outcome);
 
     QVector<int> tickedRows() const;
     int badTicked() const; ///< ticked, but something is wrong

@@ -117,13 +117,11 @@ QString PoolEditModel::display(const PoolEdit::Row &row, int column) const
     case PendExposure:
         return isPublic ? Format::missing() : limitText(row.shown[fieldOf(column)]);
     case Difference:
-        return differenceText(row);
-    case Server: {
-        if (row.state == PoolEdit::State::Same && !row.isOvertaken)
+        return row.isOvertaken ? tr("%1（他人已改）").arg(differenceText(row)) : differenceText(row);
+    case Server:
+        if (row.state == PoolEdit::State::Same)
             return {};
-        const QString held = row.server ? figuresText(*row.server) : tr("无");
-        return row.isOvertaken ? tr("%1（他人已改）").arg(held) : held;
-    }
+        return row.server ? figuresText(*row.server) : tr("无");
     default:
         return {};
     }

@@ -2,11 +2,9 @@
 
 #include "FilterBar.h"
 #include "HostDirectory.h"
+#include "ImportItems.h"
 #include "ImportRun.h"
 #include "ManualT0Logic.h"
-#include "MasterBusinessDataInterface.h"
-#include "MasterFields.h"
-#include "OrvaneFields.h"
 #include "PageShell.h"
 #include "SheetText.h"
 #include "VantaKeys.h"
@@ -32,59 +30,6 @@ namespace {
 QString partName(const char *part)
 {
     return QStringLiteral("manage.import.") + QLatin1String(part);
-}
-
-double allocatable(const ResourceRow &row)
-{
-    return row.problems.isEmpty()
-               ? ManualT0Logic::GetAllocatableQty2ResourceByTradingAccount(row.account, row.symbol, row.exchange)
-               : -1;
-}
-
-using Held = QHash<QString, double>;
-
-QString stockKey(const QString &account, const QString &symbol, const QString &exchange)
-{
-    return QStringList{account, symbol, exchange}.join(QLatin1Char('\n'));
-}
-
-/// Quantities of the resources that exist.
-Held heldResources()
-{
-    Held held;
-    const RecordList resources = ManualT0Logic::GetAllResourceList();
-    for (const VariantRecord &resource : resources)
-        held.insert(stockKey(resource.value(Orvane_Fields::UserAccount::tradingAccount).toString(),
-                             resource.value(Orvane_Fields::Security::symbol).toString(),
-                             resource.value(Orvane_Fields::UserAccount::securityExchange).toString()),
-                    resource.value(Master_Fields::ManualT0::ResourceQty).toDouble());
-    return held;
-}
-
-ImportModel::Item itemOf(const ResourceRow &row, const Held &held)
-{
-    ImportModel::Item item;
-    item.row = row;
-    item.unit = MasterBusinessDataInterface::GetDispFactorBySymbol(row.symbol);
-    item.held = held.value(stockKey(row.account, row.symbol, row.exchange));
-    item.advice = allocatable(row);
-    item.isTicked = true;
-    return item;
-}
-
-/// Prefilled with what may still be set aside; to be ticked by hand.
-ImportModel::Item itemOf(const VariantRecord &candidate, int line, const Held &held)
-{
-    ResourceRow row;
-    row.line = line;
-    row.account = candidate.value(Orvane_Fields::UserAccount::tradingAccount).toString();
-    row.symbol = candidate.value(Orvane_Fields::Security::symbol).toString();
-    row.securityID = candidate.value(Orvane_Fields::Security::securityID).toString();
-    row.exchange = candidate.value(Orvane_Fields::UserAccount::securityExchange).toString();
-    ImportModel::Item item = itemOf(row, held);
-    item.row.quantity = qint64(std::min(item.advice, candidate.value(Master_Fields::ManualT0::ResourceQty).toDouble()));
-    item.isTicked = false;
-    return item;
 }
 
 QString inWords(const QVector<ResourceError> &errors)
@@ -233,17 +178,24 @@ void AddResourcesDialog::buildTable()
     const QVector<int> widths{7, 9, 10, 11, 10, 10, 10, 14};
     for (int column = 0; column < widths.size(); ++column)
         m_table->setColumnWidth(column, widths.at(column) * character + 12);
+    ViewParts::keepLayout(m_table->horizontalHeader(), m_table->objectName());
+}
+
+void AddResourcesDialog::reject()
+{
+    if (!m_run)
+        QDialog::reject();
 }
 
 void AddResourcesDialog::loadCandidates()
 {
     QVector<ImportModel::Item> items;
-    const Held held = heldResources();
+    const ImportItems make;
     const RecordList candidates = ManualT0Logic::GetT0ResourceCandidatesList(
         m_filter->products(), m_filter->assetProp(), m_withT0Symbols->isChecked());
     for (const VariantRecord &candidate : candidates) {
         if (m_filter->hasText(candidate))
-            items.append(itemOf(candidate, items.size() + 1, held));
+            items.append(make.of(candidate, items.size() + 1));
     }
     m_errors->clear();
     m_model->setItems(items);
@@ -278,18 +230,17 @@ void AddResourcesDialog::readText(const QString &text, bool titlesNeeded)
 {
     const ResourceRows read = ResourceRows::read(text, titlesNeeded, HostDirectory::directory());
     QVector<ImportModel::Item> items;
-    const Held held = heldResources();
+    const ImportItems make;
     for (const ResourceRow &row : read.rows)
-        items.append(itemOf(row, held));
+        items.append(make.of(row));
     m_errors->setText(inWords(read.errors));
     m_model->setItems(items);
 }
 
 void AddResourcesDialog::showHeld()
 {
-    const Held held = heldResources();
-    m_model->setHeld(
-        [&held](const ResourceRow &row) { return held.value(stockKey(row.account, row.symbol, row.exchange)); });
+    const ImportItems now;
+    m_model->setHeld([&now](const ResourceRow &row) { return now.held(row); });
 }
 
 QString AddResourcesDialog::whyNotToSend() const

@@ -24,6 +24,8 @@ class AddResourcesDialog : public QDialog
 public:
     explicit AddResourcesDialog(QWidget *parent = nullptr);
 
+    void reject() override; ///< not while rows are under way: their results would be lost
+
 private:
     QWidget *candidatesTab();
     QWidget *pasteTab();

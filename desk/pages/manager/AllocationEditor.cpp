@@ -1,12 +1,11 @@
 #include "AllocationEditor.h"
 
+#include "AddPoolBar.h"
 #include "AllocationBar.h"
 #include "AllocationRun.h"
 #include "Format.h"
 #include "ManagerTexts.h"
-#include "ManualT0DoubleSpinbox.h"
 #include "ManualT0Logic.h"
-#include "ManualT0TraderCombo.h"
 #include "OrvaneFields.h"
 #include "PageShell.h"
 #include "PoolEditModel.h"
@@ -45,9 +44,7 @@ AllocationEditor::AllocationEditor(QWidget *parent)
     , m_sums(ViewParts::label(QStringLiteral("manage.edit.sums")))
     , m_notice(ViewParts::label(QStringLiteral("manage.edit.notice")))
     , m_table(new PoolTable(QStringLiteral("manage.edit.pools"), m_model))
-    , m_trader(new ManualT0TraderCombo)
-    , m_quantity(new ManualT0DoubleSpinbox)
-    , m_add(ViewParts::button(QStringLiteral("manage.edit.add"), tr("加入(&J)")))
+    , m_addBar(new AddPoolBar)
     , m_remove(ViewParts::button(QStringLiteral("manage.edit.remove"), tr("删除行")))
     , m_revert(ViewParts::button(QStringLiteral("manage.edit.revert"), tr("还原")))
     , m_apply(ViewParts::button(QStringLiteral("manage.edit.apply"), tr("应用(&Y)")))
@@ -70,35 +67,17 @@ void AllocationEditor::build()
     layout->addWidget(m_sums);
     layout->addWidget(m_notice);
     layout->addWidget(m_table, 1);
-    layout->addWidget(addBar());
+    layout->addWidget(m_addBar);
     layout->addWidget(buttonBar());
     layout->addWidget(m_status);
     m_notice->hide();
 
     connect(m_model, &PoolEditModel::edited, this, &AllocationEditor::showState);
     connect(m_table, &PoolTable::removalAsked, this, &AllocationEditor::removeChosen);
-    connect(m_add, &QPushButton::clicked, this, &AllocationEditor::addTrader);
-    connect(m_quantity, &ManualT0DoubleSpinbox::returnPressed, this, &AllocationEditor::addTrader);
+    connect(m_addBar, &AddPoolBar::added, this, &AllocationEditor::addPool);
     connect(m_remove, &QPushButton::clicked, this, &AllocationEditor::removeChosen);
     connect(m_revert, &QPushButton::clicked, this, &AllocationEditor::revertChosen);
     connect(m_apply, &QPushButton::clicked, this, &AllocationEditor::apply);
-}
-
-QWidget *AllocationEditor::addBar()
-{
-    auto *bar = new QWidget;
-    auto *layout = new QHBoxLayout(bar);
-    layout->setContentsMargins(0, 0, 0, 0);
-    m_trader->setObjectName(QStringLiteral("manage.edit.trader"));
-    m_quantity->setObjectName(QStringLiteral("manage.edit.quantity"));
-    m_trader->setMinimumContentsLength(12);
-    m_quantity->setDecimals(0);
-    m_quantity->setGroupSeparatorShown(true);
-    m_quantity->setMaximum(ManualT0Logic::MaxPoolQty);
-    layout->addWidget(m_trader, 1);
-    layout->addWidget(m_quantity, 1);
-    layout->addWidget(m_add);
-    return bar;
 }
 
 QWidget *AllocationEditor::buttonBar()
@@ -152,7 +131,7 @@ void AllocationEditor::edit(const QString &resourceId)
 void AllocationEditor::startTyping()
 {
     if (m_model->rowCount() == 0) {
-        m_trader->setFocus();
+        m_addBar->setFocus();
         return;
     }
     m_table->setFocus();
@@ -198,17 +177,12 @@ void AllocationEditor::announce(const QVector<PoolEdit::ServerChange> &changes)
     m_notice->show();
 }
 
-void AllocationEditor::addTrader()
+void AllocationEditor::addPool(const QString &trader, qint64 quantity)
 {
-    const QString trader = m_trader->currentData().toString();
-    if (trader.isEmpty() || m_resource.isEmpty() || m_run)
-        return;
     PoolEdit changed = m_model->edit();
-    changed.type(trader, PoolEdit::Quantity, qint64(m_quantity->value()));
+    changed.type(trader, PoolEdit::Quantity, quantity);
     setEdit(changed);
-    m_quantity->setValue(0);
     m_table->choose(trader);
-    m_trader->setFocus();
 }
 
 void AllocationEditor::removeChosen()
@@ -261,31 +235,8 @@ void AllocationEditor::runFinished(bool good, const QString &text)
 void AllocationEditor::setEdit(const PoolEdit &edit)
 {
     m_model->setEdit(edit);
-    offerTraders();
+    m_addBar->offer(edit);
     showState();
-}
-
-/// Those who have no row yet. The choice is kept where it can be: others may add rows while the user types.
-void AllocationEditor::offerTraders()
-{
-    const PoolEdit &edit = m_model->edit();
-    QMap<QString, QString> traders = ManualT0Logic::GetAllT0TraderId();
-    for (const PoolEdit::Row &row : edit.rows())
-        traders.remove(row.trader);
-    const bool withPublic = !edit.hasRow(ManualT0Logic::PublicTrader);
-    QStringList ids = traders.keys();
-    if (withPublic)
-        ids.prepend(ManualT0Logic::PublicTrader);
-    QStringList offered;
-    for (int i = 0; i < m_trader->count(); ++i)
-        offered.append(m_trader->itemData(i).toString());
-    if (offered == ids)
-        return;
-    const QString chosen = m_trader->currentData().toString();
-    m_trader->InitTraders(traders, false, withPublic);
-    const int again = m_trader->findData(chosen);
-    if (again >= 0)
-        m_trader->setCurrentIndex(again);
 }
 
 QString AllocationEditor::waitingInWords() const
@@ -341,7 +292,7 @@ void AllocationEditor::showState()
                     state + waiting);
     const bool idle = !m_run && !m_resource.isEmpty();
     m_model->setEditable(idle);
-    m_add->setEnabled(idle);
+    m_addBar->setUsable(idle);
     m_remove->setEnabled(idle);
     m_revert->setEnabled(idle && edit.isTyped());
     m_apply->setEnabled(idle && why.isEmpty());

@@ -6,10 +6,9 @@
 #include <QtCore/QMap>
 #include <QtWidgets/QWidget>
 
+class AddPoolBar;
 class AllocationBar;
 class AllocationRun;
-class ManualT0DoubleSpinbox;
-class ManualT0TraderCombo;
 class PoolEditModel;
 class PoolTable;
 class QLabel;
@@ -29,19 +28,17 @@ public:
 
 private:
     void build();
-    QWidget *addBar();
     QWidget *buttonBar();
     void follow();
     void takeServer();
     void announce(const QVector<PoolEdit::ServerChange> &changes);
-    void addTrader();
+    void addPool(const QString &trader, qint64 quantity);
     void removeChosen();
     void revertChosen();
     void apply();
     void runFinished(bool good, const QString &text);
     void setEdit(const PoolEdit &edit);
     void showState();
-    void offerTraders();
     QString whyNotToSend() const;
     QString title() const;
     QString waitingInWords() const;
@@ -58,9 +55,7 @@ private:
     QLabel *m_sums;
     QLabel *m_notice;
     PoolTable *m_table;
-    ManualT0TraderCombo *m_trader;
-    ManualT0DoubleSpinbox *m_quantity;
-    QPushButton *m_add;
+    AddPoolBar *m_addBar;
     QPushButton *m_remove;
     QPushButton *m_revert;
     QPushButton *m_apply;

@@ -1,6 +1,7 @@
 #include "PoolTable.h"
 
 #include "PoolEditModel.h"
+#include "ViewParts.h"
 
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QHeaderView>
@@ -26,6 +27,7 @@ PoolTable::PoolTable(const QString &name, PoolEditModel *model, QWidget *parent)
     const QVector<int> widths{13, 8, 8, 9, 14};
     for (int column = 0; column < widths.size(); ++column)
         setColumnWidth(column, widths.at(column) * character + 12);
+    ViewParts::keepLayout(horizontalHeader(), name);
 }
 
 QStringList PoolTable::chosenTraders() const

@@ -14,6 +14,7 @@
 #include <QtCore/QSet>
 #include <QtCore/QSignalBlocker>
 #include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QHeaderView>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTreeWidget>
@@ -66,6 +67,7 @@ ProductsView::ProductsView(QWidget *parent)
     m_tree->setAlternatingRowColors(true);
     m_tree->setColumnWidth(Name, 260);
     m_tree->setColumnWidth(Accounts, 420);
+    ViewParts::keepLayout(m_tree->header(), m_tree->objectName());
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(m_apply);
     buttons->addWidget(m_revert);

@@ -1,8 +1,10 @@
 #include "ViewParts.h"
 
 #include "EventBus.h"
+#include "Layout.h"
 #include "PageShell.h"
 
+#include <QtWidgets/QHeaderView>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
 
@@ -48,6 +50,19 @@ QString ViewParts::gate()
 {
     const PageShell *shell = PageShell::instance();
     return shell ? shell->sendingGate() : QString();
+}
+
+void ViewParts::keepLayout(QHeaderView *header, const QString &name)
+{
+    const QByteArray initial = header->saveState();
+    header->restoreState(Layout::kept(name));
+    QObject::connect(header, &QHeaderView::sectionResized, header,
+                     [header, name] { Layout::keep(name, header->saveState()); });
+    if (const PageShell *shell = PageShell::instance())
+        QObject::connect(shell, &PageShell::layoutReset, header, [header, name, initial](const QString &page) {
+            if (page == Layout::pageOf(name))
+                header->restoreState(initial);
+        });
 }
 
 const char *const ViewParts::changeLane = "manage";

@@ -6,6 +6,7 @@
 
 #include <functional>
 
+class QHeaderView;
 class QLabel;
 class QPushButton;
 
@@ -31,6 +32,9 @@ namespace ViewParts {
 QPushButton *button(const QString &name, const QString &text);
 QLabel *label(const QString &name); ///< wraps
 QString gate();                     ///< why nothing may be sent now, empty when it may
+
+/// Widths of a table that is no RecordTable are kept under its name; a reset layout has those of now again.
+void keepLayout(QHeaderView *header, const QString &name);
 
 extern const char *const changeLane; ///< of Background: changes must not overtake each other
 

@@ -43,6 +43,17 @@ void carryOut(const Step &step, Pools &server)
     }
 }
 
+/// Pools that hold something, as they are shown.
+QMap<QString, PoolEdit::Figures> wantedPools(const PoolEdit &edit)
+{
+    QMap<QString, PoolEdit::Figures> wanted;
+    for (const PoolEdit::Row &row : edit.rows()) {
+        if (row.state != PoolEdit::State::Removed && row.shown[PoolEdit::Quantity] > 0)
+            wanted.insert(row.trader, row.shown);
+    }
+    return wanted;
+}
+
 PoolEdit::Row row(const PoolEdit &edit, const char *trader)
 {
     for (const PoolEdit::Row &row : edit.rows()) {
@@ -124,6 +135,7 @@ private slots:
             }
             if (edit.freeQty() < 0)
                 continue;
+            const QMap<QString, PoolEdit::Figures> wanted = wantedPools(edit);
             for (int step = 0; step < 3 && !edit.steps().isEmpty(); ++step, ++sent) {
                 carryOut(edit.steps().first(), server);
                 PoolEdit held(publicPool(), 1);
@@ -132,6 +144,8 @@ private slots:
                 edit.takeServer(1000, server);
             }
             QVERIFY(edit.steps().isEmpty());
+            edit.revertAll();
+            QCOMPARE(wantedPools(edit), wanted);
         }
         QVERIFY(sent > 1000);
     }

@@ -99,6 +99,8 @@ QString ImportModel::display(const Item &item, int column) const
         return item.row.account;
     case Code:
         return item.row.symbol;
+    case Exchange:
+        return item.row.exchange;
     case Name:
         return MasterBusinessDataInterface::GetSecurityDetailsBySymbol(item.row.symbol)
             .value(Orvane_Fields::Security::chineseName)
@@ -172,8 +174,8 @@ QVariant ImportModel::headerData(int section, Qt::Orientation orientation, int r
 {
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return {};
-    const QStringList titles{tr("行"),       tr("资金账号"), tr("代码"),   tr("名称"),      tr("数量"),
-                             tr("已有资源"), tr("可设数量"), tr("交易员"), tr("问题或结果")};
+    const QStringList titles{tr("行"),   tr("资金账号"), tr("代码"),     tr("市场"),   tr("名称"),
+                             tr("数量"), tr("已有资源"), tr("可设数量"), tr("交易员"), tr("问题或结果")};
     return titles.value(section);
 }
 

@@ -11,7 +11,7 @@ class ImportModel : public QAbstractTableModel
     Q_OBJECT
 
 public:
-    enum Column { Line, Account, Code, Name, Quantity, Held, Advice, Trader, Remark, ColumnCount };
+    enum Column { Line, Account, Code, Exchange, Name, Quantity, Held, Advice, Trader, Remark, ColumnCount };
 
     struct Item {
         ResourceRow row;

@@ -9,8 +9,6 @@
 
 #include <QtCore/QCoreApplication>
 
-#include <algorithm>
-
 namespace {
 
 QString text(const char *sourceText)
@@ -23,20 +21,23 @@ QString joined(const QString &first, const QString &second)
     return second.isEmpty() || first == second ? first : first + QLatin1Char(' ') + second;
 }
 
-QStringList orderKey(const VariantRecord &row)
+QString orderKey(const VariantRecord &row)
 {
-    return {row.value(Orvane_Fields::UserAccount::tradingAccount).toString(),
-            row.value(Orvane_Fields::Security::symbol).toString(),
-            row.value(Orvane_Fields::UserAccount::securityExchange).toString(),
-            row.value(Master_Fields::ManualT0::T0TraderId).toString()};
+    return QStringList{row.value(Orvane_Fields::UserAccount::tradingAccount).toString(),
+                       row.value(Orvane_Fields::Security::symbol).toString(),
+                       row.value(Orvane_Fields::UserAccount::securityExchange).toString(),
+                       row.value(Master_Fields::ManualT0::T0TraderId).toString()}
+        .join(QChar(u'\0'));
 }
 
 } // namespace
 
 void ManagerTexts::sort(RecordList &rows)
 {
-    std::sort(rows.begin(), rows.end(),
-              [](const VariantRecord &left, const VariantRecord &right) { return orderKey(left) < orderKey(right); });
+    QMultiMap<QString, VariantRecord> ordered; // every key is made once
+    for (const VariantRecord &row : qAsConst(rows))
+        ordered.insert(orderKey(row), row);
+    rows = ordered.values();
 }
 
 QString ManagerTexts::trader(const QString &traderId)

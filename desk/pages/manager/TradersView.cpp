@@ -1,5 +1,6 @@
 #include "TradersView.h"
 
+#include "Background.h"
 #include "Format.h"
 #include "HostNews.h"
 #include "HostSession.h"
@@ -83,7 +84,7 @@ TradersView::TradersView(QWidget *parent)
     , m_table(new RecordTable(QStringLiteral("manage.traders"), m_model))
     , m_sums(ViewParts::label(QStringLiteral("manage.traders.sums")))
     , m_later(new Later(
-          showEveryMs, [this] { showRows(); }, this))
+          showEveryMs, [this] { sum(); }, this))
 {
     setFocusProxy(m_table);
     auto *layout = new QVBoxLayout(this);
@@ -101,16 +102,28 @@ TradersView::TradersView(QWidget *parent)
 void TradersView::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    showRows();
+    sum();
 }
 
-void TradersView::showRows()
+/// Not on the GUI thread: with thousands of usage records it takes as long as some frames of the window.
+void TradersView::sum()
 {
     if (!isVisible())
         return;
+    if (m_isSumming) {
+        m_later->ask();
+        return;
+    }
+    m_isSumming = true;
+    Background::run(QStringLiteral("manage.traders"), this, TraderSums::all,
+                    [this](const QMap<QString, TraderSums> &sums) { showSums(sums); });
+}
+
+void TradersView::showSums(const QMap<QString, TraderSums> &sums)
+{
+    m_isSumming = false;
     RecordList rows;
     TraderSums all;
-    const QMap<QString, TraderSums> sums = TraderSums::all();
     for (const TraderSums &sum : sums) {
         rows.append(rowOf(sum));
         all.add(sum);

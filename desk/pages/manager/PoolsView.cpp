@@ -96,6 +96,12 @@ PoolsView::PoolsView(QWidget *parent)
     layout->addWidget(m_table, 1);
     layout->addLayout(buttons);
 
+    follow();
+    showRows();
+}
+
+void PoolsView::follow()
+{
     auto *later = new Later(
         100, [this] { showRows(); }, this);
     using namespace Vanta_Keys::EventMsgName;
@@ -111,7 +117,6 @@ PoolsView::PoolsView(QWidget *parent)
     connect(m_delete, &QPushButton::clicked, this, &PoolsView::askToDelete);
     if (const PageShell *shell = PageShell::instance())
         connect(shell, &PageShell::sendingGateChanged, this, &PoolsView::showState);
-    showRows();
 }
 
 void PoolsView::showRows()

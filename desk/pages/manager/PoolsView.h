@@ -21,6 +21,7 @@ public:
     explicit PoolsView(QWidget *parent = nullptr);
 
 private:
+    void follow();
     void showRows();
     void showState();
     void askToDelete();

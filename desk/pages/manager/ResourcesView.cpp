@@ -131,6 +131,12 @@ ResourcesView::ResourcesView(QWidget *parent)
     layout->addWidget(m_table, 1);
     layout->addLayout(buttons);
 
+    follow();
+    showRows();
+}
+
+void ResourcesView::follow()
+{
     auto *later = new Later(
         100, [this] { showRows(); }, this);
     using namespace Vanta_Keys::EventMsgName;
@@ -150,7 +156,6 @@ ResourcesView::ResourcesView(QWidget *parent)
     connect(m_delete, &QPushButton::clicked, this, &ResourcesView::askToDelete);
     if (const PageShell *shell = PageShell::instance())
         connect(shell, &PageShell::sendingGateChanged, this, &ResourcesView::showState);
-    showRows();
 }
 
 void ResourcesView::showRows()

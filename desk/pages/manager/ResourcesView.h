@@ -24,6 +24,7 @@ signals:
     void editAsked(const QString &resourceId); ///< double click or Enter
 
 private:
+    void follow();
     void showRows();
     void showState();
     void add();

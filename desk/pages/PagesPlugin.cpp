@@ -1,8 +1,11 @@
 #include "PagesPlugin.h"
 
+#include "LogBook.h"
 #include "ManagerPage.h"
 #include "ManualT0Logic.h"
 #include "ProfitPage.h"
+#include "StatusLineFamilies.h"
+#include "StatusLineFigures.h"
 #include "StatusPage.h"
 #include "TraderPage.h"
 
@@ -18,9 +21,12 @@ bool PagesPlugin::initialize(const QStringList &, QString *errorString, const QS
 void PagesPlugin::extensionsInitialized()
 {
     PageShell *shell = PageShell::instance();
+    LogBook::open();
     shell->addPage(TraderPage::description());
     shell->addPage(ManagerPage::description());
     shell->addPage(ProfitPage::description());
     shell->addPage(StatusPage::description());
+    shell->addStatusWidget(new StatusLineFamilies);
+    shell->addStatusWidget(new StatusLineFigures);
     ManualT0Logic::InitData();
 }

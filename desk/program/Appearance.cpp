@@ -71,11 +71,6 @@ QColor Appearance::fallColor() const
     return m_choice.isRedUp ? green(m_choice.isDark) : red(m_choice.isDark);
 }
 
-QColor Appearance::warningColor() const
-{
-    return QColor(0xb3261e);
-}
-
 QColor Appearance::red(bool isDark)
 {
     return isDark ? QColor(0xff6b68) : QColor(0xc62828);

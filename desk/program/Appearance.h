@@ -30,7 +30,6 @@ public:
 
     QColor riseColor() const;
     QColor fallColor() const;
-    QColor warningColor() const; ///< background of the banner
 
     static QPalette palette(bool isDark);
     static QColor red(bool isDark);

@@ -1,34 +1,26 @@
 #include "Banner.h"
 
-#include "Appearance.h"
 #include "ConnectionWatch.h"
 
-Banner::Banner(const ConnectionWatch &connection, const Appearance &appearance, QWidget *parent)
+Banner::Banner(const ConnectionWatch &connection, QWidget *parent)
     : QLabel(parent)
     , m_connection(connection)
-    , m_appearance(appearance)
 {
     setObjectName(QStringLiteral("banner"));
     setAlignment(Qt::AlignCenter);
     setMargin(6);
     setAutoFillBackground(true);
-    connect(&connection, &ConnectionWatch::changed, this, &Banner::update);
-    connect(&appearance, &Appearance::changed, this, &Banner::colour);
-    connect(&m_timer, &QTimer::timeout, this, &Banner::update);
-    m_timer.setInterval(1000);
-    colour();
-    update();
-}
-
-void Banner::colour()
-{
     QPalette palette;
-    palette.setColor(QPalette::Window, m_appearance.warningColor());
+    palette.setColor(QPalette::Window, QColor(0xb3261e));
     palette.setColor(QPalette::WindowText, Qt::white);
     setPalette(palette);
+    connect(&connection, &ConnectionWatch::changed, this, &Banner::showState);
+    connect(&m_timer, &QTimer::timeout, this, &Banner::showState);
+    m_timer.setInterval(1000);
+    showState();
 }
 
-void Banner::update()
+void Banner::showState()
 {
     const bool isConnected = m_connection.isConnected();
     setVisible(!isConnected);

@@ -3,7 +3,6 @@
 #include <QtCore/QTimer>
 #include <QtWidgets/QLabel>
 
-class Appearance;
 class ConnectionWatch;
 
 /// Shown only while something is wrong: the gateway is gone, since when, and that nothing can be sent.
@@ -12,13 +11,11 @@ class Banner : public QLabel
     Q_OBJECT
 
 public:
-    Banner(const ConnectionWatch &connection, const Appearance &appearance, QWidget *parent);
+    Banner(const ConnectionWatch &connection, QWidget *parent);
 
 private:
-    void update();
-    void colour();
+    void showState();
 
     const ConnectionWatch &m_connection;
-    const Appearance &m_appearance;
     QTimer m_timer;
 };

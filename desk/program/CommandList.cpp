@@ -27,6 +27,32 @@ bool canMeet(const QWidget *one, const QWidget *other)
     return !one || !other || one == other || one->isAncestorOf(other) || other->isAncestorOf(one);
 }
 
+/// Without these nobody could type, move or answer a dialog.
+bool isReserved(const QKeySequence &keys)
+{
+    static const QVector<QKeySequence> reserved{Qt::Key_Tab,
+                                                Qt::Key_Backtab,
+                                                Qt::Key_Return,
+                                                Qt::Key_Enter,
+                                                Qt::Key_Escape,
+                                                Qt::Key_Space,
+                                                Qt::Key_Up,
+                                                Qt::Key_Down,
+                                                Qt::Key_Left,
+                                                Qt::Key_Right,
+                                                Qt::Key_Home,
+                                                Qt::Key_End,
+                                                Qt::Key_PageUp,
+                                                Qt::Key_PageDown,
+                                                Qt::Key_Backspace,
+                                                QKeySequence(Qt::CTRL + Qt::Key_A),
+                                                QKeySequence(Qt::CTRL + Qt::Key_C),
+                                                QKeySequence(Qt::CTRL + Qt::Key_V),
+                                                QKeySequence(Qt::CTRL + Qt::Key_X),
+                                                QKeySequence(Qt::CTRL + Qt::Key_Z)};
+    return reserved.contains(keys);
+}
+
 QKeySequence keptKeys(const CommandDescription &command)
 {
     const QVariant kept = DeskSettings::value(settingOf(command.id));
@@ -98,6 +124,8 @@ QString CommandList::setKeys(const QString &id, const QKeySequence &keys)
     const Command *command = find(id);
     if (!command)
         return tr("没有这个命令：%1").arg(id);
+    if (isReserved(keys))
+        return tr("%1 留给输入和移动").arg(keys.toString(QKeySequence::NativeText));
     if (const Command *holder = holderOf(keys, *command))
         return tr("%1 已用于“%2”").arg(keys.toString(QKeySequence::NativeText), holder->description.text);
     command->action->setShortcut(keys);

@@ -30,7 +30,8 @@ public:
     /// The command that has a key and could answer where this one does; null: none.
     const Command *holderOf(const QKeySequence &keys, const QString &forId) const;
 
-    /// Sets and keeps a key; empty keys: the command has none. What is wrong, empty when it is done.
+    /// Sets and keeps a key that is neither taken nor one of typing and moving; empty keys: the command has none. What
+    /// is wrong, empty when it is done.
     QString setKeys(const QString &id, const QKeySequence &keys);
 
     void restoreDefaults(); ///< of every command

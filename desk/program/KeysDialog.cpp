@@ -3,7 +3,6 @@
 #include "CommandList.h"
 
 #include <QtWidgets/QAction>
-#include <QtWidgets/QDialogButtonBox>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QKeySequenceEdit>
@@ -46,36 +45,51 @@ void KeysDialog::build()
     m_fault->setObjectName(QStringLiteral("keys.fault"));
     m_fault->setWordWrap(true);
 
-    auto *apply = new QPushButton(tr("应用"));
-    apply->setObjectName(QStringLiteral("keys.apply"));
-    apply->setAutoDefault(false);
-    connect(apply, &QPushButton::clicked, this, &KeysDialog::apply);
-    auto *clear = new QPushButton(tr("清除"));
-    clear->setAutoDefault(false);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(m_search);
+    layout->addWidget(m_list, 1);
+    layout->addLayout(makeEditRow());
+    layout->addWidget(m_fault);
+    layout->addLayout(makeLastRow());
+}
+
+/// A button that Enter in the search or in the list does not press.
+QPushButton *KeysDialog::makeButton(const char *name, const QString &text)
+{
+    auto *button = new QPushButton(text);
+    button->setObjectName(QString::fromLatin1(name));
+    button->setAutoDefault(false);
+    return button;
+}
+
+QLayout *KeysDialog::makeEditRow()
+{
+    QPushButton *set = makeButton("keys.apply", tr("应用"));
+    connect(set, &QPushButton::clicked, this, &KeysDialog::apply);
+    QPushButton *clear = makeButton("keys.clear", tr("清除"));
     connect(clear, &QPushButton::clicked, this, [this] {
         m_keys->clear();
-        this->apply();
+        apply();
     });
     auto *row = new QHBoxLayout;
     row->addWidget(new QLabel(tr("新按键")));
     row->addWidget(m_keys, 1);
-    row->addWidget(apply);
+    row->addWidget(set);
     row->addWidget(clear);
+    return row;
+}
 
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close);
-    QPushButton *defaults = buttons->addButton(tr("全部还原默认"), QDialogButtonBox::ResetRole);
-    defaults->setObjectName(QStringLiteral("keys.defaults"));
-    for (QAbstractButton *button : buttons->buttons())
-        static_cast<QPushButton *>(button)->setAutoDefault(false);
+QLayout *KeysDialog::makeLastRow()
+{
+    QPushButton *defaults = makeButton("keys.defaults", tr("全部还原默认"));
     connect(defaults, &QPushButton::clicked, &m_commands, &CommandList::restoreDefaults);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-
-    auto *layout = new QVBoxLayout(this);
-    layout->addWidget(m_search);
-    layout->addWidget(m_list, 1);
-    layout->addLayout(row);
-    layout->addWidget(m_fault);
-    layout->addWidget(buttons);
+    QPushButton *close = makeButton("keys.close", tr("关闭"));
+    connect(close, &QPushButton::clicked, this, &QDialog::accept);
+    auto *row = new QHBoxLayout;
+    row->addWidget(defaults);
+    row->addStretch();
+    row->addWidget(close);
+    return row;
 }
 
 void KeysDialog::fill()

@@ -6,6 +6,7 @@ class CommandList;
 class QKeySequenceEdit;
 class QLabel;
 class QLineEdit;
+class QPushButton;
 class QTreeWidget;
 
 /// The list of keys: searched by any part of a command's text or key, and changed in it.
@@ -18,6 +19,9 @@ public:
 
 private:
     void build();
+    static QPushButton *makeButton(const char *name, const QString &text);
+    QLayout *makeEditRow();
+    QLayout *makeLastRow();
     void fill();
     void search(const QString &text);
     void choose();

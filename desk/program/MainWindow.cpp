@@ -17,6 +17,7 @@
 #include "StatusLine.h"
 #include "TradeNotices.h"
 
+#include <QtGui/QScreen>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QButtonGroup>
@@ -76,7 +77,7 @@ public:
         HOST_INFO("Desk", text);
         if (!PreferencesDialog::areNoticesOn())
             return;
-        m_window.m_notices->show(kind, text);
+        m_window.m_notices->add(kind, text);
         if (PreferencesDialog::isSoundOn())
             QApplication::beep();
     }
@@ -96,7 +97,7 @@ MainWindow::MainWindow(HostSession &session, const QString &gateway, const QStri
     , m_commands(new CommandList(this))
     , m_notices(new NoticeBoard(*m_appearance, this))
     , m_bar(new QToolBar)
-    , m_who(new QLabel)
+    , m_who(new QLabel(this))
     , m_pageButtons(new QButtonGroup(this))
     , m_stack(new QStackedWidget)
     , m_shell(std::make_unique<Shell>(*this))
@@ -111,7 +112,7 @@ MainWindow::MainWindow(HostSession &session, const QString &gateway, const QStri
     auto *layout = new QVBoxLayout(middle);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(new Banner(*m_connection, *m_appearance, middle));
+    layout->addWidget(new Banner(*m_connection, middle));
     layout->addWidget(m_stack, 1);
     setCentralWidget(middle);
     setStatusBar(new StatusLine(session, *m_connection, *m_appearance, this));
@@ -185,6 +186,7 @@ void MainWindow::addPageOf(const PageDescription &description)
 void MainWindow::keepGeometry()
 {
     m_keepsGeometry = true;
+    resize(size().boundedTo(screen()->availableSize()));
     restoreGeometry(QByteArray::fromBase64(DeskSettings::value(geometrySetting).toByteArray()));
 }
 

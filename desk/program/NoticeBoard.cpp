@@ -3,14 +3,19 @@
 #include "Appearance.h"
 
 #include <QtCore/QEvent>
+#include <QtCore/QPointer>
 #include <QtCore/QTimer>
+#include <QtGui/QPainter>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QMainWindow>
 #include <QtWidgets/QVBoxLayout>
 
 namespace {
 
 constexpr int mostNotes = 5;
 constexpr int noteWidth = 380;
+constexpr int edgeWidth = 5;
+constexpr int padding = 8;
 constexpr int distance = 16; ///< from the window's border
 
 int shownMs(PageShell::Notice kind)
@@ -18,59 +23,80 @@ int shownMs(PageShell::Notice kind)
     return kind == PageShell::Notice::Refusal ? 12000 : 4000;
 }
 
-QColor edgeColor(PageShell::Notice kind, bool isDark, const QPalette &palette)
+/// One note, with an edge in the colour of its kind.
+class Note : public QLabel
 {
-    switch (kind) {
-    case PageShell::Notice::Success:
-        return palette.color(QPalette::Highlight);
-    case PageShell::Notice::Refusal:
-        return Appearance::red(isDark);
-    case PageShell::Notice::Info:
-        break;
+public:
+    Note(PageShell::Notice kind, const QString &text, const Appearance &appearance)
+        : QLabel(text)
+        , m_kind(kind)
+        , m_appearance(appearance)
+    {
+        setObjectName(QStringLiteral("notice"));
+        setTextFormat(Qt::PlainText);
+        setWordWrap(true);
+        setContentsMargins(edgeWidth + padding, padding, padding, padding);
+        setFixedSize(noteWidth, heightForWidth(noteWidth));
     }
-    return palette.color(QPalette::Mid);
-}
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        QPainter painter(this);
+        painter.setPen(palette().color(QPalette::Mid));
+        painter.setBrush(palette().color(QPalette::Base));
+        painter.drawRect(rect().adjusted(0, 0, -1, -1));
+        painter.fillRect(0, 0, edgeWidth, height(), edge());
+        QLabel::paintEvent(event);
+    }
+
+private:
+    QColor edge() const
+    {
+        switch (m_kind) {
+        case PageShell::Notice::Success:
+            return palette().color(QPalette::Highlight);
+        case PageShell::Notice::Refusal:
+            return Appearance::red(m_appearance.choice().isDark);
+        case PageShell::Notice::Info:
+            break;
+        }
+        return palette().color(QPalette::Mid);
+    }
+
+    const PageShell::Notice m_kind;
+    const Appearance &m_appearance;
+};
 
 } // namespace
 
-NoticeBoard::NoticeBoard(const Appearance &appearance, QWidget *over)
+NoticeBoard::NoticeBoard(const Appearance &appearance, QMainWindow *over)
     : QWidget(over)
     , m_appearance(appearance)
+    , m_over(over)
     , m_notes(new QVBoxLayout(this))
 {
     setObjectName(QStringLiteral("notices"));
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFocusPolicy(Qt::NoFocus);
     m_notes->setContentsMargins(0, 0, 0, 0);
+    m_notes->setSpacing(6);
     over->installEventFilter(this);
     hide();
 }
 
-void NoticeBoard::show(PageShell::Notice kind, const QString &text)
+void NoticeBoard::add(PageShell::Notice kind, const QString &text)
 {
     if (m_notes->count() >= mostNotes)
         delete m_notes->itemAt(0)->widget();
-    auto *note = new QLabel(text);
-    note->setObjectName(QStringLiteral("notice"));
-    note->setTextFormat(Qt::PlainText);
-    note->setWordWrap(true);
-    note->setMargin(8);
-    note->setFixedWidth(noteWidth);
-    note->setAutoFillBackground(true);
-    note->setFrameShape(QFrame::Box);
-    note->setLineWidth(2);
-    QPalette palette = this->palette();
-    const QColor edge = edgeColor(kind, m_appearance.choice().isDark, palette);
-    palette.setColor(QPalette::Window, palette.color(QPalette::ToolTipBase));
-    for (const QPalette::ColorRole role : {QPalette::Dark, QPalette::Light, QPalette::Mid})
-        palette.setColor(role, edge); // of the frame
-    note->setPalette(palette);
+    auto *note = new Note(kind, text, m_appearance);
     m_notes->addWidget(note);
-    QTimer::singleShot(shownMs(kind), note, [this, note] {
-        delete note;
+    note->show();
+    QTimer::singleShot(shownMs(kind), this, [this, note = QPointer<QWidget>(note)] {
+        delete note.data();
         place();
     });
-    QWidget::show();
+    show();
     place();
 }
 
@@ -78,9 +104,9 @@ void NoticeBoard::place()
 {
     if (m_notes->count() == 0)
         return hide();
-    const int height = m_notes->hasHeightForWidth() ? m_notes->totalHeightForWidth(noteWidth) : sizeHint().height();
-    const QRect over = parentWidget()->rect();
-    setGeometry(over.right() - noteWidth - distance, over.bottom() - height - distance, noteWidth, height);
+    adjustSize();
+    const QRect middle = m_over->centralWidget()->geometry();
+    move(middle.right() - width() - distance, middle.bottom() - height() - distance);
     raise();
 }
 

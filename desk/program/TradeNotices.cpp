@@ -49,6 +49,9 @@ TradeNotices::TradeNotices(HostNews &news, PageShell &shell, QObject *parent)
 {
     connect(&news, &HostNews::fillsCame, this, &TradeNotices::onFills);
     connect(&news, &HostNews::ordersChanged, this, &TradeNotices::onOrders);
+    connect(&news, &HostNews::dayBegan, this, [this](const QString &day) {
+        m_shell.notify(PageShell::Notice::Info, tr("新的交易日 %1：此前未了结的委托已失效").arg(day));
+    });
     connect(&news, &HostNews::businessMessagesCame, this, &TradeNotices::onMessages);
 }
 

@@ -1,13 +1,14 @@
 #include "Desk.h"
+#include "DeskStyle.h"
 #include "MainWindow.h"
 #include "ScriptPlayer.h"
 
 #include <QtCore/QLibraryInfo>
 #include <QtCore/QTextStream>
+#include <QtCore/QTimer>
 #include <QtCore/QTranslator>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMessageBox>
-#include <QtWidgets/QStyleFactory>
 
 #include <cstdlib>
 
@@ -70,13 +71,15 @@ void translate(QApplication &application, const QString &language)
         QApplication::installTranslator(own);
 }
 
+/// The plug-ins may be at work already: they stop when the event loop ends, so there must be one.
 int fail(const DeskOptions &options, const QString &errorText)
 {
     if (options.isOffscreen || !options.script.isEmpty())
         print(stderr, QStringLiteral("t0-desk: %1").arg(errorText));
     else
         QMessageBox::critical(nullptr, QStringLiteral("T0"), errorText);
-    return Failed;
+    QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(Failed); });
+    return QApplication::exec();
 }
 
 int play(Desk &desk, const DeskOptions &options)
@@ -120,7 +123,7 @@ int main(int argc, char **argv)
     }
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("t0-desk"));
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new DeskStyle);
     translate(application, options.language);
     return run(options);
 }

@@ -18,6 +18,10 @@
         <source>%1 已用于“%2”</source>
         <translation>%1 is already used by &quot;%2&quot;</translation>
     </message>
+    <message>
+        <source>%1 留给输入和移动</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>ConnectionWatch</name>
@@ -94,6 +98,10 @@
     <message>
         <source>应用</source>
         <translation>Set</translation>
+    </message>
+    <message>
+        <source>关闭</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -353,6 +361,10 @@
     <message>
         <source>另有 %1 条消息</source>
         <translation>and %1 more messages</translation>
+    </message>
+    <message>
+        <source>新的交易日 %1：此前未了结的委托已失效</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>

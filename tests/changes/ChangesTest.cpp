@@ -1,10 +1,7 @@
 #include "FaultChannel.h"
-#include "HostSession.h"
+#include "HubClient.h"
 #include "LocalChannel.h"
 #include "ManualT0Logic.h"
-#include "ManualT0LogicPlugin.h"
-#include "ManualT0LogicPresenterClass.h"
-#include "ManualT0LogicPrivate.h"
 #include "MasterFields.h"
 #include "MasterMsgType.h"
 #include "MasterValues.h"
@@ -15,6 +12,7 @@
 #include "StandMsgType.h"
 #include "Tests.h"
 
+#include <QtCore/QRegularExpression>
 #include <QtCore/QTextStream>
 #include <QtTest/QtTest>
 
@@ -141,51 +139,37 @@ QStringList lines(const Model &model)
     return resources + pools;
 }
 
-/// A manager's client at a gateway in memory.
-class Desk
+/// What the pools let traders buy and sell, where nobody has traded: one line of each who may trade anything.
+QStringList limitLines(const Model &model, const Books &books)
 {
-public:
-    explicit Desk(const Books &books)
-    {
-        QString errorText;
-        const auto gateway = PaperGateway::open(books, QString(), errorText);
-        auto channel = std::make_unique<FaultChannel>(std::make_unique<LocalChannel>(gateway));
-        faults = channel.get();
-        HostConfig config;
-        config.channel = std::move(channel);
-        config.user = QStringLiteral("m");
-        config.requestTimeoutMs = 60000;
-        session = HostSession::open(std::move(config), errorText);
-        if (!session)
-            qFatal("%s", qPrintable(errorText));
-        hub = std::make_unique<ManualT0LogicPrivate>(nullptr, HubTiming{600000, 600000, 600000});
-        presenter = new ManualT0LogicPresenterClass(ManualT0LogicPlugin::instanceId(), nullptr);
-        ManualT0LogicPlugin::connectHub(hub.get(), presenter, Qt::AutoConnection);
-        hub->InitData();
+    QStringList result;
+    for (const Model::Resource &held : model.resources()) {
+        const qint64 ofAll = held.pools.value(Books::publicTrader()).quantity;
+        for (const QString &trader : books.tradersOf(held.account)) {
+            const qint64 limit = ofAll + held.pools.value(trader).quantity;
+            if (limit > 0 && model.isEnabled(held.account))
+                result.append(line({held.account, held.security.symbol, trader, limit, limit, limit}));
+        }
     }
+    result.sort();
+    return result;
+}
 
-    ~Desk()
-    {
-        hub->stop();
-        ZrPresenterClass::release(presenter);
-    }
+std::unique_ptr<FaultChannel> channelTo(const Books &books)
+{
+    QString errorText;
+    return std::make_unique<FaultChannel>(
+        std::make_unique<LocalChannel>(PaperGateway::open(books, QString(), errorText)));
+}
 
-    VariantRecord gatewayPicture()
-    {
-        QString errorText;
-        VariantRecord picture;
-        RecordList rows;
-        session->request(Stand_MsgType::PictureRequest, {}, {}, errorText, picture, rows);
-        return picture;
-    }
-
-    std::unique_ptr<HostSession> session;
-    FaultChannel *faults = nullptr;
-    std::unique_ptr<ManualT0LogicPrivate> hub;
-
-private:
-    ManualT0LogicPresenterClass *presenter = nullptr;
-};
+VariantRecord gatewayPicture(HubClient &client)
+{
+    QString errorText;
+    VariantRecord picture;
+    RecordList rows;
+    client.session->request(Stand_MsgType::PictureRequest, {}, {}, errorText, picture, rows);
+    return picture;
+}
 
 /// How often each operation ended how.
 class Tally
@@ -233,20 +217,23 @@ QString differenceOf(const char *what, const QStringList &are, const QStringList
 }
 
 /// Where server, model and client differ; empty: nowhere.
-QString disagreement(Desk &desk, Model &model)
+QString disagreement(HubClient &client, Model &model, const Books &books)
 {
-    const VariantRecord held = desk.gatewayPicture();
+    const VariantRecord held = gatewayPicture(client);
     const RecordList resources = recordsOf(held.value(Stand_Fields::Picture::Resources));
     const RecordList pools = recordsOf(held.value(Stand_Fields::Picture::SecurityPools));
-    const ManualT0LogicPrivate &hub = *desk.hub;
+    const ManualT0LogicPrivate &hub = *client.hub;
     const QStringList accounts = hub.GetAllT0TradingAccountList();
     const QStringList limits{tradingAccount, symbol, T0TraderId, RtPoolTotalQty, RtTotalBuyLimit, RtTotalSellLimit};
+    const QStringList usage = lines(recordsOf(held.value(Stand_Fields::Picture::RealtimeUsage)), limits);
     const QString idFault = model.learnIds(resources, pools);
     return idFault + differenceOf("the server", lines(resources, pools), lines(model)) +
            differenceOf("the client", lines(hub.GetAllResourceList(), hub.GetAllSecurityPoolList()),
                         lines(resources, pools)) +
+           differenceOf("the server's usage", usage.filter(QRegularExpression(" [1-9]\\d* \\d+ \\d+$")),
+                        limitLines(model, books)) +
            differenceOf("the client's usage", lines(hub.GetRealtimePoolDetailList(accounts, {}, {}, {}), limits),
-                        lines(recordsOf(held.value(Stand_Fields::Picture::RealtimeUsage)), limits));
+                        usage);
 }
 
 } // namespace
@@ -274,8 +261,10 @@ void ChangesTest::clientServerAndModelAgree()
     bool isGiven = false;
     const int given = qEnvironmentVariableIntValue("T0_CHANGE_STEPS", &isGiven);
     const Books theBooks = books();
-    Desk desk(theBooks);
-    QVERIFY(desk.session->settle(60000));
+    auto channel = channelTo(theBooks);
+    FaultChannel &faults = *channel;
+    HubClient client(std::move(channel), "m");
+    QVERIFY(client.settle());
     Model model(theBooks);
     RandomChanges random(theBooks, withFaults ? 2 : 1);
     Tally tally;
@@ -285,13 +274,13 @@ void ChangesTest::clientServerAndModelAgree()
         const QByteArray what = QByteArray::number(step) + ' ' + operation.name + ": ";
         const Fate fate =
             withFaults && random.oneIn(4) ? random.oneIn(2) ? Fate::NeverArrives : Fate::AnswerLost : Fate::Answered;
-        desk.faults->clearFaults();
+        faults.clearFaults();
         if (fate != Fate::Answered)
-            desk.faults->addFault(operation.msgType, faultOf(fate), 0, 1);
+            faults.addFault(operation.msgType, faultOf(fate), 0, 1);
         Fate left = fate;
         const Ending expected = model.expect(change, left);
         QString text;
-        const QString code = operation.call(*desk.hub, change, text);
+        const QString code = operation.call(*client.hub, change, text);
         tally.count(operation.name, expected, left == fate ? Fate::Answered : fate);
         QVERIFY2(code == expected.code, what + code.toUtf8() + ' ' + text.toUtf8());
         QVERIFY2(text.startsWith(expected.text) && (text != expected.text) == expected.serverSpoke,
@@ -299,9 +288,9 @@ void ChangesTest::clientServerAndModelAgree()
 
         // deliberate: a deletion nobody knows the end of asks for the resources again but not for their pools
         if (change.operation == Change::DeleteResources && code == Master_Values::RequestExeStatus::timeout)
-            desk.hub->RefreshDataByType(ManualT0Logic::SecurityPools);
-        QVERIFY2(desk.session->settle(60000), what);
-        const QString difference = disagreement(desk, model);
+            client.hub->RefreshDataByType(ManualT0Logic::SecurityPools);
+        QVERIFY2(client.settle(), what);
+        const QString difference = disagreement(client, model, theBooks);
         QVERIFY2(difference.isEmpty(), what + difference.toUtf8());
     }
     if (isGiven)

@@ -36,10 +36,7 @@ private slots:
     void argumentsReachTheFunctionAndOutputsComeBack();
     void wrongKinds_data();
     void wrongKinds();
-    void overloadsAreToldApartByKinds();
-    void nearestNames();
     void publicPoolsOfAMergedListKeepTheirPlace();
-    void rowsOfOneKeyAreOrderedByTheRest();
 };
 T0_REGISTER_TEST(OperationsTest)
 
@@ -106,27 +103,6 @@ void OperationsTest::wrongKinds()
     QTEST(operation("joined", joined).check(command.arguments), "error");
 }
 
-void OperationsTest::overloadsAreToldApartByKinds()
-{
-    QString errorText;
-    const auto *single = findOperation(parsed(R"(GetSecurityPoolDetail P1 Cash 100 "" "" true)"), errorText);
-    const auto *several = findOperation(parsed(R"(GetSecurityPoolDetail ["P1"] [] [] "" "" true)"), errorText);
-    QVERIFY(single && several);
-    QCOMPARE(single->kinds.at(0), QStringLiteral("a text"));
-    QCOMPARE(several->kinds.at(0), QStringLiteral("a list of texts"));
-
-    QVERIFY(!findOperation(parsed(R"(GetSecurityPoolDetail P1)"), errorText));
-    QCOMPARE(errorText.count(QStringLiteral("takes 6 arguments")), 2);
-}
-
-void OperationsTest::nearestNames()
-{
-    const QStringList candidates{QStringLiteral("quote"), QStringLiteral("quit"), QStringLiteral("GetAllResourceList")};
-    QCOMPARE(nearestName(QStringLiteral("quoet"), candidates), QStringLiteral("quote"));
-    QCOMPARE(nearestName(QStringLiteral("getallresourcelist"), candidates), QStringLiteral("GetAllResourceList"));
-    QCOMPARE(nearestName(QStringLiteral("xyz"), candidates), QString());
-}
-
 void OperationsTest::publicPoolsOfAMergedListKeepTheirPlace()
 {
     const auto pool = [](const char *id, int type, bool merged) {
@@ -142,16 +118,6 @@ void OperationsTest::publicPoolsOfAMergedListKeepTheirPlace()
     for (const QVariant &row : sorted)
         ids.append(row.toMap().value("PoolDetailId").toString());
     QCOMPARE(ids, (QStringList{"P2", "P3", "P9", "P8", "P1"}));
-}
-
-void OperationsTest::rowsOfOneKeyAreOrderedByTheRest()
-{
-    const auto row = [](const char *account, const char *symbol, int number) {
-        return QVariant(VariantRecord{{"tradingAccount", account}, {"symbol", symbol}, {"AAA", number}});
-    };
-    QCOMPARE(RowOrder::sorted({row("A2", "1", 1), row("A1", "2", 3), row("A1", "2", 2), row("A1", "1", 4)},
-                              RowOrder::byUsageKey),
-             (QVariantList{row("A1", "1", 4), row("A1", "2", 2), row("A1", "2", 3), row("A2", "1", 1)}));
 }
 
 #include "OperationsTest.moc"

@@ -113,6 +113,7 @@ private slots:
             w.add("b", w.table, "F2");
             // Two keys change places: one has to stand aside.
             QVERIFY(!w.commands.setKeys(QStringLiteral("a"), QKeySequence(Qt::Key_F2)).isEmpty());
+            QVERIFY(!w.commands.setKeys(QStringLiteral("a"), QKeySequence(Qt::Key_Tab)).isEmpty());
             QCOMPARE(w.commands.setKeys(QStringLiteral("a"), {}), QString());
             QCOMPARE(w.commands.setKeys(QStringLiteral("b"), QKeySequence(Qt::Key_F1)), QString());
         }

@@ -73,9 +73,17 @@ class DeskProgramTest : public QObject
     Q_OBJECT
 
 private slots:
-    void frame()
+    void plays_data()
     {
-        const Run played = run(playing(script("frame")) + embedded());
+        QTest::addColumn<QStringList>("options");
+        QTest::newRow("frame") << QStringList{};
+        QTest::newRow("english") << QStringList{"--lang", "en"};
+        QTest::newRow("notes") << QStringList{"--immediate", "--user", "lead1"};
+    }
+    void plays()
+    {
+        QFETCH(QStringList, options);
+        const Run played = run(playing(script(QTest::currentDataTag())) + embedded() + options);
         QCOMPARE(played.errors, QString());
         QCOMPARE(played.exitCode, 0);
     }

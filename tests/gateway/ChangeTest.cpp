@@ -10,6 +10,7 @@
 #include "Tests.h"
 
 #include <QtCore/QDateTime>
+#include <QtCore/QRegularExpression>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
@@ -69,7 +70,11 @@ Books books()
 {
     Books books = TestBooks::withAccounts();
     const Holding first = books.resources.at(0).holding;
-    books.pools = {{"t1", first, 1000, -1, -1}, {"public", books.resources.at(1).holding, 500, -1, -1}};
+    const Holding inA2{"A2", first.securityID, first.exchange};
+    books.resources.append({inA2, 3000});
+    books.pools = {{"t1", first, 1000, -1, -1},
+                   {"public", books.resources.at(1).holding, 500, -1, -1},
+                   {"t1", inA2, 1000, -1, -1}};
     books.carried = {{"t1", first, "SellOpen", 200, 1998}};
     books.users.append({"m2", "Other", "O1", {Master_Values::UserRoles::ManualT0Mangager}, {}});
     books.buildIndexes();
@@ -99,11 +104,14 @@ qint64 appended(TestClient &client)
            3000;
 }
 
-int auditLines(const QString &file, const AuditFilter &filter)
+/// What was changed, each as "object field from>to"; a request that was refused as " >".
+QStringList auditLines(const QString &file, const AuditFilter &filter)
 {
-    int lines = 0;
-    const QString error = Store::readAudit(file, filter, [&lines](const AuditEntry &) { ++lines; });
-    return error.isEmpty() ? lines : -1;
+    QStringList lines;
+    const QString error = Store::readAudit(file, filter, [&lines](const AuditEntry &entry) {
+        lines.append(entry.object + ' ' + entry.field + ' ' + entry.from + '>' + entry.to);
+    });
+    return lines + (error.isEmpty() ? QStringList() : QStringList{error});
 }
 
 } // namespace
@@ -115,7 +123,8 @@ class ChangeTest : public QObject
 private slots:
     void initTestCase();
     void init();
-    void managersMayAndEmptyListsDoNothing();
+    void everyChangeIsPushedAndAudited_data();
+    void everyChangeIsPushedAndAudited();
     void refuses_data();
     void refuses();
     void refusesPoolsThatNobodyMayHave();
@@ -146,24 +155,56 @@ void ChangeTest::init()
     m_file = m_dir->filePath(QStringLiteral("state"));
 }
 
-void ChangeTest::managersMayAndEmptyListsDoNothing()
+void ChangeTest::everyChangeIsPushedAndAudited_data()
 {
-    int empty = 0;
-    for (const QString &type : qAsConst(m_types)) {
-        const auto gateway = openGateway(books());
-        TestClient client(gateway, "m");
-        const RecordList before = pictureOf(client);
-        const Sample sample = sampleOf(type);
-        const QString text = refusal(client.change(type, sample.header, {}));
-        QVERIFY2(text.isEmpty() || text == QStringLiteral("请求没有数据行"), qPrintable(text));
-        empty += int(text.isEmpty());
-        QCOMPARE(refusal(TestClient(gateway, "t1").change(type, sample.header, sample.rows)),
-                 QStringLiteral("用户t1不是管理员，没有权限修改"));
-        QCOMPARE(pictureOf(client), before);
-        QCOMPARE(refusal(client.change(type, sample.header, sample.rows)), QString());
-        QVERIFY(pictureOf(client) != before);
-    }
-    QCOMPARE(empty, 3);
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QString>("audit");
+    QTest::addColumn<int>("records"); // of usage
+    const QVector<int> records{1, 0, 0, 2, 1, 1, 1, 1};
+    const QStringList audits{"account enabled true>false",
+                             "resource ResourceQty 3000>7",
+                             "resource ResourceQty 3000>2990",
+                             "pool PoolTotalQty 500>, pool MaxExposureQty -1>, pool MaxPendExposureQty -1>, "
+                             "resource ResourceQty 3000>",
+                             "pool PoolTotalQty >90, pool MaxExposureQty >-1, pool MaxPendExposureQty >-1",
+                             "pool PoolTotalQty 1000>5",
+                             "pool PoolTotalQty 1000>, pool MaxExposureQty -1>, pool MaxPendExposureQty -1>",
+                             "resource ResourceQty 3000>9, pool PoolTotalQty >9, pool MaxExposureQty >-1, "
+                             "pool MaxPendExposureQty >-1"};
+    for (int i = 0; i < m_types.size(); ++i)
+        QTest::newRow(qPrintable(m_types.at(i))) << m_types.at(i) << audits.at(i) << records.at(i);
+}
+
+void ChangeTest::everyChangeIsPushedAndAudited()
+{
+    QFETCH(QString, type);
+    const auto gateway = openGateway(books(), m_file);
+    TestClient client(gateway, "m");
+    for (const char *trader : {"t1", "t2"})
+        QVERIFY(client.subscribe(Master_MsgType::ManualT0RealTimePoolUsagePush, trader));
+    const auto usage = [&] {
+        return client.all(Master_MsgType::QueryManualT0RealTimePoolUsageRequest, {{T0_::T0TraderId, "t1,t2"}});
+    };
+    const RecordList before = pictureOf(client);
+    const RecordList usageBefore = usage();
+    const Sample sample = sampleOf(type);
+    // An empty list changes nothing, where it is not refused.
+    const QString text = refusal(client.change(type, sample.header, {}));
+    QVERIFY2(text.isEmpty() || text == QStringLiteral("请求没有数据行"), qPrintable(text));
+    QCOMPARE(refusal(TestClient(gateway, "t1").change(type, sample.header, sample.rows)),
+             QStringLiteral("用户t1不是管理员，没有权限修改"));
+    QCOMPARE(pictureOf(client), before);
+    QCOMPARE(refusal(client.change(type, sample.header, sample.rows)), QString());
+    QVERIFY(pictureOf(client) != before);
+
+    RecordList changed;
+    for (const VariantRecord &row : usage())
+        if (!usageBefore.contains(row))
+            changed.append(row);
+    QCOMPARE(client.pushed(), changed);
+    QTEST(changed.size(), "records");
+    const QString audit = auditLines(m_file, {0, "m"}).filter(QRegularExpression("^\\w")).join(", ");
+    QTEST(audit, "audit");
 }
 
 void ChangeTest::refuses_data()
@@ -405,7 +446,7 @@ void ChangeTest::theAuditKeepsWhoWasRefused()
         QVERIFY(!succeeded(trader.send(envelope)));
     QVERIFY(!succeeded(trader.ask(Stand_MsgType::SetQuoteRequest)));
     trader.ask(Master_MsgType::QueryManualT0ProductsRequest);
-    const auto lines = [&](qint64 since, const QString &user) { return auditLines(m_file, {since, user}); };
+    const auto lines = [&](qint64 since, const QString &user) { return auditLines(m_file, {since, user}).size(); };
     QCOMPARE(lines(began, "t1"), 5);
     TestClient manager(gateway, "m");
     QVERIFY(succeeded(manager.send(appendOf(1))));

@@ -50,11 +50,8 @@ private slots:
     void theLoginDecidesWhoAsks();
     void everybodyKnowsAllAccountsButOnlyOwnHoldings();
     void referenceDataIsInServerUnits();
-    void productsBeginWithAnEchoRow();
     void usersByRole();
-    void poolsNameTheirTraderTwice();
     void prioritiesKeepTheirOrder();
-    void usageIsMadeFromPoolsAndLegs();
     void tradersSeeOnlyThemselves();
 };
 
@@ -178,28 +175,10 @@ void ServiceTest::referenceDataIsInServerUnits()
     QCOMPARE(position.value(Stand_Fields::Position::tradeable).toDouble(), 400.0);
     const VariantRecord margin = client.all(Stand_MsgType::QueryMarginSecuritiesRequest).value(0);
     QCOMPARE(margin.value(Stand_Fields::Margin::quantity).toDouble(), 10.0);
-    const VariantRecord account{{UserAccount_::tradingAccount, "A1"}};
-    const VariantRecord resource = client.all(Master_MsgType::QueryManualT0ResourceRequest, account).value(0);
-    QCOMPARE(resource.value(T0_::ResourceQty), QVariant(300ll));
-    const VariantRecord pool = client.all(Master_MsgType::QueryManualT0SecurityPoolRequest, account).value(0);
-    QCOMPARE(pool.value(T0_::PoolTotalQty), QVariant(100ll));
+    const VariantRecord pool =
+        client.all(Master_MsgType::QueryManualT0SecurityPoolRequest, {{UserAccount_::tradingAccount, "A1"}}).value(0);
     QCOMPARE(pool.value(T0_::MaxExposureQty), QVariant(-1ll));
     QCOMPARE(pool.value(T0_::MaxPendExposureQty), QVariant(50ll));
-    const VariantRecord usage =
-        client.all(Master_MsgType::QueryManualT0RealTimePoolUsageRequest, usageOf("t1")).value(0);
-    QCOMPARE(usage.value(T0_::RtPoolTotalQty), QVariant(100.0));
-}
-
-void ServiceTest::productsBeginWithAnEchoRow()
-{
-    TestClient client(openGateway(SampleBooks::make(1)), "trader1");
-    const VariantRecord query{{UserAccount_::loginUserId, "trader1"}};
-    const MessageBody answer = client.ask(Master_MsgType::QueryManualT0ProductsRequest, query);
-    QVERIFY(succeeded(answer));
-    QCOMPARE(answer.rows.value(0), query);
-    QCOMPARE(texts(answer.rows.mid(1), UserAccount_::tradingAccount),
-             (QStringList{"A000101", "A000102", "A000201", "A000202", "A000301", "A000302"}));
-    QCOMPARE(answer.rows.value(3).value(UserAccount_::productAccount).toString(), QStringLiteral("P0002"));
 }
 
 void ServiceTest::usersByRole()
@@ -223,29 +202,6 @@ void ServiceTest::usersByRole()
     QCOMPARE(ids("ORG1", "Auditor"), QStringList());
 }
 
-void ServiceTest::poolsNameTheirTraderTwice()
-{
-    TestClient client(openGateway(SampleBooks::make(1)), "manager1");
-    const VariantRecord account{{UserAccount_::tradingAccount, "A000101"}};
-    const RecordList resources = client.all(Master_MsgType::QueryManualT0ResourceRequest, account);
-    const RecordList pools = client.all(Master_MsgType::QueryManualT0SecurityPoolRequest, account, 5);
-    QVERIFY(!pools.isEmpty());
-    for (const VariantRecord &pool : pools) {
-        const QString trader = pool.value(T0_::T0TraderId).toString();
-        QCOMPARE(pool.value(UserAccount_::userID).toString(), trader);
-        QCOMPARE(pool.value(T0_::PoolType).toInt(), trader == QLatin1String("public") ? 0 : 1);
-        QVERIFY(std::any_of(resources.cbegin(), resources.cend(), [&](const VariantRecord &resource) {
-            const auto same = [&](const QString &field) { return resource.value(field) == pool.value(field); };
-            return same(T0_::ResourceId) && same(Orvane_Fields::Security::securityID) &&
-                   same(UserAccount_::securityExchange) && same(UserAccount_::tradingAccount);
-        }));
-    }
-    QVERIFY(texts(pools, T0_::T0TraderId).contains(QStringLiteral("public")));
-    const VariantRecord unknown{{UserAccount_::tradingAccount, "A9"}};
-    QVERIFY(succeeded(client.ask(Master_MsgType::QueryManualT0ResourceRequest, unknown)));
-    QCOMPARE(client.all(Master_MsgType::QueryManualT0SecurityPoolRequest, unknown), RecordList());
-}
-
 void ServiceTest::prioritiesKeepTheirOrder()
 {
     const auto gateway = openGateway(SampleBooks::make(1));
@@ -256,49 +212,6 @@ void ServiceTest::prioritiesKeepTheirOrder()
              (QStringList{"A000302", "A000301", "A000202"}));
     QCOMPARE(refusal(trader.ask(type, usageOf("trader1"))), QStringLiteral("没有权限查看用户trader1的数据"));
     QCOMPARE(TestClient(gateway, "manager1").all(type, usageOf("trader1")).size(), 3);
-}
-
-void ServiceTest::usageIsMadeFromPoolsAndLegs()
-{
-    Books books = TestBooks::withRows(2);
-    const Holding first = books.resources.at(0).holding;
-    books.pools.append({Books::publicTrader(), first, 500, -1, -1});
-    books.carried = {{"t1", first, "SellOpen", 200, 1998}, {"t2", books.resources.at(1).holding, "BuyOpen", 50, 505}};
-    books.accounts[0].profitOwner = QStringLiteral("ProfitToOrg");
-    books.buildIndexes();
-    TestClient client(openGateway(books), "m");
-    const RecordList rows =
-        client.all(Master_MsgType::QueryManualT0RealTimePoolUsageRequest, usageOf("t2,nobody,t1,t1"), 1);
-    const QVector<QString> fields{T0_::T0TraderId,
-                                  Orvane_Fields::Security::securityID,
-                                  T0_::RtPoolTotalQty,
-                                  T0_::DailyBuyLimit,
-                                  T0_::DailySellLimit,
-                                  T0_::PreUnclosedBuyLimit,
-                                  T0_::PreUnclosedSellLimit,
-                                  T0_::PreUnclosedBoughtQty,
-                                  T0_::PreUnclosedBoughtAmount,
-                                  T0_::PreUnclosedSoldQty,
-                                  T0_::PreUnclosedSoldAmount,
-                                  T0_::PreUnclosedSide};
-    QStringList found;
-    QStringList times;
-    for (const VariantRecord &row : rows) {
-        QStringList line;
-        for (const QString &field : fields)
-            line.append(row.value(field).toString());
-        found.append(line.join(QLatin1Char(' ')));
-        times.append(row.value(Master_Fields::System::ModifyTime).toString());
-        QCOMPARE(row.size(), 22);
-        QCOMPARE(row.value(T0_::DailySellTradeFee).toDouble(), 0.001);
-        QCOMPARE(row.value(T0_::TransDayProfitOwner).toString(), QStringLiteral("ProfitToOrg"));
-    }
-    QCOMPARE(found,
-             (QStringList{"t1 600000 1500 1500 1300 200 0 0 0 200 1998 SellOpen",
-                          "t1 600001 1000 1000 1000 0 0 0 0 0 0 NoOpenPos",
-                          "t2 600000 500 500 500 0 0 0 0 0 0 NoOpenPos", "t2 600001 0 0 0 0 50 50 505 0 0 BuyOpen"}));
-    times.removeDuplicates();
-    QCOMPARE(times.size(), 4);
 }
 
 void ServiceTest::tradersSeeOnlyThemselves()

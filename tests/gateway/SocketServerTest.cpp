@@ -110,6 +110,7 @@ void SocketServerTest::garbageDisconnectsItsSenderOnly_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::newRow("no envelope") << framed("garbage");
+    QTest::newRow("an answer") << framed(Envelope::request("Any", "m", 60000, {}).answer({}).encode());
     QTest::newRow("empty") << framed(QByteArray());
     QTest::newRow("too long") << QByteArray("\x7F\xFF\xFF\xFF", 4);
     QTest::newRow("negative length") << QByteArray("\xFF\xFF\xFF\xFF", 4);

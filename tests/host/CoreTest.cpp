@@ -39,7 +39,6 @@ class CoreTest : public QObject
     Q_OBJECT
 
 private slots:
-    void initStatesFollowTheirRules();
     void oneCallerStartsAnInit();
     void settingsSurviveTheSession();
     void settingsOfAnyBytesComeBack();
@@ -47,28 +46,6 @@ private slots:
     void burstIsOneBatch();
     void steadyStreamIsNotPutOff();
 };
-
-void CoreTest::initStatesFollowTheirRules()
-{
-    MasterInitStateMgr &states = MasterInitStateMgr::instance();
-    states.clear();
-    QCOMPARE(states.GetInitState("k"), MasterInitStateMgr::NotInit);
-    QVERIFY(!states.Reset("k"));
-    QVERIFY(states.StartInit("k"));
-    QVERIFY(!states.StartInit("k"));
-    QVERIFY(!states.IsInited("k"));
-    states.FinishInit("k", false, true);
-    QCOMPARE(states.GetInitState("k"), MasterInitStateMgr::InitFailed);
-    QVERIFY(!states.StartInit("k"));
-    QVERIFY(states.Reset("k"));
-    QVERIFY(states.StartInit("k"));
-    states.FinishInit("k", true, true);
-    QVERIFY(states.IsInited("k"));
-    states.FinishInit("never started", true, true);
-    QVERIFY(states.IsInited("never started"));
-    states.clear();
-    QVERIFY(!states.IsInited("k"));
-}
 
 void CoreTest::oneCallerStartsAnInit()
 {

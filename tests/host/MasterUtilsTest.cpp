@@ -53,7 +53,6 @@ private slots:
     void pagesUntilTheEnd_data();
     void pagesUntilTheEnd();
     void firstPageAndPageCountAreKept();
-    void failingSecondPageKeepsTheFirst();
     void positionThatStandsStillEndsTheQuery();
     void errorTexts_data();
     void errorTexts();
@@ -111,22 +110,6 @@ void MasterUtilsTest::firstPageAndPageCountAreKept()
     QCOMPARE(rows.size(), 20);
     QCOMPARE(rows.first().value("n").toInt(), 30);
     QCOMPARE(errorText, QString());
-}
-
-void MasterUtilsTest::failingSecondPageKeepsTheFirst()
-{
-    QString errorText;
-    channel->next(type, ScriptedChannel::success({{{"n", 0}}}, {{Stand_Fields::Paging::position, "1"}}));
-    channel->next(type, ScriptedChannel::refusal(QStringLiteral("第二页失败")));
-    RecordList rows = MasterUtils::QueryDatasFromServerByPos(nullptr, type, {}, errorText, 1000, {}, 0);
-    QCOMPARE(rows.size(), 1);
-    QCOMPARE(errorText, QStringLiteral("第二页失败"));
-
-    channel->next(type, ScriptedChannel::success({{{"n", 0}}}, {{Stand_Fields::Paging::hasMore, true}}));
-    channel->nextTimesOut(type);
-    rows = MasterUtils::QueryDatasFromServerByPage(nullptr, type, {}, errorText, 1000, 0, 0, 0);
-    QCOMPARE(rows.size(), 1);
-    QCOMPARE(errorText, QStringLiteral("请求超时"));
 }
 
 void MasterUtilsTest::positionThatStandsStillEndsTheQuery()

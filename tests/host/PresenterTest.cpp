@@ -102,7 +102,6 @@ private slots:
     void releaseCancelsTheRunningQuery();
     void pushesInFlightMeetReleasedPresenters();
     void withoutOwnThreadHandlersRunHere();
-    void subscriptionAtTheServer();
     void unreadableBytesGiveNothing();
 
 private:
@@ -217,20 +216,6 @@ void PresenterTest::withoutOwnThreadHandlersRunHere()
     QVERIFY(session->settle(60000));
     QCOMPARE(presenter->log(), QStringList("Push 5"));
     ZrPresenterClass::release(presenter);
-}
-
-void PresenterTest::subscriptionAtTheServer()
-{
-    QVERIFY(MasterBusinessDataInterface::SubscribePushMsgFromServer("Push", {{"userID", "u1"}}, "tradeGate"));
-    const MessageBody asked = channel->requests(Stand_MsgType::SubscribeRequest).last().body;
-    QCOMPARE(asked.values.value(Stand_Fields::Subscription::pushType).toString(), QStringLiteral("Push"));
-    QCOMPARE(asked.values.value(Stand_Fields::Subscription::serviceName).toString(), QStringLiteral("tradeGate"));
-    QCOMPARE(asked.rows, (RecordList{{{"userID", "u1"}}}));
-    channel->next("SubscribeRequest", ScriptedChannel::refusal("unknown"));
-    QVERIFY(!MasterBusinessDataInterface::SubscribePushMsgFromServer("Push", {{"userID", "x"}}, "tradeGate"));
-    session.reset();
-    QVERIFY(!MasterBusinessDataInterface::SubscribePushMsgFromServer("Push", {}, "tradeGate"));
-    session = ScriptedReference{}.open(channel);
 }
 
 void PresenterTest::unreadableBytesGiveNothing()

@@ -179,16 +179,9 @@ void CandidatesTest::allocatable_data()
     const QString share = "600000 SH";
     const QString bond = "110001 SH";
     const VariantRecord carried{{PreUnclosedSide, BuyOpen}, {PreUnclosedBoughtQty, 300}};
-    row("all that is held", share, 1000, 0, {}, 1000);
-    row("less what is set aside", share, 1000, 500, {}, 500);
     row("what was sold of it is still set aside", share, 700, 500, {{DailySoldQty, 300}}, 500);
-    row("a carried long is no stock", share, 1300, 1000, carried, 0);
     row("display units", bond, 25, 6, {}, 190);
     row("rounded down to whole server units", bond, 25, 6, {{DailySoldQty, 0.5}}, 190);
-    row("over-committed", share, 400, 500, {}, 0);
-    row("not held", share, 0, 0, {}, 0);
-    row("a bond that is not held is bought first", bond, 0, 6, {}, Max - 60);
-    row("a bond that is held is not", bond, 25, 25, {}, 0);
     row("the bound of input fields", share, 4e9, 500, {}, Max - 500);
     row("an absurd quantity does not wrap", bond, 9e18, 6, {{DailySoldQty, 1e18}}, Max - 60);
 }

@@ -126,21 +126,6 @@ void SettingsTest::fixedLists()
 {
     QCOMPARE(hub->GetSupportExchangeList(), QStringList({"SH", "SZ", "BJ", "HHK", "SZHK"}));
     QCOMPARE(hub->GetT0Symbols(), QStringList("110001.SH"));
-    QStringList filters;
-    for (const SymbolListType &filter : hub->GetTradableSymbolListType()) {
-        filters.append(filter.type + ':' + filter.subTypes.join(',') + ':' + filter.suffixes.join(','));
-        QVERIFY(!filter.flag && filter.further.isEmpty());
-    }
-    using namespace Orvane_Values;
-    namespace Sub = Master_Values::MdcSubSecurityType;
-    const QString markets = QStringList{SymbolPost::sh, SymbolPost::sz, SymbolPost::bj, SymbolPost::hk}.join(',');
-    const QStringList expected{
-        MdcSecurityType::StockType + ':' + (Sub::CommonStockTypeList + QStringList(Sub::BjSelectedStock)).join(',') +
-            ':' + markets,
-        MdcSecurityType::FundType + ':' + MdcSubSecurityType::TradingopenindexfundETF + ':' + markets,
-        MdcSecurityType::FundType + ':' + Sub::HKSharesTypeList.join(',') + ':',
-        MdcSecurityType::BondType + ':' + MdcSubSecurityType::Convertiblebond + ':' + markets};
-    QCOMPARE(filters, expected);
     QCOMPARE(hub->GetTradableQtyByAccountAndSymbol("A1", "600000.SH", "SH", {"x"}), 0LL);
 }
 

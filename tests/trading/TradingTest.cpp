@@ -1,10 +1,7 @@
 #include "BusinessDataInterface.h"
 #include "CommonQuotaHandler.h"
-#include "HostSession.h"
+#include "HubClient.h"
 #include "LocalChannel.h"
-#include "ManualT0LogicPlugin.h"
-#include "ManualT0LogicPresenterClass.h"
-#include "ManualT0LogicPrivate.h"
 #include "MasterBusiUtils.h"
 #include "MasterBusinessDataInterface.h"
 #include "MasterConstants.h"
@@ -29,7 +26,6 @@ using Orvane_Values::RequestExeStatus::success;
 
 namespace {
 
-constexpr int longEnoughMs = 60000;
 constexpr int everyCheck = 31;
 const char traderId[] = "trader1";
 
@@ -113,29 +109,10 @@ class Trading
 public:
     Trading()
     {
-        QString errorText;
-        gateway = PaperGateway::open(m_books, QString(), errorText);
-        HostConfig config;
-        config.channel = std::make_unique<LocalChannel>(gateway);
-        config.user = QLatin1String(traderId);
-        config.requestTimeoutMs = longEnoughMs;
-        m_session = HostSession::open(std::move(config), errorText);
-        if (!m_session)
-            qFatal("%s", qPrintable(errorText));
-        m_hub = std::make_unique<ManualT0LogicPrivate>(nullptr, HubTiming{600000, 600000, 600000});
-        m_presenter = new ManualT0LogicPresenterClass(ManualT0LogicPlugin::instanceId(), nullptr);
-        ManualT0LogicPlugin::connectHub(m_hub.get(), m_presenter, Qt::AutoConnection);
-        m_hub->InitData();
-        m_session->settle(longEnoughMs);
+        m_client.settle();
         for (const Instrument &instrument : m_books.instruments) // an order becomes several rows
-            m_hub->SetSymbolTradeSettings(instrument.symbol,
-                                          {{MasterConstants::SettingFieldName::ManualT0Settings::TradeCustQty, 1050}});
-    }
-
-    ~Trading()
-    {
-        m_hub->stop();
-        ZrPresenterClass::release(m_presenter);
+            m_hub.SetSymbolTradeSettings(instrument.symbol,
+                                         {{MasterConstants::SettingFieldName::ManualT0Settings::TradeCustQty, 1050}});
     }
 
     /// Orders, cancels, a day change or some seconds of the market; what went wrong, empty: nothing.
@@ -150,24 +127,31 @@ public:
             control(Stand_Values::MarketCommand::step, 1 + m_random.below(m_random.oneIn(30) ? 6000 : 90));
         else
             changeDay();
-        m_session->settle(longEnoughMs);
+        m_client.settle();
         follow();
         return fault + disagreement();
     }
 
-    std::shared_ptr<PaperGateway> gateway;
+    QString gatewayFaults() const { return m_gateway->faults(); }
+
     int accepted = 0;
     int fills = 0;
     int days = 0;
 
 private:
+    static std::shared_ptr<PaperGateway> gatewayOf(const Books &books)
+    {
+        QString errorText;
+        return PaperGateway::open(books, QString(), errorText);
+    }
+
     RecordList request(const QString &type, const RecordList &rows)
     {
         QString errorText;
         VariantRecord values;
         RecordList answer;
-        if (m_session->request(type, {{Stand_Fields::Paging::pageSize, 10000}}, rows, errorText, values, answer) !=
-            success)
+        if (m_client.session->request(type, {{Stand_Fields::Paging::pageSize, 10000}}, rows, errorText, values,
+                                      answer) != success)
             qFatal("%s", qPrintable(errorText));
         return answer;
     }
@@ -197,20 +181,20 @@ private:
     QString order()
     {
         RecordList checked;
-        m_hub->CheckOrderData(wanted(), checked, everyCheck);
+        m_hub.CheckOrderData(wanted(), checked, everyCheck);
         RecordList good;
         for (const VariantRecord &row : qAsConst(checked))
             if (row.value(requestExeStatus) == success)
                 good.append(row);
-        const RecordList confirmed = m_hub->GetOrderConfirmMap(good);
+        const RecordList confirmed = m_hub.GetOrderConfirmMap(good);
         RecordList passed;
-        if (!confirmed.isEmpty() && m_hub->CheckOrderData(confirmed, passed, everyCheck) != success)
+        if (!confirmed.isEmpty() && m_hub.CheckOrderData(confirmed, passed, everyCheck) != success)
             return QStringLiteral("a confirmed row does not pass the checks\n");
         RecordList results;
-        m_hub->Order(confirmed, results, QString());
-        m_session->settle(longEnoughMs);
+        m_hub.Order(confirmed, results, QString());
+        m_client.settle();
         QString fault = results.size() == confirmed.size() ? QString() : QStringLiteral("results are missing\n");
-        const QVariantMap phases = m_session->marketState().value(Stand_Fields::Market::phases).toMap();
+        const QVariantMap phases = m_client.session->marketState().value(Stand_Fields::Market::phases).toMap();
         for (const VariantRecord &result : qAsConst(results)) {
             if (result.value(requestExeStatus) == success) {
                 ++accepted;
@@ -224,9 +208,9 @@ private:
 
     void cancel()
     {
-        const RecordList live = m_hub->GetCancelableOrderList(m_accounts, {}, {}, {traderId}, {}, true);
+        const RecordList live = m_hub.GetCancelableOrderList(m_accounts, {}, {}, {traderId}, {}, true);
         RecordList results;
-        m_hub->CancelOrderList(m_presenter, live.mid(m_random.below(live.size() + 1)), results);
+        m_hub.CancelOrderList(m_client.presenter, live.mid(m_random.below(live.size() + 1)), results);
     }
 
     void changeDay()
@@ -252,8 +236,8 @@ private:
     QString disagreement()
     {
         QMap<QString, VariantRecord> records;
-        for (const RecordList &rows : {m_hub->GetRealtimePoolDetailList(m_accounts, {}, {}, {}),
-                                       m_hub->GetProfitLossDataList(m_accounts, traderId, {}, {})})
+        for (const RecordList &rows : {m_hub.GetRealtimePoolDetailList(m_accounts, {}, {}, {}),
+                                       m_hub.GetProfitLossDataList(m_accounts, traderId, {}, {})})
             for (const VariantRecord &row : rows)
                 for (auto field = row.cbegin(); field != row.cend(); ++field)
                     records[UsageModel::key(traderId, row)].insert(field.key(), *field);
@@ -278,9 +262,9 @@ private:
     UsageModel m_model{m_books};
     int m_fillsOfDay = 0;
     RandomOrders m_random{m_books, traderId};
-    std::unique_ptr<HostSession> m_session;
-    std::unique_ptr<ManualT0LogicPrivate> m_hub;
-    ManualT0LogicPresenterClass *m_presenter = nullptr;
+    const std::shared_ptr<PaperGateway> m_gateway = gatewayOf(m_books);
+    HubClient m_client{std::make_unique<LocalChannel>(m_gateway), traderId};
+    ManualT0LogicPrivate &m_hub = *m_client.hub;
 };
 
 } // namespace
@@ -304,7 +288,7 @@ void TradingTest::theClientShowsWhatTheFillsSay()
         const QString fault = trading.step();
         QVERIFY2(fault.isEmpty(), QByteArray::number(step) + ": " + fault.toUtf8());
         if (step % 50 == 0)
-            QCOMPARE(trading.gateway->faults(), QString());
+            QCOMPARE(trading.gatewayFaults(), QString());
     }
     qInfo("%d orders, %d fills, %d days", trading.accepted, trading.fills, trading.days);
     QVERIFY(trading.fills > orders / 4);

@@ -4,6 +4,9 @@
 
 #include <QtWidgets/QWidget>
 
+class QTabWidget;
+
+/// What managers do: enable products, set stock aside, hand it out, and see what traders make of it.
 class ManagerPage : public QWidget
 {
     Q_OBJECT
@@ -12,4 +15,10 @@ public:
     static PageDescription description();
 
     explicit ManagerPage(QWidget *parent = nullptr);
+
+private:
+    QWidget *resourcesTab();
+    void addTab(QWidget *view, const QString &title, const QString &commandId, const QKeySequence &keys);
+
+    QTabWidget *m_tabs;
 };

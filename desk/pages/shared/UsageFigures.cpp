@@ -17,17 +17,6 @@ QString text(const VariantRecord &row, const QString &field)
     return row.value(field).toString();
 }
 
-std::optional<double> exposureLimit(const VariantRecord &usage, double lastPrice)
-{
-    using namespace Orvane_Fields;
-    const VariantRecord pool = ManualT0Logic::GetSecurityPoolDetailByTrading(
-        text(usage, UserAccount::tradingAccount), text(usage, Master_Fields::ManualT0::T0TraderId),
-        text(usage, Security::symbol), text(usage, UserAccount::securityExchange));
-    bool isSet = false;
-    const double quantity = pool.value(Master_Fields::ManualT0::MaxExposureQty).toDouble(&isSet);
-    return isSet && quantity >= 0 ? std::optional<double>(quantity * lastPrice) : std::nullopt;
-}
-
 QString traderText(const VariantRecord &row)
 {
     const QString id = text(row, Master_Fields::ManualT0::T0TraderId);
@@ -48,7 +37,23 @@ QString title(const char *sourceText)
 
 } // namespace
 
+std::optional<double> UsageFigures::limitQuantity(const VariantRecord &usage)
+{
+    using namespace Orvane_Fields;
+    const VariantRecord pool = ManualT0Logic::GetSecurityPoolDetailByTrading(
+        text(usage, UserAccount::tradingAccount), text(usage, Master_Fields::ManualT0::T0TraderId),
+        text(usage, Security::symbol), text(usage, UserAccount::securityExchange));
+    bool isSet = false;
+    const double quantity = pool.value(Master_Fields::ManualT0::MaxExposureQty).toDouble(&isSet);
+    return isSet && quantity >= 0 ? std::optional<double>(quantity) : std::nullopt;
+}
+
 UsageFigures UsageFigures::of(const VariantRecord &usage)
+{
+    return of(usage, limitQuantity(usage));
+}
+
+UsageFigures UsageFigures::of(const VariantRecord &usage, std::optional<double> limitQuantity)
 {
     UsageFigures figures;
     const QString symbol = text(usage, Orvane_Fields::Security::symbol);
@@ -63,7 +68,8 @@ UsageFigures UsageFigures::of(const VariantRecord &usage)
     figures.realizeProfit = realizeProfit;
     figures.totalProfit = totalProfit;
     figures.exposure = std::abs(usage.value(Master_Fields::ManualT0::OpenPosQty).toDouble()) * price;
-    figures.limit = exposureLimit(usage, price);
+    if (limitQuantity)
+        figures.limit = *limitQuantity * price;
     return figures;
 }
 
@@ -78,7 +84,10 @@ void UsageTotals::add(const UsageFigures &figures)
     realizeProfit += *figures.realizeProfit;
     totalProfit += *figures.totalProfit;
     exposure += *figures.exposure;
-    limit += figures.limit.value_or(0);
+    if (!figures.limit)
+        return;
+    limit += *figures.limit;
+    limitedExposure += *figures.exposure;
 }
 
 Column SharedColumns::account()

@@ -16,6 +16,12 @@ struct UsageFigures {
 
     /// usage: a record of the facade's usage queries.
     static UsageFigures of(const VariantRecord &usage);
+
+    /// The same for whoever keeps the limit: it changes with the pools only, and costs more than the rest to find.
+    static UsageFigures of(const VariantRecord &usage, std::optional<double> limitQuantity);
+
+    /// How much may be open, of the trader's private pool; none: not limited.
+    static std::optional<double> limitQuantity(const VariantRecord &usage);
 };
 
 /// Sums over usage records. Those without a price are counted, not summed.
@@ -24,7 +30,8 @@ struct UsageTotals {
     double realizeProfit = 0;
     double totalProfit = 0;
     double exposure = 0;
-    double limit = 0; ///< of those that have one
+    double limit = 0;           ///< of those that have one
+    double limitedExposure = 0; ///< of those that have a limit
     int rows = 0;
     int withoutPrice = 0;
 

@@ -1,5 +1,10 @@
+#include "CommonQuotaHandler.h"
 #include "IPlugin.h"
+#include "MasterTradeLogic.h"
+#include "MasterValues.h"
+#include "OrvaneValues.h"
 #include "PageShell.h"
+#include "VantaKeys.h"
 
 #include <QtWidgets/QAction>
 #include <QtWidgets/QLabel>
@@ -67,9 +72,28 @@ private:
                           [heard] { heard->setText(heard->text() + QStringLiteral("letter;")); });
         shell->addCommand({QStringLiteral("tiny.note"), QStringLiteral("提示"), QKeySequence(Qt::Key_F2)}, nullptr,
                           [shell] { shell->notify(PageShell::Notice::Refusal, QStringLiteral("a note")); });
+        shell->addCommand({QStringLiteral("tiny.sell"), QStringLiteral("卖出"), QKeySequence(Qt::Key_F3)}, nullptr,
+                          [] { sell(200); });
         shell->addCommand({QStringLiteral("tiny.taken"), QStringLiteral("冲突"), QKeySequence(Qt::Key_F5)}, table,
                           [heard] { heard->setText(QStringLiteral("taken")); });
         return page;
+    }
+
+    /// Sells what lead1 may sell.
+    static void sell(qint64 quantity)
+    {
+        const QString symbol = QStringLiteral("600004.SH");
+        const double price = CommonQuotaHandler::instance().lastPrice(symbol, 0) - 0.05;
+        OrderRequestList orders;
+        orders.getOrderCommonInfo() = {QStringLiteral("A000101"),
+                                       Vanta_Keys::BusinessName::ManualT0Trade,
+                                       Master_Values::VantaBusiType::ManualT0Order,
+                                       true,
+                                       {}};
+        orders.AddSymbol(symbol, quantity, Orvane_Values::PriceType::limit, QString::number(price, 'f', 2),
+                         Master_Values::SideUnion::normalSell, Orvane_Values::Exchange::sh);
+        QVariant answer;
+        MasterTradeLogic::instance()->orders(orders, answer);
     }
 
     static void listen(QLabel *heard)

@@ -203,6 +203,8 @@ void UsageView::reprice(const QStringList &symbols)
     for (VariantRecord &row : rows)
         row = priced(row);
     m_model->put(rows);
+    if (!rows.isEmpty())
+        emit usageChanged();
 }
 
 void UsageView::takeLimits()

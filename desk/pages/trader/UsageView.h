@@ -23,7 +23,7 @@ public:
     void focusInstrument();
 
 signals:
-    void usageChanged();                          ///< quotas of some instrument may be others now
+    void usageChanged();                          ///< quotas and exposures may be others now
     void closeWanted(const VariantRecord &usage); ///< of an open position, by Enter or a double click
 
 private:

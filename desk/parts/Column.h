@@ -28,6 +28,7 @@ struct Column {
         {};                ///< instead of a field; invalid: nothing to show, "--"
     bool isSigned = false; ///< coloured by its sign: rise above 0, fall below, neutral at 0
     int width = 0;         ///< in characters; 0: by the kind
+    std::function<int(const VariantRecord &row)> sign = {}; ///< whose sign colours the cell, of what is no number
 };
 
 using Columns = QVector<Column>;

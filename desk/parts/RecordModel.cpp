@@ -189,8 +189,12 @@ QVariant RecordModel::colour(const Column &column, const VariantRecord &row, con
     if (isBusy(key))
         return QApplication::palette().color(QPalette::Disabled, QPalette::Text);
     const PageShell *shell = PageShell::instance();
-    const double value = column.isSigned && shell ? Format::value(column, row).toDouble() : 0;
-    if (value == 0)
+    double value = 0;
+    if (column.sign)
+        value = column.sign(row);
+    else if (column.isSigned)
+        value = Format::value(column, row).toDouble();
+    if (value == 0 || !shell)
         return {};
     return value > 0 ? shell->riseColor() : shell->fallColor();
 }

@@ -341,8 +341,27 @@ void RecordTable::restoreLayout()
     m_isRestoring = true;
     setDefaultWidths();
     if (!horizontalHeader()->restoreState(Layout::kept(layoutName())))
-        sortByColumn(-1, Qt::AscendingOrder);
+        sortByDefault();
     m_isRestoring = false;
+}
+
+void RecordTable::setDefaultSort(const QString &columnId, Qt::SortOrder order)
+{
+    const Columns &columns = m_model->columns();
+    const auto found =
+        std::find_if(columns.cbegin(), columns.cend(), [&](const Column &column) { return column.id == columnId; });
+    m_defaultSort = found == columns.cend() ? -1 : int(found - columns.cbegin());
+    m_defaultOrder = order;
+    if (!Layout::kept(layoutName()).isEmpty())
+        return;
+    m_isRestoring = true; // what the user has not chosen is not kept
+    sortByDefault();
+    m_isRestoring = false;
+}
+
+void RecordTable::sortByDefault()
+{
+    sortByColumn(m_defaultSort, m_defaultOrder);
 }
 
 void RecordTable::saveLayout() const
@@ -359,7 +378,7 @@ void RecordTable::resetLayout()
         horizontalHeader()->moveSection(horizontalHeader()->visualIndex(i), i);
     }
     setDefaultWidths();
-    sortByColumn(-1, Qt::AscendingOrder);
+    sortByDefault();
     m_isRestoring = false;
     saveLayout();
 }

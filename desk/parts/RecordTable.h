@@ -35,6 +35,8 @@ public:
     /// must be. Why it was not written, empty when it was.
     QString exportTo(const QString &fileName) const;
 
+    /// How it is sorted until the user chooses otherwise.
+    void setDefaultSort(const QString &columnId, Qt::SortOrder order);
     void resetLayout();
 
 signals:
@@ -50,6 +52,7 @@ private:
     void restoreLayout();
     void saveLayout() const;
     void setDefaultWidths();
+    void sortByDefault();
     void openSearch();
     void askForExport();
     QString layoutName() const;
@@ -61,5 +64,7 @@ private:
     RecordModel *m_model;
     Proxy *m_proxy;
     QLineEdit *m_search;
+    int m_defaultSort = -1; ///< a column; -1: in the order the rows came
+    Qt::SortOrder m_defaultOrder = Qt::AscendingOrder;
     bool m_isRestoring = false;
 };

@@ -130,6 +130,9 @@ void ScriptPlayer::step()
     const ScriptLine &line = m_lines.at(at);
     if (!m_clock.isValid())
         m_clock.start();
+    // What the former command did to windows has been heard: the late news that a list has opened would give the
+    // focus back to its field after the list has gone.
+    QCoreApplication::processEvents();
     // Without a display no window manager gives the focus back when a dialog closes.
     if (!QApplication::activeWindow())
         QApplication::setActiveWindow(QApplication::activeModalWidget() ? QApplication::activeModalWidget()

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "VariantRecord.h"
+
+#include <QtCore/QObject>
+
+/// Sends orders off the GUI thread and follows each until it is known what became of it. GUI thread only.
+class OrderSender : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    /// rows: of an OrderPlan. Each gets a number, unique as long as the program runs.
+    void send(const RecordList &rows);
+
+    static QString numberOf(const VariantRecord &sent);
+
+signals:
+    void sentChanged(const RecordList &sent); ///< new ones and those of which more is known, see OrderResults
+    void answered(const RecordList &sent);    ///< all of one send()
+    void fateKnown(const RecordList &sent);   ///< of a request that had timed out, all its orders
+
+private:
+    void take(const RecordList &sent);
+    void askFate(const QString &requestId, const RecordList &requestOrders);
+    void takeFate(const QString &requestId, const RecordList &requestOrders, const RecordList &fate);
+
+    int m_lastNumber = 0;
+};

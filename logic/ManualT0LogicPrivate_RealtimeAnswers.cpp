@@ -10,6 +10,8 @@
 
 #include <QtCore/QTimer>
 
+#include <algorithm>
+
 using namespace Master_Fields::ManualT0;
 
 namespace {
@@ -97,23 +99,23 @@ void ManualT0LogicPrivate::takeLaterRealtime(const RecordList &rows)
     instruments.reserve(rows.size());
     for (const VariantRecord &record : rows)
         instruments.append(Instrument(record));
-    const NewSymbolTest bringsNewSymbol(loginUserId, GetCurrentTradeAccount(), GetCurrentTradableSymbolList());
 
-    bool newSymbol = false;
     QVariantList changed;
     WriteLock lock(realtimePoolLock);
     for (int i = 0; i < rows.size(); ++i) {
         VariantRecord record = rows.at(i);
-        if (!mergeRealtimeRecord(record, instruments.at(i).symbol, instruments.at(i).factor))
-            continue;
-        changed.append(record);
-        newSymbol = newSymbol || bringsNewSymbol(record);
+        if (mergeRealtimeRecord(record, instruments.at(i).symbol, instruments.at(i).factor))
+            changed.append(record);
     }
     // deliberate: sent under the lock, so that no newer push slips in between the change and its announcement;
     // the host queues events, listeners read once the lock is free
     sendEvent(Vanta_Keys::EventMsgName::ManualT0PoolRealTimeUpdated, changed);
     lock.unlock();
-    if (newSymbol)
+
+    // The accounts are read after the records stand: whoever chooses others meanwhile finds the records himself.
+    const NewSymbolTest bringsNewSymbol(loginUserId, GetCurrentTradeAccount(), GetCurrentTradableSymbolList());
+    const auto isNew = [&](const QVariant &record) { return bringsNewSymbol(record.toMap()); };
+    if (std::any_of(changed.cbegin(), changed.cend(), isNew))
         announceNewSymbols();
 }
 

@@ -113,7 +113,8 @@ bool MasterComboBox::isListOpen() const
     return completer()->popup()->isVisible();
 }
 
-/// What Enter takes: the marked item of the list, else the item of just this text, else the first that fits.
+/// What Enter takes: the marked item of the list, else the item of just this text, else the first that begins with it,
+/// else the first that fits: whoever types "00003" does not mean 000003.
 int MasterComboBox::typedItem() const
 {
     const auto *search = static_cast<SearchCompleter *>(completer());
@@ -126,6 +127,9 @@ int MasterComboBox::typedItem() const
     const int same = findText(typed, Qt::MatchFixedString);
     if (same >= 0)
         return same;
+    const int begins = findText(typed, Qt::MatchStartsWith);
+    if (begins >= 0)
+        return begins;
     completer()->setCompletionPrefix(typed);
     return completer()->completionCount() > 0 ? search->item(search->completionModel()->index(0, 0)).row() : -1;
 }

@@ -44,8 +44,6 @@ AccountList::AccountList(TradeSelection *selection, QWidget *parent)
     EventBus::listen(Vanta_Keys::EventMsgName::ManualT0DataInited, this, [this](const QVariant &family) {
         if (family.toInt() == ManualT0Logic::AccountPriority)
             reload();
-        else if (family.toInt() == ManualT0Logic::RealtimeUsage) // the symbols to choose from come with it
-            ManualT0Logic::SetCurrentTradeAccount(m_selection->accounts());
     });
     reload();
 }

@@ -27,7 +27,7 @@ int complain(const QString &text)
 
 QString loadPlugins()
 {
-    for (const QString &folder : DeskOptions().pluginDirs()) {
+    for (const QString &folder : DeskOptions().pluginDirs) {
         const QList<PluginLoader::Plugin> plugins = PluginLoader().loadFolder(folder);
         for (const PluginLoader::Plugin &plugin : plugins) {
             if (!plugin.errorText.isEmpty())

@@ -389,7 +389,8 @@ public:
     static QStringList GetCurrentTradeAccount();
 
     /// Chooses the accounts the user trades with, recomputes the symbols that may be traded with them and
-    /// sends ManualT0CurTradeAccountChanged, also when nothing changed.
+    /// sends ManualT0CurTradeAccountChanged, also when nothing changed. The first load of RealtimeUsage recomputes
+    /// nothing: whoever has chosen before calls it again after ManualT0DataInited with that family.
     static void SetCurrentTradeAccount(const QStringList &accounts);
 
     /// Symbols of the user's usage records in the chosen accounts, ascending.

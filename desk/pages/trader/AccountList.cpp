@@ -44,6 +44,8 @@ AccountList::AccountList(TradeSelection *selection, QWidget *parent)
     EventBus::listen(Vanta_Keys::EventMsgName::ManualT0DataInited, this, [this](const QVariant &family) {
         if (family.toInt() == ManualT0Logic::AccountPriority)
             reload();
+        else if (family.toInt() == ManualT0Logic::RealtimeUsage) // a first load of usage recomputes no symbols
+            ManualT0Logic::SetCurrentTradeAccount(m_selection->accounts());
     });
     reload();
 }

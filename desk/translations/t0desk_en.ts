@@ -16,7 +16,7 @@
     <name>AddPoolBar</name>
     <message>
         <source>加入(&amp;J)</source>
-        <translation>Ad&amp;d pool</translation>
+        <translation>Add p&amp;ool</translation>
     </message>
 </context>
 <context>
@@ -127,7 +127,7 @@
     </message>
     <message>
         <source>新增资源：%1 行成功，%2 行未成功</source>
-        <translation>Add resources: %1 rows done, %2 not</translation>
+        <translation>Resource rows added: %1, not added: %2</translation>
     </message>
     <message>
         <source>将提交 %1 行</source>
@@ -1026,7 +1026,7 @@
     <name>OrderSender</name>
     <message>
         <source>未提交：账户不在您的账户优先级列表中</source>
-        <translation>Not submitted: the account is not in your account priority list</translation>
+        <translation>Not sent: the account is not in your account priority list</translation>
     </message>
 </context>
 <context>
@@ -1174,7 +1174,7 @@
     </message>
     <message>
         <source>挂单敞口上限</source>
-        <translation>Max pending exp.</translation>
+        <translation>Max pending</translation>
     </message>
     <message>
         <source>变化</source>
@@ -1182,7 +1182,7 @@
     </message>
     <message>
         <source>服务器：数量/敞口/挂单</source>
-        <translation>Server: qty/exposure/pending</translation>
+        <translation>On server</translation>
     </message>
 </context>
 <context>
@@ -1205,7 +1205,7 @@
     </message>
     <message>
         <source>挂单敞口上限</source>
-        <translation>Max pending exp.</translation>
+        <translation>Max pending</translation>
     </message>
     <message>
         <source>公共券池并入私有行(&amp;M)</source>
@@ -1338,7 +1338,7 @@
     </message>
     <message>
         <source>敞口量</source>
-        <translation>Exposure qty</translation>
+        <translation>Open qty</translation>
     </message>
     <message>
         <source>均价</source>
@@ -1783,7 +1783,7 @@
     </message>
     <message>
         <source>结果未知</source>
-        <translation>Result unknown</translation>
+        <translation>Unknown</translation>
     </message>
     <message>
         <source>发送中</source>
@@ -1795,7 +1795,7 @@
     </message>
     <message>
         <source>未提交</source>
-        <translation>Not submitted</translation>
+        <translation>Not sent</translation>
     </message>
 </context>
 <context>
@@ -1860,11 +1860,11 @@
     </message>
     <message>
         <source>沪港通</source>
-        <translation>HK via SH</translation>
+        <translation>SH-HK</translation>
     </message>
     <message>
         <source>深港通</source>
-        <translation>HK via SZ</translation>
+        <translation>SZ-HK</translation>
     </message>
     <message>
         <source>开盘竞价</source>
@@ -2250,7 +2250,7 @@
     </message>
     <message>
         <source>敞口数量</source>
-        <translation>Exposure qty</translation>
+        <translation>Open qty</translation>
     </message>
     <message>
         <source>券池</source>

@@ -14,7 +14,7 @@ bool PagesPlugin::initialize(const QStringList &, QString *errorString, const QS
     if (PageShell::instance())
         return true;
     if (errorString)
-        *errorString = QStringLiteral("%1：没有可放置页面的窗口").arg(dllName);
+        *errorString = tr("%1：没有可放置页面的窗口").arg(dllName);
     return false;
 }
 

@@ -77,7 +77,7 @@ void TradeNotices::onOrders(const RecordList &orders)
         const QString reason = order.value(System::textDescription).toString();
         lines.append(tr("委托 %1 %2 已失效")
                          .arg(order.value(Security::orderID).toString(), order.value(Security::symbol).toString()) +
-                     (reason.isEmpty() ? QString() : QStringLiteral("：") + reason));
+                     (reason.isEmpty() ? QString() : tr("：%1").arg(reason)));
     }
     if (!lines.isEmpty())
         m_shell.notify(PageShell::Notice::Refusal, withMore(lines, tr("另有 %1 笔委托失效")));

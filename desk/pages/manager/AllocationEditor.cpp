@@ -171,9 +171,8 @@ void AllocationEditor::announce(const QVector<PoolEdit::ServerChange> &changes)
         const QString now = quantityText(change.now);
         lines.append(before == now ? tr("%1 上限已改").arg(what) : tr("%1 %2 → %3").arg(what, before, now));
     }
-    m_notice->setText(
-        tr("%1 服务器上的券池有变化：%2")
-            .arg(QTime::currentTime().toString(QStringLiteral("HH:mm:ss")), lines.join(QStringLiteral("；"))));
+    m_notice->setText(tr("%1 服务器上的券池有变化：%2")
+                          .arg(QTime::currentTime().toString(QStringLiteral("HH:mm:ss")), lines.join(tr("；"))));
     m_notice->show();
 }
 
@@ -248,7 +247,7 @@ QString AllocationEditor::waitingInWords() const
                      ManagerTexts::security(resource));
     }
     names.sort();
-    return names.join(QStringLiteral("，"));
+    return names.join(tr("，"));
 }
 
 QString AllocationEditor::title() const

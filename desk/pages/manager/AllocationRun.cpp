@@ -74,7 +74,7 @@ void AllocationRun::takeOutcome(PoolEdit::Step::Kind kind, const ChangeOutcome &
         const QString done = doneText();
         const QString failed = outcome.isUnknown ? tr("%1：结果未知，请核对").arg(nameOf(kind))
                                                  : tr("%1未应用：%2").arg(nameOf(kind), outcome.inWords());
-        end(false, done.isEmpty() ? failed : done + QStringLiteral("；") + failed);
+        end(false, done.isEmpty() ? failed : done + tr("；") + failed);
         return;
     }
     m_sent.append(kind);
@@ -123,5 +123,5 @@ QString AllocationRun::doneText() const
     QStringList names;
     for (const PoolEdit::Step::Kind kind : m_sent)
         names.append(nameOf(kind));
-    return names.isEmpty() ? QString() : tr("已应用：%1").arg(names.join(QStringLiteral("、")));
+    return names.isEmpty() ? QString() : tr("已应用：%1").arg(names.join(tr("、")));
 }

@@ -117,7 +117,7 @@ QString ImportModel::display(const Item &item, int column) const
         if (!item.result.isEmpty())
             return item.result;
         if (const QStringList problems = problemsOf(item); !problems.isEmpty())
-            return problems.join(QStringLiteral("；"));
+            return problems.join(tr("；"));
         return item.advice >= 0 && double(item.row.quantity) > item.advice ? tr("超过可设数量，仅提示") : QString();
     default:
         return {};

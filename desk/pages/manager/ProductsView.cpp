@@ -97,7 +97,7 @@ void ProductsView::addProduct(const QString &product, const QStringList &propert
         QStringList accounts;
         for (const QString &account : accountsOf(product, property))
             accounts.append(ManagerTexts::account(account));
-        auto *item = new QTreeWidgetItem({ManagerTexts::assetProp(property), accounts.join(QStringLiteral("，"))});
+        auto *item = new QTreeWidgetItem({ManagerTexts::assetProp(property), accounts.join(tr("，"))});
         item->setData(Name, ProductRole, product);
         item->setData(Name, PropertyRole, property);
         item->setCheckState(Name, Qt::Unchecked);
@@ -190,9 +190,9 @@ QStringList ProductsView::changesInWords() const
     const QStringList come = accountTexts(wanted - now);
     const QStringList go = accountTexts(now - wanted);
     if (!come.isEmpty())
-        lines.append(tr("增加账号：%1").arg(come.join(QStringLiteral("，"))));
+        lines.append(tr("增加账号：%1").arg(come.join(tr("，"))));
     if (!go.isEmpty())
-        lines.append(tr("去掉账号：%1").arg(go.join(QStringLiteral("，"))));
+        lines.append(tr("去掉账号：%1").arg(go.join(tr("，"))));
     return lines;
 }
 

@@ -23,24 +23,28 @@ QString text(const char *sourceText)
     return QCoreApplication::translate("ResourceRows", sourceText);
 }
 
-/// The titles a column may have, the first is the one in messages.
+/// The titles a column may have: the window's own, which stands in messages, and in any language the Chinese ones.
 QStringList titlesOf(int field)
 {
     switch (field) {
     case Account:
-        return {QStringLiteral("资金账号"), QStringLiteral("账号"), QStringLiteral("账户"),
-                Orvane_Fields::UserAccount::tradingAccount};
+        return {text(QT_TRANSLATE_NOOP("ResourceRows", "资金账号")), QStringLiteral("资金账号"), QStringLiteral("账号"),
+                QStringLiteral("账户"), Orvane_Fields::UserAccount::tradingAccount};
     case Code:
-        return {QStringLiteral("代码"), QStringLiteral("证券代码"), Orvane_Fields::Security::symbol,
-                Orvane_Fields::Security::securityID};
+        return {text(QT_TRANSLATE_NOOP("ResourceRows", "代码")), QStringLiteral("代码"), QStringLiteral("证券代码"),
+                Orvane_Fields::Security::symbol, Orvane_Fields::Security::securityID};
     case Exchange:
-        return {QStringLiteral("市场"), QStringLiteral("交易所"), Orvane_Fields::UserAccount::securityExchange};
+        return {text(QT_TRANSLATE_NOOP("ResourceRows", "市场")), QStringLiteral("市场"), QStringLiteral("交易所"),
+                Orvane_Fields::UserAccount::securityExchange};
     case Quantity:
-        return {QStringLiteral("数量"), QStringLiteral("资源数量"), Master_Fields::ManualT0::ResourceQty};
+        return {text(QT_TRANSLATE_NOOP("ResourceRows", "数量")), QStringLiteral("数量"), QStringLiteral("资源数量"),
+                Master_Fields::ManualT0::ResourceQty};
     case Trader:
-        return {QStringLiteral("交易员"), Master_Fields::ManualT0::T0TraderId};
+        return {text(QT_TRANSLATE_NOOP("ResourceRows", "交易员")), QStringLiteral("交易员"),
+                Master_Fields::ManualT0::T0TraderId};
     default:
-        return {QStringLiteral("券池数量"), Master_Fields::ManualT0::PoolTotalQty};
+        return {text(QT_TRANSLATE_NOOP("ResourceRows", "券池数量")), QStringLiteral("券池数量"),
+                Master_Fields::ManualT0::PoolTotalQty};
     }
 }
 
@@ -136,8 +140,9 @@ private:
     {
         m_out.errors.append({m_line->line, titleOf(field), why});
         const QString value = cell(field);
-        m_row.problems.append(value.isEmpty() ? QStringLiteral("%1：%2").arg(titleOf(field), why)
-                                              : QStringLiteral("%1“%2”：%3").arg(titleOf(field), value, why));
+        m_row.problems.append(
+            value.isEmpty() ? text(QT_TRANSLATE_NOOP("ResourceRows", "%1：%2")).arg(titleOf(field), why)
+                            : text(QT_TRANSLATE_NOOP("ResourceRows", "%1“%2”：%3")).arg(titleOf(field), value, why));
     }
 
     void readAccount()
@@ -166,12 +171,11 @@ private:
                 found.remove(i);
         }
         if (found.isEmpty())
-            fault(
-                Exchange,
-                text(QT_TRANSLATE_NOOP("ResourceRows", "该代码只在市场%1")).arg(exchanges.join(QStringLiteral("、"))));
+            fault(Exchange, text(QT_TRANSLATE_NOOP("ResourceRows", "该代码只在市场%1"))
+                                .arg(exchanges.join(text(QT_TRANSLATE_NOOP("ResourceRows", "、")))));
         if (found.size() > 1)
             fault(Exchange, text(QT_TRANSLATE_NOOP("ResourceRows", "该代码在多个市场：%1，请写明"))
-                                .arg(exchanges.join(QStringLiteral("、"))));
+                                .arg(exchanges.join(text(QT_TRANSLATE_NOOP("ResourceRows", "、")))));
         if (found.size() != 1)
             return 1;
         m_row.symbol = found.constFirst().symbol;

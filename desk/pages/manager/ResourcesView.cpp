@@ -62,7 +62,7 @@ QVariant traders(const VariantRecord &resource)
     const QStringList ids = resource.value(T0TraderId).toString().split(QLatin1Char(','), Qt::SkipEmptyParts);
     for (const QString &id : ids)
         texts.append(ManagerTexts::trader(id));
-    return texts.join(QStringLiteral("，"));
+    return texts.join(ResourcesView::tr("，"));
 }
 
 Column narrow(Column column, int width)
@@ -238,7 +238,7 @@ void ResourcesView::sendDeleted(const RecordList &resources)
 void ResourcesView::takeOutcome(const QString &what, const QStringList &keys, const ChangeOutcome &outcome)
 {
     m_model->setBusy(keys, false);
-    const QString text = QStringLiteral("%1：%2").arg(what, outcome.inWords());
+    const QString text = tr("%1：%2").arg(what, outcome.inWords());
     m_status->setText(text);
     if (PageShell *shell = PageShell::instance())
         shell->notify(outcome.isGood() ? PageShell::Notice::Success : PageShell::Notice::Refusal, text);

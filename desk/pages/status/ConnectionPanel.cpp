@@ -134,7 +134,7 @@ void ConnectionPanel::showData()
 {
     if (!isVisible())
         return;
-    m_exchanges->setText(ManualT0Logic::GetSupportExchangeList().join(QStringLiteral("、")));
+    m_exchanges->setText(ManualT0Logic::GetSupportExchangeList().join(tr("、")));
     m_kinds->setText(tr("%1 类").arg(ManualT0Logic::GetTradableSymbolListType().size()));
     m_bonds->setText(tr("%1 只").arg(ManualT0Logic::GetT0Symbols().size()));
     m_candidates->setText(tr("%1，已启用 %2")

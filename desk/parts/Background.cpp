@@ -14,7 +14,7 @@ struct Lanes {
     QHash<QString, QQueue<Work>> waiting; ///< a lane that is here runs
     QThreadPool pool;
 
-    Lanes() { pool.setMaxThreadCount(16); } // they wait for the server, not for a processor
+    Lanes() { pool.setMaxThreadCount(64); } // they wait for the server, not for a processor
 };
 
 Lanes &lanes()

@@ -116,6 +116,6 @@ QString Format::fileCell(const Column &column, const VariantRecord &row)
         return {};
     if (column.kind == CellKind::Code)
         return QStringLiteral("=\"%1\"").arg(shown.toString().replace(QLatin1Char('"'), QLatin1String("\"\"")));
-    return isNumeric(column.kind) ? QString::number(shown.toDouble(), 'g', QLocale::FloatingPointShortest)
+    return isNumeric(column.kind) ? QString::number(shown.toDouble(), 'g', 15) // a sum's last bits are noise
                                   : shown.toString();
 }

@@ -17,7 +17,7 @@ QString time(const QVariant &dateAndTime); ///< HH:mm:ss
 /// The cell of a row as it is shown.
 QString cell(const Column &column, const VariantRecord &row);
 
-/// The same for a file: no thousands separators, full precision; a code as ="600001", so that spreadsheets keep it.
+/// The same for a file: no thousands separators, 15 digits; a code as ="600001", so that spreadsheets keep it.
 QString fileCell(const Column &column, const VariantRecord &row);
 
 /// The value behind a cell, for sorting and for colours: a number for the kinds that are numbers, else a text; invalid

@@ -144,8 +144,7 @@ RecordTable::RecordTable(const QString &name, RecordModel *model, QWidget *paren
         if (page == Layout::pageOf(objectName()))
             resetLayout();
     });
-    connect(shell, &PageShell::appearanceChanged, this,
-            [this] { verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6); });
+    connect(shell, &PageShell::appearanceChanged, this, &RecordTable::takeFont);
     connect(shell, &PageShell::searchRequested, this, [this](const QWidget *focus) {
         if (focus == this || focus == m_search)
             openSearch();
@@ -258,13 +257,19 @@ QString RecordTable::exportTo(const QString &fileName) const
 void RecordTable::askForExport()
 {
     const QString proposed = objectName().replace(QLatin1Char('.'), QLatin1Char('-')) + QStringLiteral(".csv");
-    const QString fileName = QFileDialog::getSaveFileName(this, tr("导出"), proposed, tr("CSV 文件 (*.csv)"));
-    if (fileName.isEmpty())
-        return;
-    const QString errorText = exportTo(fileName);
-    if (PageShell *shell = PageShell::instance())
-        shell->notify(errorText.isEmpty() ? PageShell::Notice::Success : PageShell::Notice::Refusal,
-                      errorText.isEmpty() ? tr("已导出到 %1").arg(fileName) : tr("导出失败：%1").arg(errorText));
+    auto *dialog = new QFileDialog(this, tr("导出"), proposed, tr("CSV 文件 (*.csv)"));
+    dialog->setObjectName(QStringLiteral("export"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setDefaultSuffix(QStringLiteral("csv"));
+    dialog->selectFile(proposed);
+    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString &fileName) {
+        const QString errorText = exportTo(fileName);
+        if (PageShell *shell = PageShell::instance())
+            shell->notify(errorText.isEmpty() ? PageShell::Notice::Success : PageShell::Notice::Refusal,
+                          errorText.isEmpty() ? tr("已导出到 %1").arg(fileName) : tr("导出失败：%1").arg(errorText));
+    });
+    dialog->open();
 }
 
 void RecordTable::openSearch()
@@ -300,13 +305,14 @@ void RecordTable::keyPressEvent(QKeyEvent *event)
 
 void RecordTable::contextMenuEvent(QContextMenuEvent *event)
 {
-    QMenu menu(this);
-    menu.addActions(actions());
-    menu.addSeparator();
-    menu.addAction(tr("复制"), this, [this] { QApplication::clipboard()->setText(chosenAsText()); });
-    menu.addAction(tr("查找"), this, &RecordTable::openSearch);
-    menu.addAction(tr("导出…"), this, &RecordTable::askForExport);
-    QMenu *columns = menu.addMenu(tr("列"));
+    auto *menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addActions(actions());
+    menu->addSeparator();
+    menu->addAction(tr("复制"), this, [this] { QApplication::clipboard()->setText(chosenAsText()); });
+    menu->addAction(tr("查找"), this, &RecordTable::openSearch);
+    menu->addAction(tr("导出…"), this, &RecordTable::askForExport);
+    QMenu *columns = menu->addMenu(tr("列"));
     for (int i = 0; i < m_model->columns().size(); ++i) {
         QAction *action = columns->addAction(m_model->columns().at(i).title);
         action->setCheckable(true);
@@ -317,14 +323,28 @@ void RecordTable::contextMenuEvent(QContextMenuEvent *event)
             saveLayout();
         });
     }
-    menu.exec(event->globalPos());
+    menu->popup(event->globalPos());
+}
+
+/// Widths that the user has chosen stay in proportion.
+void RecordTable::takeFont()
+{
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+    const int character = fontMetrics().horizontalAdvance(QLatin1Char('0'));
+    if (character == m_character)
+        return;
+    m_isRestoring = true;
+    for (int i = 0; i < m_model->columns().size(); ++i)
+        setColumnWidth(i, columnWidth(i) * character / m_character);
+    m_isRestoring = false;
+    m_character = character;
 }
 
 void RecordTable::setDefaultWidths()
 {
-    const int character = fontMetrics().averageCharWidth();
+    m_character = fontMetrics().horizontalAdvance(QLatin1Char('0')); // digits are wider than the average
     for (int i = 0; i < m_model->columns().size(); ++i)
-        setColumnWidth(i, character * defaultCharacters(m_model->columns().at(i)) + 12);
+        setColumnWidth(i, m_character * defaultCharacters(m_model->columns().at(i)) + 12);
 }
 
 /// With the ids of the columns: a layout of other columns would put widths and orders where they do not belong.

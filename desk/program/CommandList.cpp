@@ -76,6 +76,7 @@ QAction *CommandList::add(const CommandDescription &description, QWidget *contex
     QWidget *owner = context ? context : m_window;
     auto *action = new QAction(description.text, owner);
     action->setObjectName(description.id);
+    action->setAutoRepeat(false); // a key held down cancels one order, not one after the other
     action->setShortcutContext(context ? Qt::WidgetWithChildrenShortcut : Qt::WindowShortcut);
     connect(action, &QAction::triggered, this, [run = std::move(run)] { run(); });
     connect(action, &QObject::destroyed, this, [this, action] {

@@ -13,10 +13,12 @@
 #include "NoticeBoard.h"
 #include "OrvaneFields.h"
 #include "PreferencesDialog.h"
+#include "RecordTable.h"
 #include "StandFields.h"
 #include "StatusLine.h"
 #include "TradeNotices.h"
 
+#include <QtGui/QKeyEvent>
 #include <QtGui/QScreen>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QApplication>
@@ -27,6 +29,8 @@
 #include <QtWidgets/QToolBar>
 #include <QtWidgets/QToolButton>
 #include <QtWidgets/QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
@@ -52,6 +56,26 @@ QWidget *entryOf(QWidget *page)
 } // namespace
 
 /// What plug-ins see of the window.
+namespace {
+
+/// A Return that is held down answers once: what it sends or confirms must not be followed by the next thing that has
+/// it as its default.
+class HeldReturn : public QObject
+{
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() != QEvent::KeyPress)
+            return false;
+        const auto *press = static_cast<QKeyEvent *>(event);
+        return press->isAutoRepeat() && (press->key() == Qt::Key_Return || press->key() == Qt::Key_Enter);
+    }
+};
+
+} // namespace
+
 class MainWindow::Shell : public PageShell
 {
 public:
@@ -75,7 +99,7 @@ public:
     void notify(Notice kind, const QString &text) override
     {
         HOST_INFO("Desk", text);
-        if (!PreferencesDialog::areNoticesOn())
+        if (!PreferencesDialog::areNoticesOn() && kind != Notice::Refusal)
             return;
         m_window.m_notices->add(kind, text);
         if (PreferencesDialog::isSoundOn())
@@ -103,6 +127,7 @@ MainWindow::MainWindow(HostSession &session, const QString &gateway, const QStri
     , m_shell(std::make_unique<Shell>(*this))
 {
     setObjectName(QStringLiteral("window"));
+    qApp->installEventFilter(new HeldReturn(this));
     setTitle(gateway);
     m_bar->setObjectName(QStringLiteral("pages"));
     m_bar->setMovable(false);
@@ -224,11 +249,24 @@ QAction *MainWindow::addCommand(const char *id, const QString &text, const char 
                            nullptr, std::move(run));
 }
 
+/// The table that has the focus, else the first that is seen; what has the focus where there is none.
+QWidget *MainWindow::tableInView() const
+{
+    for (QWidget *widget = focusWidget(); widget; widget = widget->parentWidget()) {
+        if (qobject_cast<RecordTable *>(widget))
+            return widget;
+    }
+    const QList<RecordTable *> tables = m_stack->findChildren<RecordTable *>(); // those of other pages are not visible
+    const auto seen =
+        std::find_if(tables.cbegin(), tables.cend(), [](const QWidget *table) { return table->isVisible(); });
+    return seen == tables.cend() ? focusWidget() : *seen;
+}
+
 void MainWindow::addBuiltInCommands()
 {
     addCommand("refresh", tr("刷新"), "F5", [this] { emit m_shell->refreshRequested(); });
-    addCommand("search", tr("搜索"), "Ctrl+F", [this] { emit m_shell->searchRequested(focusWidget()); });
-    addCommand("export", tr("导出"), "Ctrl+E", [this] { emit m_shell->exportRequested(focusWidget()); });
+    addCommand("search", tr("搜索"), "Ctrl+F", [this] { emit m_shell->searchRequested(tableInView()); });
+    addCommand("export", tr("导出"), "Ctrl+E", [this] { emit m_shell->exportRequested(tableInView()); });
     addCommand("larger", tr("放大字号"), "Ctrl++", [this] { m_appearance->resizeText(1); });
     addCommand("smaller", tr("缩小字号"), "Ctrl+-", [this] { m_appearance->resizeText(-1); });
     addCommand("dark", tr("深色或浅色"), "Ctrl+D", [this] {

@@ -51,6 +51,7 @@ private:
     void addPageOf(const PageDescription &description);
     void addBuiltInCommands();
     void addMenu();
+    QWidget *tableInView() const;
     QAction *addCommand(const char *id, const QString &text, const char *keys, std::function<void()> run);
 
     Appearance *m_appearance;

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr int mostNotes = 5;
+constexpr int mostNotes = 3;
 constexpr int noteWidth = 380;
 constexpr int edgeWidth = 5;
 constexpr int padding = 8;
@@ -87,6 +87,10 @@ NoticeBoard::NoticeBoard(const Appearance &appearance, QMainWindow *over)
 
 void NoticeBoard::add(PageShell::Notice kind, const QString &text)
 {
+    for (int i = 0; i < m_notes->count(); ++i) {
+        if (static_cast<Note *>(m_notes->itemAt(i)->widget())->text() == text)
+            return; // it is being read
+    }
     if (m_notes->count() >= mostNotes)
         delete m_notes->itemAt(0)->widget();
     auto *note = new Note(kind, text, m_appearance);
@@ -106,7 +110,8 @@ void NoticeBoard::place()
         return hide();
     adjustSize();
     const QRect middle = m_over->centralWidget()->geometry();
-    move(middle.right() - width() - distance, middle.bottom() - height() - distance);
+    // In the middle: the newest results of orders stand in the lower right, buttons in the lower left.
+    move(middle.center().x() - width() / 2, middle.bottom() - height() - distance);
     raise();
 }
 

@@ -1732,7 +1732,7 @@
     </message>
     <message>
         <source>    券池 %1 %2</source>
-        <translation>    Pool %1 %2</translation>
+        <translation>    Pool: %1 %2</translation>
     </message>
     <message>
         <source>新增(&amp;N)…</source>
@@ -1889,6 +1889,29 @@
     <message>
         <source>市场 %1 %2</source>
         <translation>Market %1 %2</translation>
+    </message>
+</context>
+<context>
+    <name>StatusLineFamilies</name>
+    <message>
+        <source>过时</source>
+        <translation>stale</translation>
+    </message>
+    <message>
+        <source>未加载</source>
+        <translation>not loaded</translation>
+    </message>
+    <message>
+        <source>加载中</source>
+        <translation>loading</translation>
+    </message>
+    <message>
+        <source>部分失败</source>
+        <translation type="unfinished">partly failed</translation>
+    </message>
+    <message>
+        <source>失败</source>
+        <translation type="unfinished">Failed</translation>
     </message>
 </context>
 <context>

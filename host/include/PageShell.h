@@ -68,8 +68,9 @@ signals:
     void appearanceChanged();                ///< colours, dark or light, font
     void layoutReset(const QString &pageId); ///< the page is to forget what it kept of its layout
     void refreshRequested();                 ///< the user asks for everything anew
-    void exportRequested(QWidget *focus);    ///< Ctrl+E; focus: the widget that has it
-    void searchRequested(QWidget *focus);    ///< Ctrl+F
+    void
+    exportRequested(QWidget *in); ///< Ctrl+E; in: the table or other widget with the focus, else a table that is seen
+    void searchRequested(QWidget *in); ///< Ctrl+F, likewise
 
 protected:
     PageShell(); ///< becomes instance()

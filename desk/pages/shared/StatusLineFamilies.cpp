@@ -53,15 +53,34 @@ QColor StatusLineFamilies::colourOf(int type) const
     return {};
 }
 
+/// The colour alone would tell it to some only.
+QString StatusLineFamilies::stateText(int type) const
+{
+    using State = FamilyStatus::State;
+    const FamilyStatus &family = m_watch->status(type);
+    if (m_watch->isStale() && family.state != State::Loading)
+        return tr("过时");
+    switch (family.state) {
+    case State::NotStarted:
+        return tr("未加载");
+    case State::Loading:
+        return family.expected > 1
+                   ? QStringLiteral("%1/%2").arg(QString::number(family.done), QString::number(family.expected))
+                   : tr("加载中");
+    case State::Ready:
+        return family.finishedAt.toString(QStringLiteral("HH:mm"));
+    case State::PartlyFailed:
+        return tr("部分失败");
+    case State::Failed:
+        return tr("失败");
+    }
+    return {};
+}
+
 void StatusLineFamilies::show(int type)
 {
     QLabel *chip = m_chips.at(type);
-    const bool isLoading = m_watch->status(type).state == FamilyStatus::State::Loading;
-    const FamilyStatus &family = m_watch->status(type);
-    QString text = FamilyWatch::name(type);
-    if (isLoading && family.expected > 1)
-        text += QStringLiteral(" %1/%2").arg(QString::number(family.done), QString::number(family.expected));
-    chip->setText(text);
+    chip->setText(FamilyWatch::name(type) + QLatin1Char(' ') + stateText(type));
     chip->setToolTip(m_watch->description(type));
     // A style sheet is parsed anew each time it is set.
     const QString style = QStringLiteral("QLabel { background: %1; color: white; border-radius: 3px; padding: 0 4px; }")

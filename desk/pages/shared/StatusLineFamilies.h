@@ -17,6 +17,7 @@ private:
     void show(int type);
     void showAll();
     QColor colourOf(int type) const;
+    QString stateText(int type) const;
 
     FamilyWatch *m_watch;
     QList<QLabel *> m_chips;

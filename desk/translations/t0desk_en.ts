@@ -1907,11 +1907,11 @@
     </message>
     <message>
         <source>部分失败</source>
-        <translation type="unfinished">partly failed</translation>
+        <translation>partly failed</translation>
     </message>
     <message>
         <source>失败</source>
-        <translation type="unfinished">Failed</translation>
+        <translation>failed</translation>
     </message>
 </context>
 <context>

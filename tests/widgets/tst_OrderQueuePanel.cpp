@@ -59,6 +59,8 @@ struct Panel : OrderQueuePanel {
 
 } // namespace
 
+Q_DECLARE_METATYPE(std::function<void(Panel &)>)
+
 class OrderQueuePanelTest : public QObject
 {
     Q_OBJECT
@@ -197,8 +199,6 @@ private slots:
         QCOMPARE(texts, QStringList());
     }
 };
-
-Q_DECLARE_METATYPE(std::function<void(Panel &)>)
 
 T0_REGISTER_TEST(OrderQueuePanelTest)
 

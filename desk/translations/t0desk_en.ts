@@ -1014,6 +1014,14 @@
         <source>敞口 %1 / %2</source>
         <translation>Exposure %1 / %2</translation>
     </message>
+    <message>
+        <source>上一笔委托发送中</source>
+        <translation>The previous order is being sent</translation>
+    </message>
+    <message>
+        <source>发送中</source>
+        <translation>Sending</translation>
+    </message>
 </context>
 <context>
     <name>OrderPlan</name>
@@ -1027,6 +1035,14 @@
     <message>
         <source>未提交：账户不在您的账户优先级列表中</source>
         <translation>Not sent: the account is not in your account priority list</translation>
+    </message>
+    <message>
+        <source>未提交：等待超过3秒</source>
+        <translation>Not sent: waited for more than 3 seconds</translation>
+    </message>
+    <message>
+        <source>未提交：等待期间连接已断开</source>
+        <translation>Not sent: the connection was lost meanwhile</translation>
     </message>
 </context>
 <context>

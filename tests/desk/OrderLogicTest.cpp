@@ -112,8 +112,10 @@ private slots:
             return VariantRecord{
                 {Security::symbol, "S"}, {Master_Fields::Security::SideUnion, side}, {Security::price, price}};
         };
+        VariantRecord elsewhere = own(Master_Values::SideUnion::normalSell, 9.);
+        elsewhere.insert(UserAccount::securityExchange, "another");
         const RecordList live{own(Master_Values::SideUnion::normalSell, 10.3),
-                              own(Master_Values::SideUnion::normalBuy, 9.8)};
+                              own(Master_Values::SideUnion::normalBuy, 9.8), elsewhere};
         QTEST(OrderWarnings::of(wish, quote, live).size(), "warnings");
     }
 

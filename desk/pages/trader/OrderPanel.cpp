@@ -6,7 +6,6 @@
 #include "MasterValues.h"
 #include "PageShell.h"
 #include "SymbolQuote.h"
-#include "SymbolSettings.h"
 #include "TradeSelection.h"
 #include "WarningColor.h"
 
@@ -55,21 +54,22 @@ OrderPanel::OrderPanel(bool isBuy, TradeSelection *selection, QWidget *parent)
     , m_quantityStatus(statusLabel(named("quantity.status")))
     , m_quota(new QLabel)
     , m_exposure(new QLabel)
-    , m_send(new QPushButton(isBuy ? tr("买入下单") : tr("卖出下单")))
+    , m_send(new QPushButton)
 {
     setFrameShape(QFrame::StyledPanel);
     setObjectName(isBuy ? QStringLiteral("trade.buy") : QStringLiteral("trade.sell"));
     build();
+    showSend();
     takeColors();
     connect(m_price, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this, &OrderPanel::recheck);
     connect(m_quantity, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this, &OrderPanel::recheck);
     connect(m_kind, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &OrderPanel::recheck);
     connect(m_price, &MasterDoubleSpinBox::returnPressed, m_quantity, [this] { m_quantity->setFocus(); });
-    connect(m_quantity, &MasterDoubleSpinBox::returnPressed, this, &OrderPanel::sendWanted);
-    connect(m_send, &QPushButton::clicked, this, &OrderPanel::sendWanted);
+    connect(m_quantity, &MasterDoubleSpinBox::returnPressed, this, &OrderPanel::wantSend);
+    connect(m_send, &QPushButton::clicked, this, &OrderPanel::wantSend);
     connect(m_only, &QToolButton::clicked, this, [this] { setOnlyAccount(QString()); });
     connect(selection, &TradeSelection::instrumentChanged, this, &OrderPanel::beginInstrument);
-    connect(selection, &TradeSelection::accountsChanged, this, &OrderPanel::recheck);
+    connect(selection, &TradeSelection::accountsChanged, this, &OrderPanel::takeAccounts);
     beginInstrument();
 }
 
@@ -189,6 +189,17 @@ void OrderPanel::fillFor(const QString &account, double price, qint64 quantity)
     m_quantity->setValue(double(quantity));
 }
 
+/// What was filled in for one account is not meant for the others.
+void OrderPanel::takeAccounts()
+{
+    if (m_onlyAccount.isEmpty() || m_selection->accounts().contains(m_onlyAccount)) {
+        recheck();
+        return;
+    }
+    m_quantity->setValue(0);
+    setOnlyAccount(QString());
+}
+
 void OrderPanel::setOnlyAccount(const QString &account)
 {
     m_onlyAccount = account;
@@ -205,25 +216,55 @@ void OrderPanel::beginInstrument()
     const double step = double(InstrumentRules::quantityStep(symbol));
     m_quantity->SetUpStep(step);
     m_quantity->SetDownStep(step);
-    takeSettings();
+    m_defaults = SymbolSettings::of(symbol);
+    m_quantity->setValue(double(m_defaults.defaultQty));
+    m_kind->setCurrentIndex(m_defaults.isCollateral ? Collateral : Ordinary);
     setOnlyAccount(QString());
 }
 
 void OrderPanel::takeSettings()
 {
-    const SymbolSettings settings = SymbolSettings::of(m_selection->symbol());
-    m_quantity->setValue(double(settings.defaultQty));
-    m_kind->setCurrentIndex(settings.isCollateral ? Collateral : Ordinary);
+    const SymbolSettings old = m_defaults;
+    m_defaults = SymbolSettings::of(m_selection->symbol());
+    if (wish().quantity == old.defaultQty)
+        m_quantity->setValue(double(m_defaults.defaultQty));
+    if (m_kind->currentIndex() == (old.isCollateral ? Collateral : Ordinary))
+        m_kind->setCurrentIndex(m_defaults.isCollateral ? Collateral : Ordinary);
 }
 
-void OrderPanel::beginNext()
+/// A second Enter would send the same again while its fields still stand.
+void OrderPanel::wantSend()
 {
-    m_quantity->setValue(double(SymbolSettings::of(m_selection->symbol()).defaultQty));
-    setOnlyAccount(QString());
+    if (m_isSending)
+        showRefusal(tr("上一笔委托发送中"));
+    else
+        emit sendWanted();
+}
+
+void OrderPanel::beginSending()
+{
+    m_sent = wish();
+    m_isSending = true;
+    showSend();
     focusPrice();
 }
 
-/// An empty field is not wrong yet.
+/// Leaves alone what was typed for the next order meanwhile.
+void OrderPanel::endSending(bool wasTaken)
+{
+    m_isSending = false;
+    showSend();
+    takeRefusalBack();
+    const OrderWish now = wish();
+    if (!wasTaken || now.symbol != m_sent.symbol || now.exchange != m_sent.exchange)
+        return;
+    if (now.quantity == m_sent.quantity)
+        m_quantity->setValue(double(m_defaults.defaultQty));
+    if (now.accounts == m_sent.accounts)
+        setOnlyAccount(QString());
+}
+
+/// An empty field is not wrong yet. A refusal would be gone before it is read if every quote took it back.
 void OrderPanel::recheck()
 {
     const OrderWish wish = this->wish();
@@ -233,6 +274,10 @@ void OrderPanel::recheck()
     showStatus(m_price, m_priceStatus, isKnown && wish.price > 0 ? wish.check(OrderWish::Price) : QString());
     const int checks = OrderWish::Accounts | OrderWish::Quantity | OrderWish::Quota;
     showStatus(m_quantity, m_quantityStatus, isKnown && wish.quantity > 0 ? wish.check(checks) : QString());
+    if (!(wish == m_refused))
+        m_refusal.clear();
+    if (!m_refusal.isEmpty())
+        showStatus(m_quantity, m_quantityStatus, m_refusal);
 }
 
 void OrderPanel::updateSteps()
@@ -246,20 +291,41 @@ void OrderPanel::updateRoom(const OrderWish &wish)
 {
     m_room = OrderRoom::of(wish);
     m_quota->setText(tr("可用 %1　可平 %2").arg(Format::quantity(m_room.quota), Format::quantity(m_room.closable)));
-    const QString limit = m_room.limit ? Format::money(*m_room.limit) : tr("不限");
-    m_exposure->setText(tr("敞口 %1 / %2").arg(Format::money(m_room.exposure), limit));
+    const auto money = [](const std::optional<double> &value) {
+        return value ? Format::money(*value) : Format::missing();
+    };
+    const QString limit = m_room.isUnlimited ? tr("不限") : money(m_room.limit);
+    m_exposure->setText(tr("敞口 %1 / %2").arg(money(m_room.exposure), limit));
 }
 
 void OrderPanel::showRefusal(const QString &text)
 {
-    m_quantityStatus->setText(text);
-    m_quantity->setInputStatus(InputStatusStyle::InputStatus::Error, text);
+    m_refused = wish();
+    m_refusal = text;
+    showStatus(m_quantity, m_quantityStatus, text);
+}
+
+void OrderPanel::takeRefusalBack()
+{
+    m_refusal.clear();
+    recheck();
 }
 
 void OrderPanel::setGate(const QString &reason)
 {
-    m_send->setEnabled(reason.isEmpty());
-    m_send->setToolTip(reason);
+    if (reason == m_gate)
+        return;
+    m_gate = reason;
+    showSend();
+    takeRefusalBack(); // it may be the former gate's
+}
+
+void OrderPanel::showSend()
+{
+    const QString text = m_isBuy ? tr("买入下单") : tr("卖出下单");
+    m_send->setText(m_isSending ? tr("发送中") : text);
+    m_send->setEnabled(m_gate.isEmpty() && !m_isSending);
+    m_send->setToolTip(m_gate);
 }
 
 void OrderPanel::takeColors()

@@ -25,6 +25,11 @@ QStringList suitingAccounts(const OrderWish &wish)
     return suiting;
 }
 
+std::optional<double> sum(const std::optional<double> &one, const std::optional<double> &other)
+{
+    return one && other ? std::optional<double>(*one + *other) : std::nullopt;
+}
+
 } // namespace
 
 OrderRoom OrderRoom::of(const OrderWish &wish)
@@ -35,18 +40,19 @@ OrderRoom OrderRoom::of(const OrderWish &wish)
         return room;
     room.closable =
         ManualT0Logic::GetOpenPositionByAccountAndSymbol(wish.symbol, wish.exchange, wish.sideUnion, accounts);
-    room.limit = 0;
     using namespace Master_Fields::ManualT0;
     const RecordList usage = ManualT0Logic::GetRealtimePoolDetailList(accounts, {CBusinessDataBase::GetLoginAccount()},
                                                                       wish.symbol, wish.exchange);
+    room.exposure = 0;
+    if (!usage.isEmpty())
+        room.limit = 0;
     for (const VariantRecord &record : usage) {
         room.quota += record.value(wish.isBuy() ? RtTotalBuyLimit : RtTotalSellLimit).toLongLong();
-        const UsageFigures figures = UsageFigures::of(record);
-        room.exposure += figures.exposure.value_or(0);
-        if (room.limit && figures.limit)
-            room.limit = *room.limit + *figures.limit;
-        else
-            room.limit.reset();
+        const std::optional<double> limitQuantity = UsageFigures::limitQuantity(record);
+        const UsageFigures figures = UsageFigures::of(record, limitQuantity);
+        room.isUnlimited = room.isUnlimited || !limitQuantity;
+        room.exposure = sum(room.exposure, figures.exposure);
+        room.limit = sum(room.limit, figures.limit);
     }
     return room;
 }

@@ -7,9 +7,10 @@
 /// What the user may still trade of a wish's instrument, in its direction and accounts.
 struct OrderRoom {
     qint64 quota = 0;
-    qint64 closable = 0;         ///< what of the open position the direction closes
-    double exposure = 0;         ///< money, at the latest price
-    std::optional<double> limit; ///< of the exposure; none: an account without a limit is among them
+    qint64 closable = 0;            ///< what of the open position the direction closes
+    std::optional<double> exposure; ///< money, at the latest price; none: not known
+    std::optional<double> limit;    ///< of the exposure; none: not known or not limited
+    bool isUnlimited = false;       ///< an account without a limit is among them
 
     static OrderRoom of(const OrderWish &wish);
 };

@@ -1,8 +1,10 @@
 #include "OrderSender.h"
 
 #include "Background.h"
+#include "HostSession.h"
 #include "ManualT0Logic.h"
 #include "MasterTradeLogic.h"
+#include "MessageChannel.h"
 #include "OrderResults.h"
 #include "OrvaneFields.h"
 #include "StandFields.h"
@@ -11,10 +13,12 @@
 #include <QtCore/QTimer>
 
 #include <algorithm>
+#include <memory>
 
 namespace {
 
 constexpr int askAgainMs = 500;
+constexpr int longestWaitMs = 3000;
 
 /// A field of the desk's own, beside the host's.
 QString numberField()
@@ -22,12 +26,16 @@ QString numberField()
     return QStringLiteral("DeskNumber");
 }
 
-RecordList submit(const RecordList &orders)
+QString accountOf(const VariantRecord &order)
 {
-    RecordList results;
-    ManualT0Logic::Order(orders, results, QString());
-    return results;
+    return order.value(Orvane_Fields::UserAccount::tradingAccount).toString();
 }
+
+/// The orders of one OrderSender::send while their answers come.
+struct Sending {
+    RecordList sent;
+    int waitingRequests = 0;
+};
 
 RecordList fateOf(const QString &requestId)
 {
@@ -43,34 +51,68 @@ QString OrderSender::numberOf(const VariantRecord &sent)
     return sent.value(numberField()).toString();
 }
 
-void OrderSender::send(const RecordList &rows)
+/// A lane an account: the server answers each on its own, and an order must not wait behind the answer of another's.
+int OrderSender::send(const RecordList &rows)
 {
     const QString now = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz"));
+    QMap<QString, RecordList> byAccount; // one request an account
     RecordList sent = rows;
     for (VariantRecord &order : sent) {
         order.insert(numberField(), ++m_lastNumber);
         order.insert(Stand_Fields::Order::orderTime, now);
+        byAccount[accountOf(order)].append(order);
     }
     emit sentChanged(sent);
-    Background::run(
-        QStringLiteral("trade.order"), this, [sent] { return submit(sent); },
-        [this, sent](const RecordList &results) {
-            take(OrderResults::match(sent, results, tr("未提交：账户不在您的账户优先级列表中")));
-        });
+    QElapsedTimer sinceConfirmed;
+    sinceConfirmed.start();
+    const auto sending = std::make_shared<Sending>();
+    sending->waitingRequests = byAccount.size();
+    for (const RecordList &orders : qAsConst(byAccount)) {
+        Background::run(
+            QStringLiteral("trade.order.") + accountOf(orders.constFirst()), this,
+            [orders, sinceConfirmed] { return submit(orders, sinceConfirmed); },
+            [this, orders, sending, number = m_lastNumber](const RecordList &results) {
+                const RecordList known =
+                    OrderResults::match(orders, results, tr("未提交：账户不在您的账户优先级列表中"));
+                take(known);
+                sending->sent += known;
+                if (--sending->waitingRequests == 0)
+                    emit answered(number, sending->sent);
+            });
+    }
+    return m_lastNumber;
 }
 
-void OrderSender::take(const RecordList &sent)
+RecordList OrderSender::submit(const RecordList &orders, const QElapsedTimer &sinceConfirmed)
 {
-    emit sentChanged(sent);
-    emit answered(sent);
-    QMap<QString, RecordList> byAccount; // one request an account
-    for (const VariantRecord &order : sent)
-        byAccount[order.value(Orvane_Fields::UserAccount::tradingAccount).toString()].append(order);
-    for (const RecordList &requestOrders : qAsConst(byAccount)) {
-        const auto unknown = std::find_if(requestOrders.cbegin(), requestOrders.cend(), OrderResults::isUnknown);
-        if (unknown != requestOrders.cend())
-            askFate(unknown->value(Stand_Fields::Order::requestId).toString(), requestOrders);
+    const QString reason = reasonNotToSend(sinceConfirmed);
+    RecordList results;
+    if (reason.isEmpty()) {
+        ManualT0Logic::Order(orders, results, QString());
+        return results;
     }
+    for (const VariantRecord &order : orders)
+        results.append({{Orvane_Fields::UserAccount::tradingAccount, accountOf(order)},
+                        {Orvane_Fields::System::textDescription, reason}});
+    return results;
+}
+
+QString OrderSender::reasonNotToSend(const QElapsedTimer &sinceConfirmed)
+{
+    if (sinceConfirmed.hasExpired(longestWaitMs))
+        return tr("未提交：等待超过3秒");
+    HostSession *session = HostSession::current();
+    if (!session || session->channel().connection() != MessageChannel::Connection::Connected)
+        return tr("未提交：等待期间连接已断开");
+    return {};
+}
+
+void OrderSender::take(const RecordList &requestOrders)
+{
+    emit sentChanged(requestOrders);
+    const auto unknown = std::find_if(requestOrders.cbegin(), requestOrders.cend(), OrderResults::isUnknown);
+    if (unknown != requestOrders.cend())
+        askFate(unknown->value(Stand_Fields::Order::requestId).toString(), requestOrders);
 }
 
 /// Not in the lane of the orders: a new order does not wait for what became of an old one.

@@ -16,7 +16,9 @@ bool crosses(const OrderWish &wish, const VariantRecord &order)
 {
     OrderWish other;
     other.sideUnion = order.value(Master_Fields::Security::SideUnion).toString();
-    if (order.value(Orvane_Fields::Security::symbol).toString() != wish.symbol || other.isBuy() == wish.isBuy())
+    using namespace Orvane_Fields;
+    if (order.value(Security::symbol).toString() != wish.symbol ||
+        order.value(UserAccount::securityExchange).toString() != wish.exchange || other.isBuy() == wish.isBuy())
         return false;
     const double price = order.value(Orvane_Fields::Security::price).toDouble();
     return wish.isBuy() ? wish.price > price - tolerance : wish.price < price + tolerance;

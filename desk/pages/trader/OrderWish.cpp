@@ -5,6 +5,12 @@
 #include "MasterValues.h"
 #include "OrvaneFields.h"
 
+bool OrderWish::operator==(const OrderWish &other) const
+{
+    return accounts == other.accounts && symbol == other.symbol && exchange == other.exchange &&
+           sideUnion == other.sideUnion && price == other.price && quantity == other.quantity;
+}
+
 bool OrderWish::isBuy() const
 {
     return Master_Values::SideUnion::buyItemList.contains(sideUnion);

@@ -23,6 +23,7 @@ struct OrderWish {
     double price = 0;
     qint64 quantity = 0; ///< shares or bonds
 
+    bool operator==(const OrderWish &other) const;
     bool isBuy() const;
     QString check(int checks) const; ///< why not, empty: all pass
     VariantRecord record() const;    ///< an order row of the facade

@@ -1,5 +1,7 @@
 #include "ResultsView.h"
 
+#include "HostNews.h"
+#include "HostSession.h"
 #include "OrderResults.h"
 #include "OrderSender.h"
 #include "OrvaneFields.h"
@@ -40,6 +42,20 @@ ResultsView::ResultsView(QWidget *parent)
     auto *table = new RecordTable(QStringLiteral("trade.results"), m_model);
     table->setDefaultSort(QStringLiteral("time"), Qt::DescendingOrder);
     layout->addWidget(table);
+    connect(&HostSession::current()->news(), &HostNews::dayBegan, this, &ResultsView::beginDay);
+}
+
+/// What is not known yet is asked for on the new day too.
+void ResultsView::beginDay()
+{
+    m_model->flush();
+    RecordList open;
+    const RecordList rows = m_model->records();
+    for (const VariantRecord &sent : rows) {
+        if (!OrderResults::isAccepted(sent) && !OrderResults::isRefused(sent))
+            open.append(sent);
+    }
+    m_model->setRows(open);
 }
 
 QString ResultsView::stateOf(const VariantRecord &sent)

@@ -17,6 +17,7 @@ public:
     void take(const RecordList &sent); ///< new ones, or those of which more is known
 
 private:
+    void beginDay();
     static QString stateOf(const VariantRecord &sent);
 
     RecordModel *m_model;

@@ -63,9 +63,10 @@ void SymbolBox::reload()
             keys.append(keyOf(parts.constFirst(), exchange));
         }
     }
-    if (texts == m_texts)
+    if (texts == m_texts && keys == m_keys)
         return;
     m_texts = texts;
+    m_keys = keys;
     const QString typed = lineEdit()->text() == itemText(currentIndex()) ? QString() : lineEdit()->text();
     clear();
     AddItemsList(texts, keys);

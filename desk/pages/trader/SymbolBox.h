@@ -25,9 +25,9 @@ private:
     void reload();
     void showChosen();
     void choose(int item);
-    QString chosenKey() const;
 
     TradeSelection *m_selection;
     QStringList m_texts; ///< as the library gave them
+    QStringList m_keys;  ///< theirs; an instrument may change its exchange and keep its text
     QTimer m_reload;
 };

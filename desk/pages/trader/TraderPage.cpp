@@ -160,7 +160,7 @@ void TraderPage::connectParts()
     });
     connect(m_usage, &UsageView::closeWanted, this, &TraderPage::fillClosing);
     connect(m_sender, &OrderSender::sentChanged, m_results, &ResultsView::take);
-    connect(m_sender, &OrderSender::answered, this, &TraderPage::tellResults);
+    connect(m_sender, &OrderSender::answered, this, &TraderPage::takeAnswer);
     connect(m_sender, &OrderSender::fateKnown, this, &TraderPage::tellResults);
 }
 
@@ -267,8 +267,16 @@ void TraderPage::send(OrderPanel *panel, const RecordList &rows)
         PageShell::instance()->notify(PageShell::Notice::Refusal, gate);
         return;
     }
-    m_sender->send(rows);
-    panel->beginNext();
+    panel->beginSending();
+    m_sending.insert(m_sender->send(rows), panel);
+}
+
+/// Of an order whose result is not known the fields are emptied as well: it may stand, and must not be sent again.
+void TraderPage::takeAnswer(int sending, const RecordList &sent)
+{
+    if (OrderPanel *panel = m_sending.take(sending))
+        panel->endSending(!std::all_of(sent.cbegin(), sent.cend(), OrderResults::isRefused));
+    tellResults(sent);
 }
 
 void TraderPage::fillClosing(const VariantRecord &usage)

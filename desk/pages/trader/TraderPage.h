@@ -3,6 +3,7 @@
 #include "PageShell.h"
 #include "VariantRecord.h"
 
+#include <QtCore/QHash>
 #include <QtCore/QTimer>
 #include <QtWidgets/QWidget>
 
@@ -45,6 +46,7 @@ private:
     void beginOrder(OrderPanel *panel);
     void confirm(OrderPanel *panel, const OrderPlan &plan);
     void send(OrderPanel *panel, const RecordList &rows);
+    void takeAnswer(int sending, const RecordList &sent);
     void fillClosing(const VariantRecord &usage);
     void tellResults(const RecordList &sent);
 
@@ -60,5 +62,6 @@ private:
     UsageView *m_usage;
     OrdersView *m_orders;
     ResultsView *m_results;
-    QTimer m_recheck; ///< quotas change with every fill
+    QHash<int, OrderPanel *> m_sending; ///< by the sender's number: whose answer is awaited
+    QTimer m_recheck;                   ///< quotas change with every fill
 };

@@ -213,6 +213,7 @@ void UsageView::takeLimits()
         *figures = UsageFigures::of(m_usage.value(figures.key()));
     m_model->refreshCells();
     showTotals();
+    emit usageChanged();
 }
 
 void UsageView::focusInstrument()

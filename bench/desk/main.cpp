@@ -27,7 +27,8 @@ int complain(const QString &text)
 
 QString loadPlugins()
 {
-    for (const QString &folder : DeskOptions().pluginDirs) {
+    const QStringList folders = DeskOptions().allPluginDirs();
+    for (const QString &folder : folders) {
         const QList<PluginLoader::Plugin> plugins = PluginLoader().loadFolder(folder);
         for (const PluginLoader::Plugin &plugin : plugins) {
             if (!plugin.errorText.isEmpty())
@@ -98,6 +99,8 @@ int run(int seconds, bool judged)
     if (!errorText.isEmpty())
         return complain(errorText);
     window.build();
+    if (window.pageIds().isEmpty())
+        return complain(QStringLiteral("there are no pages"));
     window.resize(1600, 1000);
     window.show();
     QTimer::singleShot(0, &window, [&] {

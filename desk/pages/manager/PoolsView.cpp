@@ -96,7 +96,8 @@ PoolsView::PoolsView(QWidget *parent)
     layout->addWidget(m_table, 1);
     layout->addLayout(buttons);
 
-    m_table->setDefaultSort(QStringLiteral("account"), Qt::AscendingOrder);
+    m_table->setDefaultSort(QStringLiteral("account"), Qt::AscendingOrder,
+                            {QStringLiteral("symbol"), QStringLiteral("exchange"), QStringLiteral("trader")});
     follow();
     showRows();
 }

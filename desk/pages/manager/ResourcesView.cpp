@@ -132,7 +132,8 @@ ResourcesView::ResourcesView(QWidget *parent)
     layout->addWidget(m_table, 1);
     layout->addLayout(buttons);
 
-    m_table->setDefaultSort(QStringLiteral("account"), Qt::AscendingOrder);
+    m_table->setDefaultSort(QStringLiteral("account"), Qt::AscendingOrder,
+                            {QStringLiteral("symbol"), QStringLiteral("exchange")});
     follow();
     showRows();
 }

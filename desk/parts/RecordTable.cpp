@@ -65,6 +65,8 @@ public:
         invalidateFilter();
     }
 
+    void setThenBy(const QVector<int> &columns) { m_thenBy = columns; }
+
 protected:
     bool filterAcceptsRow(int row, const QModelIndex &) const override
     {
@@ -87,12 +89,26 @@ protected:
         const QVariant b = right.data(RecordModel::ValueRole);
         if (a.isValid() != b.isValid())
             return a.isValid() == (sortOrder() == Qt::AscendingOrder);
+        if (a != b)
+            return isLess(a, b);
+        for (const int column : m_thenBy) {
+            const QVariant first = left.siblingAtColumn(column).data(RecordModel::ValueRole);
+            const QVariant second = right.siblingAtColumn(column).data(RecordModel::ValueRole);
+            if (first != second)
+                return isLess(first, second);
+        }
+        return false;
+    }
+
+private:
+    static bool isLess(const QVariant &a, const QVariant &b)
+    {
         if (a.userType() == QMetaType::Double)
             return a.toDouble() < b.toDouble();
         return QString::compare(a.toString(), b.toString()) < 0;
     }
 
-private:
+    QVector<int> m_thenBy;
     RecordModel *m_model;
     std::function<bool(const VariantRecord &)> m_passes;
     QString m_text;
@@ -365,13 +381,22 @@ void RecordTable::restoreLayout()
     m_isRestoring = false;
 }
 
-void RecordTable::setDefaultSort(const QString &columnId, Qt::SortOrder order)
+int RecordTable::columnOf(const QString &columnId) const
 {
     const Columns &columns = m_model->columns();
     const auto found =
         std::find_if(columns.cbegin(), columns.cend(), [&](const Column &column) { return column.id == columnId; });
-    m_defaultSort = found == columns.cend() ? -1 : int(found - columns.cbegin());
+    return found == columns.cend() ? -1 : int(found - columns.cbegin());
+}
+
+void RecordTable::setDefaultSort(const QString &columnId, Qt::SortOrder order, const QStringList &thenBy)
+{
+    m_defaultSort = columnOf(columnId);
     m_defaultOrder = order;
+    QVector<int> columns;
+    for (const QString &id : thenBy)
+        columns.append(columnOf(id));
+    m_proxy->setThenBy(columns);
     if (!Layout::kept(layoutName()).isEmpty())
         return;
     m_isRestoring = true; // what the user has not chosen is not kept

@@ -35,8 +35,8 @@ public:
     /// must be. Why it was not written, empty when it was.
     QString exportTo(const QString &fileName) const;
 
-    /// How it is sorted until the user chooses otherwise.
-    void setDefaultSort(const QString &columnId, Qt::SortOrder order);
+    /// How it is sorted until the user chooses otherwise. thenBy: columns that order equal rows, however it is sorted.
+    void setDefaultSort(const QString &columnId, Qt::SortOrder order, const QStringList &thenBy = {});
     void resetLayout();
 
 signals:
@@ -53,6 +53,7 @@ private:
     void saveLayout() const;
     void setDefaultWidths();
     void takeFont();
+    int columnOf(const QString &columnId) const; ///< -1: none
     void sortByDefault();
     void openSearch();
     void askForExport();

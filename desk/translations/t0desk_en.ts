@@ -1337,6 +1337,14 @@
         <source>T0产品：%1</source>
         <translation>T0 products: %1</translation>
     </message>
+    <message>
+        <source>没有读到启用T0的产品，刷新后才能修改</source>
+        <translation>The products that trade T0 could not be read; refresh before you change them</translation>
+    </message>
+    <message>
+        <source>正在读取启用T0的产品</source>
+        <translation>The products that trade T0 are being read</translation>
+    </message>
 </context>
 <context>
     <name>ProfitColumns</name>

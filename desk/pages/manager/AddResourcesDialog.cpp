@@ -7,6 +7,7 @@
 #include "ManualT0Logic.h"
 #include "PageShell.h"
 #include "SheetText.h"
+#include "TypingDelegate.h"
 #include "VantaKeys.h"
 #include "ViewParts.h"
 
@@ -166,6 +167,7 @@ void AddResourcesDialog::buildTable()
 {
     m_table->setObjectName(partName("rows"));
     m_table->setModel(m_model);
+    m_table->setItemDelegate(new TypingDelegate(m_table));
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_table->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
                              QAbstractItemView::AnyKeyPressed);

@@ -25,8 +25,7 @@ constexpr int takeServerEveryMs = 100;
 
 bool isLoaded(int family)
 {
-    const MasterInitStateMgr::InitState state = ManualT0Logic::GetInitStateByType(family);
-    return state == MasterInitStateMgr::Inited || state == MasterInitStateMgr::InitFailed;
+    return ManualT0Logic::GetInitStateByType(family) == MasterInitStateMgr::Inited;
 }
 
 QString quantityText(const std::optional<qint64> &quantity)
@@ -141,7 +140,7 @@ void AllocationEditor::startTyping()
 
 void AllocationEditor::takeServer()
 {
-    // While a family is loaded anew it is empty, or filled in part.
+    // While a family is loaded anew, and when that failed, it is empty or filled in part.
     if (!isLoaded(ManualT0Logic::Resources) || !isLoaded(ManualT0Logic::SecurityPools))
         return;
     for (auto waiting = m_waiting.begin(); waiting != m_waiting.end();)
@@ -208,6 +207,7 @@ void AllocationEditor::revertChosen()
 
 void AllocationEditor::apply()
 {
+    m_table->closeCell(); // a key asks for this while a cell is open
     if (m_run || !whyNotToSend().isEmpty())
         return;
     m_run = new AllocationRun(

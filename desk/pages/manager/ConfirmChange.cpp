@@ -7,14 +7,15 @@
 #include <QtWidgets/QVBoxLayout>
 
 void ConfirmChange::ask(QWidget *parent, const QString &name, const QString &question, const QStringList &details,
-                        std::function<void()> confirmed)
+                        Enter enter, std::function<void()> confirmed)
 {
-    auto *dialog = new ConfirmChange(parent, name, question, details);
+    auto *dialog = new ConfirmChange(parent, name, question, details, enter);
     connect(dialog, &QDialog::accepted, parent, std::move(confirmed));
     dialog->open();
 }
 
-ConfirmChange::ConfirmChange(QWidget *parent, const QString &name, const QString &question, const QStringList &details)
+ConfirmChange::ConfirmChange(QWidget *parent, const QString &name, const QString &question, const QStringList &details,
+                             Enter enter)
     : QDialog(parent)
 {
     setObjectName(name);
@@ -36,13 +37,14 @@ ConfirmChange::ConfirmChange(QWidget *parent, const QString &name, const QString
     QPushButton *ok = buttons->button(QDialogButtonBox::Ok);
     ok->setText(tr("确定"));
     ok->setObjectName(name + QStringLiteral(".ok"));
-    ok->setDefault(true);
-    ok->setFocus();
     QPushButton *cancel = buttons->button(QDialogButtonBox::Cancel);
     cancel->setText(tr("取消"));
     cancel->setObjectName(name + QStringLiteral(".cancel"));
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     layout->addWidget(buttons);
+    QPushButton *first = enter == Enter::Confirms ? ok : cancel;
+    first->setDefault(true);
+    first->setFocus();
     resize(460, details.isEmpty() ? 120 : 320);
 }

@@ -45,7 +45,10 @@ void ImportModel::tickAll(bool ticked)
 void ImportModel::setHeld(const std::function<double(const ResourceRow &row)> &held)
 {
     for (int row = 0; row < m_items.size(); ++row) {
-        m_items[row].held = held(m_items.at(row).row);
+        const double now = held(m_items.at(row).row);
+        if (now == m_items.at(row).held)
+            continue;
+        m_items[row].held = now;
         changeRow(row);
     }
 }

@@ -2,7 +2,6 @@
 
 #include "ManualT0Logic.h"
 #include "MasterBusinessDataInterface.h"
-#include "MasterFields.h"
 #include "MasterValues.h"
 #include "OrvaneFields.h"
 #include "StandFields.h"
@@ -21,24 +20,7 @@ QString joined(const QString &first, const QString &second)
     return second.isEmpty() || first == second ? first : first + QLatin1Char(' ') + second;
 }
 
-QString orderKey(const VariantRecord &row)
-{
-    return QStringList{row.value(Orvane_Fields::UserAccount::tradingAccount).toString(),
-                       row.value(Orvane_Fields::Security::symbol).toString(),
-                       row.value(Orvane_Fields::UserAccount::securityExchange).toString(),
-                       row.value(Master_Fields::ManualT0::T0TraderId).toString()}
-        .join(QChar(u'\0'));
-}
-
 } // namespace
-
-void ManagerTexts::sort(RecordList &rows)
-{
-    QMultiMap<QString, VariantRecord> ordered; // every key is made once
-    for (const VariantRecord &row : qAsConst(rows))
-        ordered.insert(orderKey(row), row);
-    rows = ordered.values();
-}
 
 QString ManagerTexts::trader(const QString &traderId)
 {

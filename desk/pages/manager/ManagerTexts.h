@@ -13,6 +13,4 @@ QString security(const VariantRecord &row);      ///< symbol and name
 QString product(const QString &productAccount);  ///< id and text
 QString assetProp(const QString &assetProperty); ///< in words
 
-void sort(RecordList &rows); ///< by account, symbol, market and trader
-
 } // namespace ManagerTexts

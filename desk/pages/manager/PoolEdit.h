@@ -6,6 +6,7 @@
 
 #include <array>
 #include <optional>
+#include <tuple>
 
 /// What a manager has typed into the pools of one resource, held against what the server has: one row a trader, the
 /// public pool being that of publicTrader. What was not typed follows the server. Quantities are display units, a
@@ -32,6 +33,12 @@ public:
         State state = State::Same;
         bool isOvertaken = false; ///< the server's value has changed since another one was typed
         bool isOffUnit = false;   ///< a number is no multiple of the security's unit
+
+        bool operator==(const Row &other) const
+        {
+            return std::tie(trader, shown, server, state, isOvertaken, isOffUnit) ==
+                   std::tie(other.trader, other.shown, other.server, other.state, other.isOvertaken, other.isOffUnit);
+        }
     };
 
     /// A pool of the server that is another one than was shown.

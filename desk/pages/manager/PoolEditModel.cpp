@@ -71,9 +71,12 @@ void PoolEditModel::setEdit(const PoolEdit &edit)
         m_rows.insert(row, rows.at(row));
         endInsertRows();
     }
-    m_rows = rows;
-    if (!m_rows.isEmpty())
-        emit dataChanged(index(0, 0), index(m_rows.size() - 1, ColumnCount - 1));
+    for (int row = 0; row < rows.size(); ++row) {
+        if (m_rows.at(row) == rows.at(row))
+            continue;
+        m_rows[row] = rows.at(row);
+        emit dataChanged(index(row, 0), index(row, ColumnCount - 1));
+    }
 }
 
 QString PoolEditModel::traderAt(int row) const

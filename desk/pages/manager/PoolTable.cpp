@@ -1,6 +1,7 @@
 #include "PoolTable.h"
 
 #include "PoolEditModel.h"
+#include "TypingDelegate.h"
 #include "ViewParts.h"
 
 #include <QtGui/QKeyEvent>
@@ -14,6 +15,7 @@ PoolTable::PoolTable(const QString &name, PoolEditModel *model, QWidget *parent)
 {
     setObjectName(name);
     setModel(model);
+    setItemDelegate(new TypingDelegate(this));
     setSelectionBehavior(SelectRows);
     setEditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed);
     setTabKeyNavigation(false);
@@ -42,6 +44,17 @@ QStringList PoolTable::chosenTraders() const
 void PoolTable::choose(const QString &trader)
 {
     setCurrentIndex(m_model->index(m_model->rowOf(trader), PoolEditModel::Quantity));
+}
+
+void PoolTable::closeCell()
+{
+    if (state() != EditingState)
+        return;
+    QWidget *editor = indexWidget(currentIndex());
+    if (!editor)
+        return;
+    commitData(editor);
+    closeEditor(editor, QAbstractItemDelegate::NoHint);
 }
 
 void PoolTable::keyPressEvent(QKeyEvent *event)

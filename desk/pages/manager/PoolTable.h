@@ -15,6 +15,7 @@ public:
 
     QStringList chosenTraders() const;
     void choose(const QString &trader);
+    void closeCell(); ///< takes what is typed in an open one
 
 signals:
     void removalAsked();

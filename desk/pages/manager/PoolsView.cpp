@@ -96,6 +96,8 @@ PoolsView::PoolsView(QWidget *parent)
     layout->addWidget(m_table, 1);
     layout->addLayout(buttons);
 
+    m_table->setDefaultSort(QStringLiteral("account"), Qt::AscendingOrder,
+                            {QStringLiteral("symbol"), QStringLiteral("exchange"), QStringLiteral("trader")});
     follow();
     showRows();
 }
@@ -122,11 +124,10 @@ void PoolsView::follow()
 void PoolsView::showRows()
 {
     const bool merged = m_merged->isChecked();
-    RecordList pools = m_filter->isAll() && !merged
-                           ? ManualT0Logic::GetAllSecurityPoolList()
-                           : ManualT0Logic::GetSecurityPoolDetail(m_filter->products(), m_filter->assetProps(),
-                                                                  m_filter->traders(), {}, {}, merged);
-    ManagerTexts::sort(pools);
+    const RecordList pools = m_filter->isAll() && !merged
+                                 ? ManualT0Logic::GetAllSecurityPoolList()
+                                 : ManualT0Logic::GetSecurityPoolDetail(m_filter->products(), m_filter->assetProps(),
+                                                                        m_filter->traders(), {}, {}, merged);
     m_model->setRows(pools);
     showState();
 }
@@ -150,7 +151,7 @@ void PoolsView::askToDelete()
         lines.append(inWords(pool));
     }
     ConfirmChange::ask(this, QStringLiteral("manage.pools.confirm"), tr("删除 %1 个券池？").arg(ids.size()), lines,
-                       [this, ids] { sendDeleted(ids); });
+                       ConfirmChange::Enter::Cancels, [this, ids] { sendDeleted(ids); });
 }
 
 void PoolsView::sendDeleted(const QStringList &ids)

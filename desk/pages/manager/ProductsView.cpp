@@ -52,6 +52,11 @@ QStringList accountTexts(const QSet<QString> &accounts)
     return texts;
 }
 
+bool isLoaded()
+{
+    return ManualT0Logic::GetInitStateByType(ManualT0Logic::Products) == MasterInitStateMgr::Inited;
+}
+
 } // namespace
 
 ProductsView::ProductsView(QWidget *parent)
@@ -60,6 +65,7 @@ ProductsView::ProductsView(QWidget *parent)
     , m_apply(ViewParts::button(QStringLiteral("manage.products.apply"), tr("应用(&Y)…")))
     , m_revert(ViewParts::button(QStringLiteral("manage.products.revert"), tr("还原")))
     , m_status(ViewParts::label(QStringLiteral("manage.products.status")))
+    , m_notice(ViewParts::label(QStringLiteral("manage.products.notice")))
 {
     setFocusProxy(m_tree);
     m_tree->setObjectName(QStringLiteral("manage.products"));
@@ -73,6 +79,7 @@ ProductsView::ProductsView(QWidget *parent)
     buttons->addWidget(m_revert);
     buttons->addWidget(m_status, 1);
     auto *layout = new QVBoxLayout(this);
+    layout->addWidget(m_notice);
     layout->addWidget(m_tree, 1);
     layout->addLayout(buttons);
 
@@ -107,8 +114,13 @@ void ProductsView::addProduct(const QString &product, const QStringList &propert
     parent->setExpanded(true);
 }
 
+/// While the products are loaded anew the library has none, and what would be sent is the whole state.
 void ProductsView::takeState()
 {
+    if (!isLoaded()) {
+        showChanges();
+        return;
+    }
     m_enabled = ManualT0Logic::GetAllT0ProductAccount();
     for (auto tick = m_ticked.begin(); tick != m_ticked.end();)
         tick = isEnabledNow(tick.key()) == *tick ? m_ticked.erase(tick) : tick + 1;
@@ -149,11 +161,27 @@ void ProductsView::showChanges()
         (*item)->setText(Change, m_ticked.contains(item.key()) ? change : QString());
     }
     m_tree->viewport()->update();
-    const QString gate = ViewParts::gate();
-    m_tree->setEnabled(!m_isSending);
-    m_apply->setEnabled(!m_isSending && gate.isEmpty() && !m_ticked.isEmpty());
-    m_apply->setToolTip(gate);
-    m_revert->setEnabled(!m_isSending && !m_ticked.isEmpty());
+    const bool mayTick = !m_isSending && isLoaded();
+    const QString why = whyNotToSend();
+    m_tree->setEnabled(mayTick);
+    m_apply->setEnabled(!m_isSending && why.isEmpty() && !m_ticked.isEmpty());
+    m_apply->setToolTip(why);
+    const bool hasFailed = ManualT0Logic::GetInitStateByType(ManualT0Logic::Products) == MasterInitStateMgr::InitFailed;
+    m_notice->setText(hasFailed ? why : QString());
+    m_notice->setVisible(hasFailed);
+    m_revert->setEnabled(mayTick && !m_ticked.isEmpty());
+}
+
+QString ProductsView::whyNotToSend() const
+{
+    switch (ManualT0Logic::GetInitStateByType(ManualT0Logic::Products)) {
+    case MasterInitStateMgr::Inited:
+        return ViewParts::gate();
+    case MasterInitStateMgr::InitFailed:
+        return tr("没有读到启用T0的产品，刷新后才能修改");
+    default:
+        return tr("正在读取启用T0的产品");
+    }
 }
 
 void ProductsView::revert()
@@ -198,8 +226,12 @@ QStringList ProductsView::changesInWords() const
 
 void ProductsView::askToApply()
 {
+    if (!isLoaded()) {
+        showChanges();
+        return;
+    }
     ConfirmChange::ask(this, QStringLiteral("manage.products.confirm"), tr("修改启用T0的产品，并重新读取资源和券池？"),
-                       changesInWords(), [this] { apply(); });
+                       changesInWords(), ConfirmChange::Enter::Confirms, [this] { apply(); });
 }
 
 void ProductsView::apply()

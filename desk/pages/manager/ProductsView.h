@@ -31,11 +31,12 @@ private:
     void apply();
     void takeOutcome(const ChangeOutcome &outcome);
     bool isEnabledNow(const Property &property) const;
+    QString whyNotToSend() const; ///< empty when it may be
     bool isWanted(const Property &property) const;
     QMap<QString, QStringList> wantedState() const;
     QStringList changesInWords() const;
 
-    QMap<QString, QStringList> m_enabled; ///< the library's
+    QMap<QString, QStringList> m_enabled; ///< the library's, as of the last load that succeeded
     QMap<Property, bool> m_ticked;        ///< by the user, other than the library's
     QMap<Property, QTreeWidgetItem *> m_items;
     bool m_isSending = false;
@@ -44,4 +45,5 @@ private:
     QPushButton *m_apply;
     QPushButton *m_revert;
     QLabel *m_status;
+    QLabel *m_notice; ///< that there is nothing to change
 };

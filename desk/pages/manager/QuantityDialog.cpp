@@ -15,7 +15,7 @@ QuantityDialog::QuantityDialog(QWidget *parent)
     setWindowTitle(tr("数量"));
 }
 
-void QuantityDialog::ask(QWidget *parent, const QString &name, const QString &text, qint64 quantity,
+void QuantityDialog::ask(QWidget *parent, const QString &name, const QString &text, qint64 quantity, qint64 unit,
                          const std::function<void(qint64 quantity)> &entered)
 {
     auto *dialog = new QuantityDialog(parent);
@@ -25,8 +25,8 @@ void QuantityDialog::ask(QWidget *parent, const QString &name, const QString &te
     value->setDecimals(0);
     value->setGroupSeparatorShown(true);
     value->setMaximum(ManualT0Logic::MaxResourceQty);
-    value->SetUpStep(100);
-    value->SetDownStep(100);
+    value->SetUpStep(double(unit));
+    value->SetDownStep(double(unit));
     value->setValue(double(quantity));
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     QPushButton *ok = buttons->button(QDialogButtonBox::Ok);

@@ -11,8 +11,8 @@ class QuantityDialog : public QDialog
 
 public:
     /// Opens at once and returns at once. name: fixed English object name; the input is name.value, the buttons are
-    /// name.ok and name.cancel.
-    static void ask(QWidget *parent, const QString &name, const QString &text, qint64 quantity,
+    /// name.ok and name.cancel. unit: the step of its arrows.
+    static void ask(QWidget *parent, const QString &name, const QString &text, qint64 quantity, qint64 unit,
                     const std::function<void(qint64 quantity)> &entered);
 
 private:

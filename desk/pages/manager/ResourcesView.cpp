@@ -8,6 +8,7 @@
 #include "Format.h"
 #include "ManagerTexts.h"
 #include "ManualT0Logic.h"
+#include "MasterBusinessDataInterface.h"
 #include "MasterFields.h"
 #include "MasterMsgType.h"
 #include "OrvaneFields.h"
@@ -131,6 +132,8 @@ ResourcesView::ResourcesView(QWidget *parent)
     layout->addWidget(m_table, 1);
     layout->addLayout(buttons);
 
+    m_table->setDefaultSort(QStringLiteral("account"), Qt::AscendingOrder,
+                            {QStringLiteral("symbol"), QStringLiteral("exchange")});
     follow();
     showRows();
 }
@@ -160,11 +163,10 @@ void ResourcesView::follow()
 
 void ResourcesView::showRows()
 {
-    RecordList resources = m_filter->isAll()
-                               ? ManualT0Logic::GetAllResourceList()
-                               : ManualT0Logic::GetResourceByProductAccount(m_filter->products(), m_filter->assetProp(),
-                                                                            {}, {}, m_filter->traders());
-    ManagerTexts::sort(resources);
+    const RecordList resources =
+        m_filter->isAll() ? ManualT0Logic::GetAllResourceList()
+                          : ManualT0Logic::GetResourceByProductAccount(m_filter->products(), m_filter->assetProp(), {},
+                                                                       {}, m_filter->traders());
     m_model->setRows(resources);
     showState();
 }
@@ -188,9 +190,11 @@ void ResourcesView::add()
 void ResourcesView::alter()
 {
     const VariantRecord resource = m_table->chosenRecords().value(0);
+    const int unit =
+        MasterBusinessDataInterface::GetQtyStepBySymbol(resource.value(Orvane_Fields::Security::symbol).toString());
     const QString used = tr("%1，已分配 %2").arg(inWords(resource), Format::quantity(allocated(resource)));
     QuantityDialog::ask(this, QStringLiteral("manage.resources.quantity"), used,
-                        qint64(resource.value(ResourceQty).toDouble()), [this, resource](qint64 quantity) {
+                        qint64(resource.value(ResourceQty).toDouble()), unit, [this, resource](qint64 quantity) {
                             VariantRecord altered = resource;
                             altered.insert(ResourceQty, quantity);
                             sendAltered(altered);
@@ -217,7 +221,7 @@ void ResourcesView::askToDelete()
     const RecordList resources = m_table->chosenRecords();
     ConfirmChange::ask(this, QStringLiteral("manage.resources.confirm"),
                        tr("删除 %1 个资源和它们的券池？").arg(resources.size()), deletedInWords(resources),
-                       [this, resources] { sendDeleted(resources); });
+                       ConfirmChange::Enter::Cancels, [this, resources] { sendDeleted(resources); });
 }
 
 void ResourcesView::sendDeleted(const RecordList &resources)

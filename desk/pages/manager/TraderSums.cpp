@@ -38,7 +38,7 @@ void addOrders(Sums &sums, const QStringList &accounts)
 {
     const RecordList orders = ManualT0Logic::GetCancelableOrderList(accounts, {}, {}, {}, {}, true);
     for (const VariantRecord &order : orders)
-        ++sums[order.value(Orvane_Fields::UserAccount::userID).toString()].liveOrders;
+        ++sums[order.value(Orvane_Fields::UserAccount::loginUserId).toString()].liveOrders;
 }
 
 } // namespace
@@ -50,13 +50,7 @@ void TraderSums::add(const TraderSums &other)
     boughtQty += other.boughtQty;
     soldQty += other.soldQty;
     liveOrders += other.liveOrders;
-    usage.floatProfit += other.usage.floatProfit;
-    usage.realizeProfit += other.usage.realizeProfit;
-    usage.totalProfit += other.usage.totalProfit;
-    usage.exposure += other.usage.exposure;
-    usage.limit += other.usage.limit;
-    usage.rows += other.usage.rows;
-    usage.withoutPrice += other.usage.withoutPrice;
+    usage += other.usage;
 }
 
 QMap<QString, TraderSums> TraderSums::all()

@@ -23,6 +23,7 @@ constexpr int showEveryMs = 1000; ///< sums over everything: more often would be
 const char *const poolCount = "poolCount";
 const char *const exposure = "exposure";
 const char *const limit = "limit";
+const char *const limitedExposure = "limitedExposure";
 const char *const withoutPrice = "withoutPrice";
 const char *const liveOrders = "liveOrders";
 
@@ -34,7 +35,7 @@ Column computed(const char *id, const QString &title, CellKind kind)
 QVariant exposureShare(const VariantRecord &row)
 {
     const double most = row.value(QLatin1String(limit)).toDouble();
-    return most > 0 ? QVariant(row.value(QLatin1String(exposure)).toDouble() / most) : QVariant();
+    return most > 0 ? QVariant(row.value(QLatin1String(limitedExposure)).toDouble() / most) : QVariant();
 }
 
 Column profit(const QString &id, const QString &title, const QString &field)
@@ -68,6 +69,7 @@ VariantRecord rowOf(const TraderSums &sums)
             {RtRealSoldQty, sums.soldQty},
             {QLatin1String(exposure), sums.usage.exposure},
             {QLatin1String(limit), sums.usage.limit > 0 ? QVariant(sums.usage.limit) : QVariant()},
+            {QLatin1String(limitedExposure), sums.usage.limitedExposure},
             {FloatProfit, sums.usage.floatProfit},
             {RealizeProfit, sums.usage.realizeProfit},
             {TotalProfit, sums.usage.totalProfit},
@@ -87,6 +89,7 @@ TradersView::TradersView(QWidget *parent)
           showEveryMs, [this] { sum(); }, this))
 {
     setFocusProxy(m_table);
+    m_table->setDefaultSort(SharedColumns::trader().id, Qt::AscendingOrder);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_table, 1);
     layout->addWidget(m_sums);

@@ -90,6 +90,19 @@ void UsageTotals::add(const UsageFigures &figures)
     limitedExposure += *figures.exposure;
 }
 
+UsageTotals &UsageTotals::operator+=(const UsageTotals &other)
+{
+    floatProfit += other.floatProfit;
+    realizeProfit += other.realizeProfit;
+    totalProfit += other.totalProfit;
+    exposure += other.exposure;
+    limit += other.limit;
+    limitedExposure += other.limitedExposure;
+    rows += other.rows;
+    withoutPrice += other.withoutPrice;
+    return *this;
+}
+
 Column SharedColumns::account()
 {
     return {QStringLiteral("account"), title(QT_TRANSLATE_NOOP("SharedColumns", "资金账号")), CellKind::Code,

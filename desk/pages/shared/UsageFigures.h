@@ -36,6 +36,7 @@ struct UsageTotals {
     int withoutPrice = 0;
 
     void add(const UsageFigures &figures);
+    UsageTotals &operator+=(const UsageTotals &other);
 };
 
 /// Columns that many tables of the pages show.

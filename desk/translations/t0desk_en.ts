@@ -515,6 +515,73 @@
     </message>
 </context>
 <context>
+    <name>DetailsDialog</name>
+    <message>
+        <source>明细：%1 %2 %3</source>
+        <translation>Details: %1 %2 %3</translation>
+    </message>
+    <message>
+        <source>项目</source>
+        <translation>Item</translation>
+    </message>
+    <message>
+        <source>值</source>
+        <translation>Value</translation>
+    </message>
+    <message>
+        <source>是</source>
+        <translation>yes</translation>
+    </message>
+    <message>
+        <source>否</source>
+        <translation>no</translation>
+    </message>
+    <message>
+        <source>产品</source>
+        <translation>Product</translation>
+    </message>
+    <message>
+        <source>已启用属性</source>
+        <translation>Enabled properties</translation>
+    </message>
+    <message>
+        <source>本账户属性已启用</source>
+        <translation>This account enabled</translation>
+    </message>
+    <message>
+        <source>同属性的账户</source>
+        <translation>Accounts alike</translation>
+    </message>
+    <message>
+        <source>产品还可设为资源</source>
+        <translation>Still to be set aside</translation>
+    </message>
+    <message>
+        <source>账户已勾选交易</source>
+        <translation>Account ticked for trading</translation>
+    </message>
+    <message>
+        <source>本人可交易该证券</source>
+        <translation>Tradable for me</translation>
+    </message>
+    <message>
+        <source>用量</source>
+        <translation>Usage</translation>
+    </message>
+    <message>
+        <source>券池 %1</source>
+        <translation>Pool %1</translation>
+    </message>
+    <message>
+        <source>资源 %1</source>
+        <translation>Resource %1</translation>
+    </message>
+    <message>
+        <source>明细</source>
+        <translation>Details</translation>
+    </message>
+</context>
+<context>
     <name>ExposureChart</name>
     <message>
         <source>敞口与限额（竖线为限额，浅色不受限）</source>
@@ -2006,6 +2073,10 @@
         <source>代码、名称或首字母</source>
         <translation>Code, name or initials</translation>
     </message>
+    <message>
+        <source>没有可交易的证券“%1”</source>
+        <translation>Nothing to trade is called &quot;%1&quot;</translation>
+    </message>
 </context>
 <context>
     <name>SymbolSettingsDialog</name>
@@ -2225,6 +2296,10 @@
         <source>；</source>
         <translation>; </translation>
     </message>
+    <message>
+        <source>未发送</source>
+        <translation>Not sent</translation>
+    </message>
 </context>
 <context>
     <name>TradersView</name>
@@ -2354,6 +2429,10 @@
     <message>
         <source>&#x3000;（%1 行无价，未计入）</source>
         <translation>   (rows without price, not counted: %1)</translation>
+    </message>
+    <message>
+        <source>该行没有敞口，不需平仓</source>
+        <translation>Nothing is open in this row</translation>
     </message>
 </context>
 </TS>

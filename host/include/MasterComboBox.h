@@ -30,6 +30,9 @@ public:
 
     void applySkin() override;
 
+signals:
+    void nothingFits(const QString &typed); ///< Enter after a search that found nothing; the choice stays
+
 protected:
     void changeEvent(QEvent *event) override;
     bool focusNextPrevChild(bool next) override;

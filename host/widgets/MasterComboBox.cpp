@@ -144,11 +144,15 @@ void MasterComboBox::openWholeList()
 
 void MasterComboBox::take(int item)
 {
+    const QString typed = lineEdit()->text();
     if (item >= 0)
         setCurrentIndex(item);
     closeSearch();
-    if (item < 0)
+    if (item < 0) {
+        if (!typed.isEmpty())
+            emit nothingFits(typed);
         return;
+    }
     emit activated(item);
     emit textActivated(itemText(item));
 }

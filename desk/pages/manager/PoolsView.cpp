@@ -11,6 +11,7 @@
 #include "MasterMsgType.h"
 #include "OrvaneFields.h"
 #include "PageShell.h"
+#include "RecordDetails.h"
 #include "RecordTable.h"
 #include "UsageFigures.h"
 #include "VantaKeys.h"
@@ -96,6 +97,7 @@ PoolsView::PoolsView(QWidget *parent)
     layout->addWidget(m_table, 1);
     layout->addLayout(buttons);
 
+    RecordDetails::offer(m_table, QStringLiteral("manage.pools.details"));
     m_table->setDefaultSort(QStringLiteral("account"), Qt::AscendingOrder,
                             {QStringLiteral("symbol"), QStringLiteral("exchange"), QStringLiteral("trader")});
     follow();

@@ -14,6 +14,7 @@
 #include "OrvaneFields.h"
 #include "PageShell.h"
 #include "QuantityDialog.h"
+#include "RecordDetails.h"
 #include "RecordTable.h"
 #include "UsageFigures.h"
 #include "VantaKeys.h"
@@ -132,6 +133,7 @@ ResourcesView::ResourcesView(QWidget *parent)
     layout->addWidget(m_table, 1);
     layout->addLayout(buttons);
 
+    RecordDetails::offer(m_table, QStringLiteral("manage.resources.details"));
     m_table->setDefaultSort(QStringLiteral("account"), Qt::AscendingOrder,
                             {QStringLiteral("symbol"), QStringLiteral("exchange")});
     follow();

@@ -3,6 +3,7 @@
 #include "EventBus.h"
 #include "ManualT0Logic.h"
 #include "MasterConstants.h"
+#include "PageShell.h"
 #include "TradeSelection.h"
 #include "VantaKeys.h"
 
@@ -45,6 +46,9 @@ SymbolBox::SymbolBox(TradeSelection *selection, QWidget *parent)
     EventBus::listen(ManualT0CurTradeAccountChanged, this, std::bind(reloadSoon));
     connect(selection, &TradeSelection::instrumentChanged, this, &SymbolBox::showChosen);
     connect(this, QOverload<int>::of(&QComboBox::activated), this, &SymbolBox::choose);
+    connect(this, &MasterComboBox::nothingFits, this, [](const QString &typed) {
+        PageShell::instance()->notify(PageShell::Notice::Refusal, tr("没有可交易的证券“%1”").arg(typed));
+    });
     reload();
 }
 

@@ -257,6 +257,9 @@ void TraderPage::confirm(OrderPanel *panel, const OrderPlan &plan)
 {
     auto *dialog = new ConfirmDialog(panel->wish(), plan, this);
     connect(dialog, &QDialog::accepted, this, [this, panel, rows = plan.rows] { send(panel, rows); });
+    // Enter on a warning goes back, which must not look like sending.
+    connect(dialog, &QDialog::rejected, this,
+            [] { PageShell::instance()->notify(PageShell::Notice::Info, tr("未发送")); });
     dialog->open();
 }
 

@@ -9,6 +9,8 @@
 #include "MasterValues.h"
 #include "OrvaneFields.h"
 #include "OwnOrders.h"
+#include "PageShell.h"
+#include "RecordDetails.h"
 #include "RecordTable.h"
 #include "StandFields.h"
 #include "TradeColumns.h"
@@ -55,6 +57,7 @@ UsageView::UsageView(TradeSelection *selection, QWidget *parent)
     , m_totals(new QLabel)
 {
     m_table->setDefaultSort(QStringLiteral("symbol"), Qt::AscendingOrder);
+    RecordDetails::offer(m_table, QStringLiteral("trade.details"));
     m_openOnly->setObjectName(QStringLiteral("trade.usage.open"));
     m_openOnly->setToolTip(tr("回车或双击一行填入平仓委托，不会自动发送"));
     m_totals->setObjectName(QStringLiteral("trade.usage.totals"));
@@ -72,6 +75,8 @@ UsageView::UsageView(TradeSelection *selection, QWidget *parent)
     connect(m_table, &RecordTable::activatedRecord, this, [this](const VariantRecord &usage) {
         if (isOpen(usage))
             emit closeWanted(usage);
+        else
+            PageShell::instance()->notify(PageShell::Notice::Info, tr("该行没有敞口，不需平仓"));
     });
     follow();
     reload();

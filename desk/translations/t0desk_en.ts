@@ -1096,6 +1096,10 @@
         <source>没有可下单的数量</source>
         <translation>There is no quantity to order</translation>
     </message>
+    <message>
+        <source>账户 %1 成交后敞口 %2 超过上限 %3</source>
+        <translation>Account %1: %2 open once filled, the limit is %3</translation>
+    </message>
 </context>
 <context>
     <name>OrderSender</name>

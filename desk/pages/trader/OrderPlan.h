@@ -19,4 +19,7 @@ public:
     qint64 quantity() const; ///< of all rows
     double amount() const;   ///< of all rows, money
     bool isHarmless() const { return warnings.isEmpty() && rest.isEmpty(); }
+
+private:
+    QStringList aboutExposure(const OrderWish &wish) const;
 };

@@ -3,6 +3,7 @@
 #include "HCore.h"
 #include "PageShell.h"
 
+#include <QtGui/QFontMetrics>
 #include <QtWidgets/QSplitter>
 
 namespace {
@@ -30,6 +31,11 @@ void Layout::keep(const QString &name, const QByteArray &state)
 void Layout::forget(const QString &name)
 {
     keep(name, {});
+}
+
+int Layout::characterWidth(const QFontMetrics &font)
+{
+    return qMax(font.horizontalAdvance(QLatin1Char('0')), font.averageCharWidth());
 }
 
 QString Layout::pageOf(const QString &name)

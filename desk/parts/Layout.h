@@ -3,6 +3,7 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 
+class QFontMetrics;
 class QSplitter;
 class QWidget;
 
@@ -18,6 +19,9 @@ void forget(const QString &name);
 /// Sizes of a splitter are restored now and kept when they are moved, and go back to initial when the layout of its
 /// page is reset. name: "page.part", also the object name.
 void manage(QSplitter *splitter, const QString &name, const QList<int> &initial);
+
+/// What the width of a column counts in: a digit or the average character, of which either may be the wider.
+int characterWidth(const QFontMetrics &font);
 
 /// The page of "page.part".
 QString pageOf(const QString &name);

@@ -346,7 +346,7 @@ void RecordTable::contextMenuEvent(QContextMenuEvent *event)
 void RecordTable::takeFont()
 {
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
-    const int character = fontMetrics().horizontalAdvance(QLatin1Char('0'));
+    const int character = Layout::characterWidth(fontMetrics());
     if (character == m_character)
         return;
     m_isRestoring = true;
@@ -358,9 +358,12 @@ void RecordTable::takeFont()
 
 void RecordTable::setDefaultWidths()
 {
-    m_character = fontMetrics().horizontalAdvance(QLatin1Char('0')); // digits are wider than the average
-    for (int i = 0; i < m_model->columns().size(); ++i)
-        setColumnWidth(i, m_character * defaultCharacters(m_model->columns().at(i)) + 12);
+    m_character = Layout::characterWidth(fontMetrics());
+    for (int i = 0; i < m_model->columns().size(); ++i) {
+        const Column &column = m_model->columns().at(i);
+        const int ofTitle = fontMetrics().horizontalAdvance(column.title) + 2 * m_character;
+        setColumnWidth(i, qMax(ofTitle, m_character * defaultCharacters(column) + 12));
+    }
 }
 
 /// With the ids of the columns: a layout of other columns would put widths and orders where they do not belong.

@@ -68,6 +68,6 @@ private:
     QLineEdit *m_search;
     int m_defaultSort = -1; ///< a column; -1: in the order the rows came
     Qt::SortOrder m_defaultOrder = Qt::AscendingOrder;
-    int m_character = 1; ///< width of a digit in the font that the columns were laid out for
+    int m_character = 1; ///< Layout::characterWidth that the columns were laid out for
     bool m_isRestoring = false;
 };

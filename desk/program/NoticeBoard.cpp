@@ -110,8 +110,8 @@ void NoticeBoard::place()
         return hide();
     adjustSize();
     const QRect middle = m_over->centralWidget()->geometry();
-    // In the middle: the newest results of orders stand in the lower right, buttons in the lower left.
-    move(middle.center().x() - width() / 2, middle.bottom() - height() - distance);
+    // Left of the middle: results of orders stand in the lower right, buttons in the corners.
+    move(middle.center().x() - width() - distance, middle.bottom() - height() - distance);
     raise();
 }
 

@@ -4,6 +4,7 @@
 #include "HostDirectory.h"
 #include "ImportItems.h"
 #include "ImportRun.h"
+#include "Layout.h"
 #include "ManualT0Logic.h"
 #include "PageShell.h"
 #include "SheetText.h"
@@ -176,7 +177,7 @@ void AddResourcesDialog::buildTable()
     m_table->verticalHeader()->hide();
     m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     m_table->horizontalHeader()->setStretchLastSection(true);
-    const int character = fontMetrics().horizontalAdvance(QLatin1Char('0'));
+    const int character = Layout::characterWidth(fontMetrics());
     const QVector<int> widths{7, 9, 10, 6, 11, 9, 10, 10, 13};
     for (int column = 0; column < widths.size(); ++column)
         m_table->setColumnWidth(column, widths.at(column) * character + 12);

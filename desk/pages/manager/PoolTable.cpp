@@ -1,5 +1,6 @@
 #include "PoolTable.h"
 
+#include "Layout.h"
 #include "PoolEditModel.h"
 #include "TypingDelegate.h"
 #include "ViewParts.h"
@@ -25,7 +26,7 @@ PoolTable::PoolTable(const QString &name, PoolEditModel *model, QWidget *parent)
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setStretchLastSection(true);
-    const int character = fontMetrics().horizontalAdvance(QLatin1Char('0'));
+    const int character = Layout::characterWidth(fontMetrics());
     const QVector<int> widths{13, 8, 8, 9, 14};
     for (int column = 0; column < widths.size(); ++column)
         setColumnWidth(column, widths.at(column) * character + 12);

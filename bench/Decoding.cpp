@@ -1,0 +1,113 @@
+#include "Bench.h"
+
+#include "Heap.h"
+#include "MessageBody.h"
+
+#include <QtCore/QCborValue>
+#include <QtCore/QJsonDocument>
+
+// A page of 1,000 usage records: to bytes and back to rows, and what the rows take.
+
+namespace {
+
+constexpr int PageRows = 1000;
+
+struct Codec {
+    const char *name;
+    QByteArray (*encode)(const RecordList &rows);
+    RecordList (*decode)(const QByteArray &bytes);
+};
+
+RecordList asRecords(const QVariant &rows)
+{
+    RecordList records;
+    const QVariantList list = rows.toList();
+    records.reserve(list.size());
+    for (const QVariant &row : list)
+        records.append(row.toMap());
+    return records;
+}
+
+QVariantList asVariants(const RecordList &rows)
+{
+    QVariantList list;
+    for (const VariantRecord &row : rows)
+        list.append(row);
+    return list;
+}
+
+RecordList decodeOwn(const QByteArray &bytes)
+{
+    MessageBody body;
+    QString errorText;
+    if (!MessageBody::decode(bytes, body, errorText))
+        qFatal("%s", qUtf8Printable(errorText));
+    return body.rows;
+}
+
+const Codec Codecs[] = {
+    {"library",
+     [](const RecordList &rows) {
+         return MessageBody{{}, rows}.encode();
+     },
+     decodeOwn},
+    {"qcborvalue", [](const RecordList &rows) { return QCborValue::fromVariant(asVariants(rows)).toCbor(); },
+     [](const QByteArray &bytes) { return asRecords(QCborValue::fromCbor(bytes).toVariant()); }},
+    {"json",
+     [](const RecordList &rows) { return QJsonDocument::fromVariant(asVariants(rows)).toJson(QJsonDocument::Compact); },
+     [](const QByteArray &bytes) { return asRecords(QJsonDocument::fromJson(bytes).toVariant()); }}};
+
+RecordList page()
+{
+    RecordList rows;
+    qint64 time = 0;
+    for (const Records::Keys &keys : Records::keys(PageRows)) {
+        ++time;
+        rows.append(Records::usage(keys, 1000 + time % 100, time));
+    }
+    return rows;
+}
+
+void encode(benchmark::State &state, const Codec &codec)
+{
+    const RecordList rows = page();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(codec.encode(rows));
+    state.counters["bytes"] = codec.encode(rows).size();
+    Bench::setItems(state, PageRows);
+}
+
+void decode(benchmark::State &state, const Codec &codec)
+{
+    const QByteArray bytes = codec.encode(page());
+    for (auto _ : state)
+        benchmark::DoNotOptimize(codec.decode(bytes));
+    const qint64 before = heapBytes();
+    const RecordList rows = codec.decode(bytes);
+    state.counters["heap_per_row"] = double(heapBytes() - before) / rows.size();
+    Bench::setItems(state, PageRows);
+}
+
+/// What one record takes in a hub, with its indexes.
+void holdRecords(benchmark::State &state, Family family)
+{
+    for (auto _ : state) {
+        const QVector<Records::Keys> keys = Records::keys(Bench::Large);
+        const qint64 before = heapBytes();
+        const BenchHub hub(family, keys);
+        state.counters["bytes_per_record"] = double(heapBytes() - before) / keys.size();
+    }
+    Bench::setItems(state, Bench::Large);
+}
+
+} // namespace
+
+void Bench::registerDecoding()
+{
+    for (const Codec &codec : Codecs) {
+        add("page.encode", codec.name, PageRows, [&codec](State &state) { encode(state, codec); });
+        add("page.decode", codec.name, PageRows, [&codec](State &state) { decode(state, codec); });
+    }
+    add("memory.usage", "library", Large, [](State &state) { holdRecords(state, Family::Usage); })->Iterations(1);
+    add("memory.pools", "library", Large, [](State &state) { holdRecords(state, Family::Pools); })->Iterations(1);
+}

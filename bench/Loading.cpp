@@ -1,0 +1,168 @@
+#include "Bench.h"
+
+#include "InitKeys.h"
+#include "ManualT0LogicPlugin.h"
+#include "ManualT0LogicPresenterClass.h"
+#include "MessageBody.h"
+#include "OrvaneValues.h"
+#include "ReferencePools.h"
+
+#include <QtCore/QCborValue>
+#include <QtCore/QThread>
+
+// The first load of 100,000 pools in 100 pages, from bytes to records that are indexed.
+
+namespace {
+
+using Orvane_Values::RequestExeStatus::success;
+
+constexpr int PageRows = 1000;
+
+using Encode = QByteArray (*)(const RecordList &rows);
+using Decode = RecordList (*)(const QByteArray &bytes);
+
+QByteArray encodeTable(const RecordList &rows)
+{
+    return MessageBody{{}, rows}.encode();
+}
+
+RecordList decodeTable(const QByteArray &bytes)
+{
+    MessageBody body;
+    QString errorText;
+    MessageBody::decode(bytes, body, errorText);
+    return body.rows;
+}
+
+QByteArray encodeMaps(const RecordList &rows)
+{
+    QVariantList list;
+    for (const VariantRecord &row : rows)
+        list.append(row);
+    return QCborValue::fromVariant(list).toCbor();
+}
+
+RecordList decodeMaps(const QByteArray &bytes)
+{
+    RecordList rows;
+    const QVariantList list = QCborValue::fromCbor(bytes).toVariant().toList();
+    for (const QVariant &row : list)
+        rows.append(row.toMap());
+    return rows;
+}
+
+QVector<QByteArray> pages(Encode encode)
+{
+    const QVector<Records::Keys> keys = Records::keys(Bench::Large);
+    QVector<QByteArray> result;
+    for (int first = 0; first < keys.size(); first += PageRows) {
+        RecordList rows;
+        for (const Records::Keys &of : keys.mid(first, PageRows))
+            rows.append(Records::pool(of, 1000));
+        result.append(encode(rows));
+    }
+    return result;
+}
+
+/// A hub that is loading, beside the presenter whose signal brings the pages.
+class LibraryLoad
+{
+public:
+    static constexpr Encode encode = encodeTable;
+    static constexpr Decode decode = decodeTable;
+
+    LibraryLoad()
+    {
+        initStates().Reset(initKey(ManualT0Logic::SecurityPools));
+        initStates().StartInit(initKey(ManualT0Logic::SecurityPools));
+    }
+    QObject *receiver() { return &m_hub; }
+    void take(const RecordList &rows) { m_hub.slotQuerySecurityPoolResponse(success, {}, rows); }
+    void listenTo(ManualT0LogicPresenterClass *presenter)
+    {
+        QObject::connect(presenter, &ManualT0LogicPresenterClass::signalQuerySecurityPoolResponse, &m_hub,
+                         &ManualT0LogicPrivate::slotQuerySecurityPoolResponse);
+    }
+    int held() const { return m_hub.GetAllSecurityPoolList().size(); }
+
+private:
+    ManualT0LogicPrivate m_hub;
+};
+
+class ReferenceLoad
+{
+public:
+    static constexpr Encode encode = encodeMaps;
+    static constexpr Decode decode = decodeMaps;
+
+    ReferenceLoad()
+    {
+        m_receiver.moveToThread(&m_thread);
+        m_thread.start();
+    }
+    ~ReferenceLoad()
+    {
+        m_thread.quit();
+        m_thread.wait();
+    }
+    QObject *receiver() { return &m_receiver; }
+    void take(const RecordList &rows) { m_pools.takeFirst(rows); }
+    void listenTo(ManualT0LogicPresenterClass *presenter)
+    {
+        QObject::connect(presenter, &ManualT0LogicPresenterClass::signalQuerySecurityPoolResponse, &m_receiver,
+                         [this](const QString &, const QVariantMap &, const RecordList &rows) { take(rows); });
+    }
+    int held() const { return m_pools.list({Records::accounts(), {}, {}, {}}).size(); }
+
+private:
+    QThread m_thread;
+    QObject m_receiver;
+    ReferencePools m_pools{{}};
+};
+
+template <typename Work> void onThreadOf(QObject *object, Work work)
+{
+    QMetaObject::invokeMethod(object, work, Qt::BlockingQueuedConnection);
+}
+
+template <typename Load> void queued(Load &load, const QVector<QByteArray> &pages)
+{
+    auto *presenter = new ManualT0LogicPresenterClass(ManualT0LogicPlugin::instanceId(), nullptr);
+    load.listenTo(presenter);
+    for (const QByteArray &bytes : pages)
+        emit presenter->signalQuerySecurityPoolResponse(success, {}, Load::decode(bytes));
+    onThreadOf(load.receiver(), [] {}); // all pages before have been taken
+    ZrPresenterClass::release(presenter);
+}
+
+template <typename Load> void direct(Load &load, const QVector<QByteArray> &pages)
+{
+    onThreadOf(load.receiver(), [&] {
+        for (const QByteArray &bytes : pages)
+            load.take(Load::decode(bytes));
+    });
+}
+
+template <typename Load> void run(benchmark::State &state, void (*bring)(Load &load, const QVector<QByteArray> &pages))
+{
+    static const QVector<QByteArray> encoded = pages(Load::encode);
+    for (auto _ : state) {
+        Load load;
+        const CpuTimer timer(CpuTimer::Process); // two threads work
+        bring(load, encoded);
+        Bench::setTime(state, timer.nanoseconds());
+        if (load.held() != Bench::Large)
+            state.SkipWithError("not all pools are held");
+    }
+    Bench::setItems(state, Bench::Large);
+}
+
+} // namespace
+
+void Bench::registerLoading()
+{
+    addTimed("load.queued", "library", Large, [](State &state) { run<LibraryLoad>(state, queued); })->Iterations(1);
+    addTimed("load.queued", "reference", Large, [](State &state) { run<ReferenceLoad>(state, queued); })->Iterations(1);
+    addTimed("load.direct", "library", Large, [](State &state) { run<LibraryLoad>(state, direct); })->Iterations(1);
+    addTimed("load.direct", "reference", Large, [](State &state) { run<ReferenceLoad>(state, direct); })->Iterations(1);
+}

@@ -20,12 +20,19 @@ void beginLoad(ManualT0Logic::InitType type)
     initStates().StartInit(initKey(type));
 }
 
-QHash<QString, RecordList> byAccount(const QVector<Keys> &all, VariantRecord (*rowOf)(const Keys &, qint64))
+/// answer: takes the rows of one account. One account's at a time are in memory.
+template <typename Answer>
+void answerByAccount(const QVector<Keys> &all, VariantRecord (*rowOf)(const Keys &, qint64), Answer answer)
 {
-    QHash<QString, RecordList> rows;
+    QHash<QString, QVector<Keys>> accounts;
     for (const Keys &keys : all)
-        rows[keys.account].append(rowOf(keys, Quantity));
-    return rows;
+        accounts[keys.account].append(keys);
+    for (auto account = accounts.cbegin(); account != accounts.cend(); ++account) {
+        RecordList rows;
+        for (const Keys &keys : *account)
+            rows.append(rowOf(keys, Quantity));
+        answer(account.key(), Records::asReceived(rows));
+    }
 }
 
 std::map<std::pair<Family, int>, std::unique_ptr<BenchHub>> &kept()
@@ -80,13 +87,12 @@ void BenchHub::fillUsage()
 
 void BenchHub::fillPools()
 {
-    const QHash<QString, RecordList> rows = byAccount(m_keys, &Records::pool);
+    const auto answer = [this](const QString &account, const RecordList &rows) { answerPools(account, rows); };
     beginLoad(ManualT0Logic::SecurityPools);
-    for (auto account = rows.cbegin(); account != rows.cend(); ++account)
-        answerPools(account.key(), Records::asReceived(*account));
+    answerByAccount(m_keys, &Records::pool, answer);
     initStates().FinishInit(initKey(ManualT0Logic::SecurityPools), true, true);
     // The first answer after a load may index all pools anew; that is part of the load.
-    answerPools(m_keys.first().account, Records::asReceived(rows.value(m_keys.first().account)));
+    answerByAccount(m_keys.mid(0, Records::AnsweredPools), &Records::pool, answer);
 }
 
 void BenchHub::fillResources()
@@ -94,10 +100,11 @@ void BenchHub::fillResources()
     QHash<QString, Keys> resources;
     for (const Keys &keys : m_keys)
         resources.insert(keys.resourceId, keys);
-    const QHash<QString, RecordList> rows = byAccount(QVector<Keys>::fromList(resources.values()), &Records::resource);
     beginLoad(ManualT0Logic::Resources);
-    for (auto account = rows.cbegin(); account != rows.cend(); ++account)
-        m_hub.slotQueryResourceResponse(success, {{tradingAccount, account.key()}}, Records::asReceived(*account));
+    answerByAccount(QVector<Keys>::fromList(resources.values()), &Records::resource,
+                    [this](const QString &account, const RecordList &rows) {
+                        m_hub.slotQueryResourceResponse(success, {{tradingAccount, account}}, rows);
+                    });
     initStates().FinishInit(initKey(ManualT0Logic::Resources), true, true);
 }
 

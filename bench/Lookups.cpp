@@ -1,5 +1,7 @@
 #include "Bench.h"
 
+#include <map>
+
 // One record by account, trader, symbol and exchange, with random keys.
 
 namespace {
@@ -38,10 +40,20 @@ constexpr Lookup Lookups[] = {{"usage.record", Family::Usage, heldKeys, Records:
                               {"pools.hit", Family::Pools, heldKeys, Records::PoolFields + 1},
                               {"pools.miss", Family::Pools, missedKeys, 0}};
 
+/// The same ones for every side and repetition.
+const QVector<Records::Keys> &keptKeys(const Lookup &lookup, int records)
+{
+    static std::map<std::pair<const char *, int>, QVector<Records::Keys>> kept;
+    QVector<Records::Keys> &keys = kept[{lookup.name, records}];
+    if (keys.isEmpty())
+        keys = lookup.keys(lookup.family, records);
+    return keys;
+}
+
 void run(benchmark::State &state, const Lookup &lookup, Side side, int records)
 {
     const Store &store = keptStore(side, lookup.family, records);
-    const QVector<Records::Keys> keys = lookup.keys(lookup.family, records);
+    const QVector<Records::Keys> &keys = keptKeys(lookup, records);
     qint64 fields = 0;
     int next = 0;
     for (auto _ : state)

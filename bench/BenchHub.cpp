@@ -12,8 +12,6 @@ using Records::Keys;
 
 namespace {
 
-constexpr qint64 Quantity = 1000;
-
 void beginLoad(ManualT0Logic::InitType type)
 {
     initStates().Reset(initKey(type));
@@ -30,7 +28,7 @@ void answerByAccount(const QVector<Keys> &all, VariantRecord (*rowOf)(const Keys
     for (auto account = accounts.cbegin(); account != accounts.cend(); ++account) {
         RecordList rows;
         for (const Keys &keys : *account)
-            rows.append(rowOf(keys, Quantity));
+            rows.append(rowOf(keys, Records::LoadedQuantity));
         answer(account.key(), Records::asReceived(rows));
     }
 }
@@ -80,7 +78,7 @@ void BenchHub::fillUsage()
     for (int first = 0; first < m_keys.size(); first += rowsAtOnce) {
         RecordList rows;
         for (const Keys &keys : m_keys.mid(first, rowsAtOnce))
-            rows.append(Records::usage(keys, Quantity, ++m_time));
+            rows.append(Records::usage(keys, Records::LoadedQuantity, ++m_time));
         m_hub.slotQueryPoolRealTimeResponse(success, {}, Records::asReceived(rows));
     }
 }
@@ -134,16 +132,7 @@ RecordList BenchHub::newPushes(int count)
     RecordList pushes;
     for (const Keys &keys : randomKeys(count)) {
         ++m_time;
-        pushes.append(Records::usage(keys, Quantity + m_time % 100, m_time));
+        pushes.append(Records::usage(keys, Records::LoadedQuantity + m_time % 100, m_time));
     }
     return Records::asReceived(pushes);
-}
-
-RecordList BenchHub::poolAnswer(int changed)
-{
-    ++m_answers;
-    RecordList rows;
-    for (const Keys &keys : m_keys.mid(0, Records::AnsweredPools))
-        rows.append(Records::pool(keys, rows.size() < changed ? Quantity + m_answers : Quantity));
-    return Records::asReceived(rows);
 }

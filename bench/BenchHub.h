@@ -29,9 +29,6 @@ public:
     /// Usage records newer than everything before, for random keys.
     RecordList newPushes(int count);
 
-    /// The pools of answeredAccount(), the first ones changed against every answer before.
-    RecordList poolAnswer(int changed);
-
     /// Does it on the hub's thread; the processor time that took, in nanoseconds.
     template <typename Work> qint64 onItsThread(Work work)
     {
@@ -60,5 +57,4 @@ private:
     ManualT0LogicPrivate m_hub;
     std::mt19937 m_random;
     qint64 m_time = 0; ///< of the newest usage record
-    int m_answers = 0;
 };

@@ -34,13 +34,13 @@ std::vector<double> readFor(BenchHub &hub, std::chrono::milliseconds duration)
     return times;
 }
 
-/// Answers for one account until it is destroyed, a tenth of the pools changed in turn.
+/// Answers for one account until it is stopped, a tenth of the pools changed in turn.
 class Writer
 {
 public:
     explicit Writer(BenchHub &hub)
         : m_hub(hub)
-        , m_answers{hub.poolAnswer(Records::AnsweredPools / 10), hub.poolAnswer(Records::AnsweredPools / 10)}
+        , m_answers{next(), next()}
         , m_thread([this] { run(); })
     {}
 
@@ -52,6 +52,8 @@ public:
     }
 
 private:
+    RecordList next() { return m_rows.next(Records::AnsweredPools / 10); }
+
     void run()
     {
         auto next = Clock::now();
@@ -67,6 +69,7 @@ private:
     }
 
     BenchHub &m_hub;
+    Records::PoolAnswers m_rows;
     const RecordList m_answers[2];
     std::atomic<bool> m_stops{false};
     qint64 m_longest = 0;

@@ -108,6 +108,10 @@ void Bench::registerDecoding()
         add("page.encode", codec.name, PageRows, [&codec](State &state) { encode(state, codec); });
         add("page.decode", codec.name, PageRows, [&codec](State &state) { decode(state, codec); });
     }
-    add("memory.usage", "library", Large, [](State &state) { holdRecords(state, Family::Usage); })->Iterations(1);
-    add("memory.pools", "library", Large, [](State &state) { holdRecords(state, Family::Pools); })->Iterations(1);
+    add("memory.usage", "library", Large, [](State &state) { holdRecords(state, Family::Usage); })
+        ->Iterations(1)
+        ->Repetitions(1);
+    add("memory.pools", "library", Large, [](State &state) { holdRecords(state, Family::Pools); })
+        ->Iterations(1)
+        ->Repetitions(1);
 }

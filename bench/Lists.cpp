@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr int Drawn = 256; ///< different questions
+constexpr int Drawn = 64; ///< different questions
 
 struct Shape {
     const char *name;
@@ -37,25 +37,14 @@ QVector<Records::Filter> filters(const Shape &shape, BenchHub &hub)
 }
 
 /// ask: a question to the rows of its answer.
-template <typename Ask> void runAll(benchmark::State &state, const Shape &shape, BenchHub &hub, Ask ask)
+template <typename Ask> void run(benchmark::State &state, const Shape &shape, BenchHub &hub, Ask ask)
 {
     const QVector<Records::Filter> questions = filters(shape, hub);
     qint64 rows = 0;
-    for (auto _ : state) {
-        for (const Records::Filter &filter : questions)
-            rows += ask(filter).size();
-    }
-    state.counters["rows"] = double(rows) / double(qint64(state.iterations()) * Drawn);
-    Bench::setItems(state, Drawn);
-}
-
-/// The slow sides get one question an iteration.
-template <typename Ask> void runOneByOne(benchmark::State &state, const Shape &shape, BenchHub &hub, Ask ask)
-{
-    const QVector<Records::Filter> questions = filters(shape, hub);
     int next = 0;
     for (auto _ : state)
-        benchmark::DoNotOptimize(ask(questions.at(next++ % Drawn)));
+        rows += ask(questions.at(next++ % Drawn)).size();
+    state.counters["rows"] = double(rows) / double(state.iterations());
     Bench::setItems(state, 1);
 }
 
@@ -65,11 +54,7 @@ void addList(const Shape &shape, Family family, Side side, int records)
     Bench::add(operation.c_str(), nameOf(side), records, [&shape, family, side, records](benchmark::State &state) {
         const Store &store = keptStore(side, family, records);
         const auto ask = [&store](const Records::Filter &filter) { return store.list(filter); };
-        BenchHub &hub = BenchHub::of(family, records);
-        if (side == Side::Reference || side == Side::Scan)
-            runOneByOne(state, shape, hub, ask);
-        else
-            runAll(state, shape, hub, ask);
+        run(state, shape, BenchHub::of(family, records), ask);
     });
 }
 
@@ -81,14 +66,14 @@ void addComputed()
         for (const int records : {Bench::Small, Bench::Large}) {
             Bench::add(operation, "library", records, [=](benchmark::State &state) {
                 BenchHub &hub = BenchHub::of(Family::Usage, records);
-                runAll(state, ofOneTrader, hub, [&](const Filter &filter) { return ofLibrary(hub.hub(), filter); });
+                run(state, ofOneTrader, hub, [&](const Filter &filter) { return ofLibrary(hub.hub(), filter); });
             });
         }
         Bench::add(operation, "reference", Bench::Large, [=](benchmark::State &state) {
             const Store &store = keptStore(Side::Reference, Family::Usage, Bench::Large);
             const auto &reference = static_cast<const ReferenceUsage &>(store);
-            runOneByOne(state, ofOneTrader, BenchHub::of(Family::Usage, Bench::Large),
-                        [&](const Filter &filter) { return (reference.*ofReference)(filter); });
+            run(state, ofOneTrader, BenchHub::of(Family::Usage, Bench::Large),
+                [&](const Filter &filter) { return (reference.*ofReference)(filter); });
         });
     };
     add(

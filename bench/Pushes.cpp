@@ -28,7 +28,7 @@ void ofReference(benchmark::State &state, ReferenceDerive::Names names)
         static ReferenceUsage usage;
         RecordList rows; // its own: a record that two hold is copied by the first push
         for (const Records::Keys &keys : hub.keys())
-            rows.append(Records::usage(keys, 1000, 0));
+            rows.append(Records::usage(keys, Records::LoadedQuantity, 0));
         usage.takeFirst(Records::asReceived(rows));
         return usage;
     }();

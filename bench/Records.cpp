@@ -212,6 +212,17 @@ QString Records::traderName(const QString &trader)
     return trader == ManualT0Logic::PublicTrader ? trader : QStringLiteral("name of ") + trader;
 }
 
+RecordList Records::PoolAnswers::next(int changed)
+{
+    static const QVector<Keys> answered = keys(AnsweredPools);
+    RecordList rows;
+    for (int i = 0; i < AnsweredPools; ++i) {
+        m_quantities[i] += i < changed ? 1 : 0;
+        rows.append(pool(answered.at(i), m_quantities.at(i)));
+    }
+    return asReceived(rows);
+}
+
 RecordList Records::asReceived(const RecordList &rows)
 {
     MessageBody body;

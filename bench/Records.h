@@ -16,6 +16,9 @@ constexpr int PoolFields = 25;
 /// Pools of the account whose answers are measured, whatever the number of records.
 constexpr int AnsweredPools = 500;
 
+/// Of every record when a hub is filled.
+constexpr qint64 LoadedQuantity = 1000;
+
 /// What a record is looked up by.
 struct Keys {
     QString account;
@@ -55,6 +58,16 @@ VariantRecord pool(const Keys &keys, qint64 quantity);
 VariantRecord resource(const Keys &keys, qint64 quantity);
 RecordList traderRows();
 QString traderName(const QString &trader);
+
+/// Answers for answeredAccount() after a load, each as received. One object for each that takes them.
+class PoolAnswers
+{
+public:
+    RecordList next(int changed); ///< so many pools, the first ones, differ from the answer before
+
+private:
+    QVector<qint64> m_quantities = QVector<qint64>(AnsweredPools, LoadedQuantity);
+};
 
 /// The same rows as a client gets them: encoded and decoded, no value shared with those given.
 RecordList asReceived(const RecordList &rows);

@@ -295,7 +295,7 @@ def main():
     parser.add_argument("--json", default="bench.json", help="where all numbers are kept (default %(default)s)")
     parser.add_argument("--from", dest="from_json", metavar="JSON", help="judge kept numbers, measure nothing")
     parser.add_argument("--repetitions", type=int, default=5, help="of every benchmark (default %(default)s)")
-    parser.add_argument("programs", nargs="+", help=argparse.SUPPRESS)
+    parser.add_argument("--programs", nargs="+", required=True, help=argparse.SUPPRESS)
     arguments = parser.parse_args()
     with open(BARS, encoding="utf-8") as file:
         bars = json.load(file)

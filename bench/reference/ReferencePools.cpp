@@ -48,6 +48,13 @@ QString partnerKey(const VariantRecord &pool)
     return QStringLiteral("%1_%2_%3").arg(text(pool, tradingAccount), text(pool, symbol), text(pool, securityExchange));
 }
 
+const QStringList ascending(const IndexedCache::Ids &ids)
+{
+    QStringList list = ids.values();
+    list.sort();
+    return list;
+}
+
 } // namespace
 
 void ReferencePools::hold(const RecordList &pools)
@@ -121,13 +128,14 @@ RecordList ReferencePools::list(const Records::Filter &filter, bool withPublic) 
     if (withPublic) {
         IndexedCache::Ids publicIds = m_cache.find(filter.accounts, {}, filter.symbol, filter.exchange);
         publicIds.intersect(m_cache.ofTrader(ManualT0Logic::PublicTrader));
-        for (const QString &id : qAsConst(publicIds))
+        for (const QString &id : ascending(publicIds))
             publicPools.insert(partnerKey(m_cache.records.value(id)), m_cache.records.value(id));
         if (filter.traders.isEmpty())
             ids.subtract(publicIds);
     }
     RecordList pools;
-    for (const QString &id : qAsConst(ids)) {
+    // Which of several partners gets the public quantity is settled by the order.
+    for (const QString &id : withPublic ? ascending(ids) : QStringList(ids.values())) {
         VariantRecord pool = m_cache.records.value(id);
         const QString key = partnerKey(pool);
         if (publicPools.contains(key))
@@ -158,9 +166,7 @@ void ReferencePools::pack(VariantRecord &resource) const
     int privateSum = 0;
     QStringList traders;
     QStringList names;
-    QStringList ids = m_cache.ofResource(text(resource, ResourceId)).values();
-    ids.sort();
-    for (const QString &id : qAsConst(ids)) {
+    for (const QString &id : ascending(m_cache.ofResource(text(resource, ResourceId)))) {
         const VariantRecord pool = m_cache.records.value(id);
         const bool isPrivate = Quantity::toIntQty(pool.value(PoolType)) == PoolTypes::Private;
         (isPrivate ? privateSum : publicSum) += Quantity::toIntQty(pool.value(PoolTotalQty));

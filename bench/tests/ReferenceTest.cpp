@@ -17,14 +17,14 @@ using Records::Keys;
 
 namespace {
 
-constexpr int Records0 = 3000;
-constexpr int Questions = 300;
+constexpr int HeldRecords = 3000;
+constexpr int Questions = 200;
 constexpr int EveryCheck = 31;
 
 /// The keys of a hub whose accounts and traders often share a symbol, with public pools beside private ones.
 QVector<Keys> crowded()
 {
-    QVector<Keys> keys = Records::keys(Records0);
+    QVector<Keys> keys = Records::keys(HeldRecords);
     const int given = keys.size();
     for (int i = 0; i < given; ++i) {
         Keys other = keys.at(i);
@@ -129,7 +129,7 @@ void ReferenceTest::peersFindWhatTheLibraryFinds()
 {
     QFETCH(int, family);
     QFETCH(int, side);
-    BenchHub hub(Family(family), Records::keys(Records0));
+    BenchHub hub(Family(family), Records::keys(HeldRecords));
     const std::unique_ptr<Store> library = makeStore(Side::Library, Family(family), hub);
     const std::unique_ptr<Store> peer = makeStore(Side(side), Family(family), hub);
     int found = 0;
@@ -169,7 +169,7 @@ void ReferenceTest::pushesAndWhatIsComputedOfThemAreAlike()
     ReferenceUsage reference;
     RecordList rows;
     for (const Keys &keys : hub.keys())
-        rows.append(Records::usage(keys, 1000, 0));
+        rows.append(Records::usage(keys, 1000, rows.size() + 1));
     reference.takeFirst(rows);
     RecordList pushes = hub.newPushes(Questions);
     std::shuffle(pushes.begin(), pushes.end(), m_random); // some are older than what is held by then
@@ -185,9 +185,9 @@ void ReferenceTest::pushesAndWhatIsComputedOfThemAreAlike()
     // The fields that a sum does not add are those of any of its records.
     const auto added = [](RecordList sums) {
         for (VariantRecord &sum : sums)
-            for (const QString &field : {tradingAccount, Master_Fields::System::ModifyTime, OpenPosQty, OpenPosSide,
-                                         OpenAvgPrice, PreOpenQty, DailyOpenQty, RtRealBoughtQty, RtRealSoldQty,
-                                         RtRealBoughtAmount, RtRealSoldAmount})
+            for (const QString &field :
+                 {tradingAccount, Master_Fields::System::ModifyTime, OpenPosQty, OpenPosSide, OpenAvgPrice, PreOpenQty,
+                  DailyOpenQty, RtRealBoughtQty, RtRealSoldQty, RtRealBoughtAmount, RtRealSoldAmount})
                 sum.remove(field);
         return sorted(sums);
     };
@@ -205,15 +205,16 @@ void ReferenceTest::pushesAndWhatIsComputedOfThemAreAlike()
 
 void ReferenceTest::answersAreTakenAlike()
 {
-    BenchHub hub(Family::Pools, Records::keys(Records0));
+    BenchHub hub(Family::Pools, Records::keys(HeldRecords));
     ReferencePools reference(hub.hub().GetAllT0TraderId());
     RecordList loaded;
     for (const Keys &keys : hub.keys())
         loaded.append(Records::pool(keys, 1000));
     reference.takeFirst(loaded);
     const Filter every{Records::accounts(), {}, {}, {}};
+    Records::PoolAnswers answers;
     for (int answer = 0; answer < 20; ++answer) {
-        RecordList rows = hub.poolAnswer(int(m_random() % 50));
+        RecordList rows = answers.next(int(m_random() % 50));
         while (!rows.isEmpty() && oneIn(2)) // some are gone
             rows.removeAt(int(m_random() % unsigned(rows.size())));
         hub.onItsThread([&] { hub.answerPools(Records::answeredAccount(), rows); });
@@ -252,7 +253,9 @@ void ReferenceTest::ordersAreCheckedAlike()
         orders.append({{tradingAccount, some(Records::accounts(), 10, keys.account)},
                        {Orvane_Fields::Security::symbol, keys.symbol},
                        {Orvane_Fields::UserAccount::securityExchange, oneIn(8) ? QString() : keys.exchange},
-                       {Master_Fields::Security::SideUnion, oneIn(8) ? collateralBuy : oneIn(2) ? normalBuy : normalSell},
+                       {Master_Fields::Security::SideUnion, oneIn(8)   ? collateralBuy
+                                                            : oneIn(2) ? normalBuy
+                                                                       : normalSell},
                        {Orvane_Fields::Security::price, isOdd ? 10.005 : 10.07},
                        {Orvane_Fields::Security::orderQty, int(m_random() % 20000)}});
     }

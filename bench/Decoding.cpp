@@ -1,10 +1,8 @@
 #include "Bench.h"
 
-#include "Heap.h"
-#include "MessageBody.h"
+#include "Codecs.h"
 
-#include <QtCore/QCborValue>
-#include <QtCore/QJsonDocument>
+#include <malloc.h>
 
 // A page of 1,000 usage records: to bytes and back to rows, and what the rows take.
 
@@ -12,50 +10,12 @@ namespace {
 
 constexpr int PageRows = 1000;
 
-struct Codec {
-    const char *name;
-    QByteArray (*encode)(const RecordList &rows);
-    RecordList (*decode)(const QByteArray &bytes);
-};
-
-RecordList asRecords(const QVariant &rows)
+/// Bytes that this process has allocated and not freed.
+qint64 heapBytes()
 {
-    RecordList records;
-    const QVariantList list = rows.toList();
-    records.reserve(list.size());
-    for (const QVariant &row : list)
-        records.append(row.toMap());
-    return records;
+    const struct mallinfo2 info = mallinfo2();
+    return qint64(info.uordblks) + qint64(info.hblkhd);
 }
-
-QVariantList asVariants(const RecordList &rows)
-{
-    QVariantList list;
-    for (const VariantRecord &row : rows)
-        list.append(row);
-    return list;
-}
-
-RecordList decodeOwn(const QByteArray &bytes)
-{
-    MessageBody body;
-    QString errorText;
-    if (!MessageBody::decode(bytes, body, errorText))
-        qFatal("%s", qUtf8Printable(errorText));
-    return body.rows;
-}
-
-const Codec Codecs[] = {
-    {"library",
-     [](const RecordList &rows) {
-         return MessageBody{{}, rows}.encode();
-     },
-     decodeOwn},
-    {"qcborvalue", [](const RecordList &rows) { return QCborValue::fromVariant(asVariants(rows)).toCbor(); },
-     [](const QByteArray &bytes) { return asRecords(QCborValue::fromCbor(bytes).toVariant()); }},
-    {"json",
-     [](const RecordList &rows) { return QJsonDocument::fromVariant(asVariants(rows)).toJson(QJsonDocument::Compact); },
-     [](const QByteArray &bytes) { return asRecords(QJsonDocument::fromJson(bytes).toVariant()); }}};
 
 RecordList page()
 {
@@ -104,9 +64,9 @@ void holdRecords(benchmark::State &state, Family family)
 
 void Bench::registerDecoding()
 {
-    for (const Codec &codec : Codecs) {
-        add("page.encode", codec.name, PageRows, [&codec](State &state) { encode(state, codec); });
-        add("page.decode", codec.name, PageRows, [&codec](State &state) { decode(state, codec); });
+    for (const Codec *codec : {&Codecs::library, &Codecs::cborValue, &Codecs::json}) {
+        add("page.encode", codec->name, PageRows, [codec](State &state) { encode(state, *codec); });
+        add("page.decode", codec->name, PageRows, [codec](State &state) { decode(state, *codec); });
     }
     add("memory.usage", "library", Large, [](State &state) { holdRecords(state, Family::Usage); })
         ->Iterations(1)

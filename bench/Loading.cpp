@@ -1,13 +1,12 @@
 #include "Bench.h"
 
+#include "Codecs.h"
 #include "InitKeys.h"
 #include "ManualT0LogicPlugin.h"
 #include "ManualT0LogicPresenterClass.h"
-#include "MessageBody.h"
 #include "OrvaneValues.h"
 #include "ReferencePools.h"
 
-#include <QtCore/QCborValue>
 #include <QtCore/QThread>
 
 // The first load of 100,000 pools in 100 pages, from bytes to records that are indexed.
@@ -18,48 +17,15 @@ using Orvane_Values::RequestExeStatus::success;
 
 constexpr int PageRows = 1000;
 
-using Encode = QByteArray (*)(const RecordList &rows);
-using Decode = RecordList (*)(const QByteArray &bytes);
-
-QByteArray encodeTable(const RecordList &rows)
-{
-    return MessageBody{{}, rows}.encode();
-}
-
-RecordList decodeTable(const QByteArray &bytes)
-{
-    MessageBody body;
-    QString errorText;
-    MessageBody::decode(bytes, body, errorText);
-    return body.rows;
-}
-
-QByteArray encodeMaps(const RecordList &rows)
-{
-    QVariantList list;
-    for (const VariantRecord &row : rows)
-        list.append(row);
-    return QCborValue::fromVariant(list).toCbor();
-}
-
-RecordList decodeMaps(const QByteArray &bytes)
-{
-    RecordList rows;
-    const QVariantList list = QCborValue::fromCbor(bytes).toVariant().toList();
-    for (const QVariant &row : list)
-        rows.append(row.toMap());
-    return rows;
-}
-
-QVector<QByteArray> pages(Encode encode)
+QVector<QByteArray> pages(const Codec &codec)
 {
     const QVector<Records::Keys> keys = Records::keys(Bench::Large);
     QVector<QByteArray> result;
     for (int first = 0; first < keys.size(); first += PageRows) {
         RecordList rows;
         for (const Records::Keys &of : keys.mid(first, PageRows))
-            rows.append(Records::pool(of, 1000));
-        result.append(encode(rows));
+            rows.append(Records::pool(of, Records::LoadedQuantity));
+        result.append(codec.encode(rows));
     }
     return result;
 }
@@ -68,8 +34,7 @@ QVector<QByteArray> pages(Encode encode)
 class LibraryLoad
 {
 public:
-    static constexpr Encode encode = encodeTable;
-    static constexpr Decode decode = decodeTable;
+    static constexpr const Codec &codec = Codecs::library;
 
     LibraryLoad()
     {
@@ -77,7 +42,7 @@ public:
         initStates().StartInit(initKey(ManualT0Logic::SecurityPools));
     }
     QObject *receiver() { return &m_hub; }
-    void take(const RecordList &rows) { m_hub.slotQuerySecurityPoolResponse(success, {}, rows); }
+    void take(RecordList rows) { m_hub.slotQuerySecurityPoolResponse(success, {}, std::move(rows)); }
     void listenTo(ManualT0LogicPresenterClass *presenter)
     {
         QObject::connect(presenter, &ManualT0LogicPresenterClass::signalQuerySecurityPoolResponse, &m_hub,
@@ -92,8 +57,7 @@ private:
 class ReferenceLoad
 {
 public:
-    static constexpr Encode encode = encodeMaps;
-    static constexpr Decode decode = decodeMaps;
+    static constexpr const Codec &codec = Codecs::cborValue;
 
     ReferenceLoad()
     {
@@ -106,7 +70,7 @@ public:
         m_thread.wait();
     }
     QObject *receiver() { return &m_receiver; }
-    void take(const RecordList &rows) { m_pools.takeFirst(rows); }
+    void take(RecordList rows) { m_pools.takeFirst(std::move(rows)); }
     void listenTo(ManualT0LogicPresenterClass *presenter)
     {
         QObject::connect(presenter, &ManualT0LogicPresenterClass::signalQuerySecurityPoolResponse, &m_receiver,
@@ -130,7 +94,7 @@ template <typename Load> void queued(Load &load, const QVector<QByteArray> &page
     auto *presenter = new ManualT0LogicPresenterClass(ManualT0LogicPlugin::instanceId(), nullptr);
     load.listenTo(presenter);
     for (const QByteArray &bytes : pages)
-        emit presenter->signalQuerySecurityPoolResponse(success, {}, Load::decode(bytes));
+        emit presenter->signalQuerySecurityPoolResponse(success, {}, Load::codec.decode(bytes));
     onThreadOf(load.receiver(), [] {}); // all pages before have been taken
     ZrPresenterClass::release(presenter);
 }
@@ -139,13 +103,13 @@ template <typename Load> void direct(Load &load, const QVector<QByteArray> &page
 {
     onThreadOf(load.receiver(), [&] {
         for (const QByteArray &bytes : pages)
-            load.take(Load::decode(bytes));
+            load.take(Load::codec.decode(bytes));
     });
 }
 
 template <typename Load> void run(benchmark::State &state, void (*bring)(Load &load, const QVector<QByteArray> &pages))
 {
-    static const QVector<QByteArray> encoded = pages(Load::encode);
+    static const QVector<QByteArray> encoded = pages(Load::codec);
     for (auto _ : state) {
         Load load;
         const CpuTimer timer(CpuTimer::Process); // two threads work

@@ -73,11 +73,10 @@ void ReferencePools::holdResources(const RecordList &resources)
         m_resources.insert(text(resource, ResourceId), resource);
 }
 
-void ReferencePools::takeFirst(const RecordList &rows)
+void ReferencePools::takeFirst(RecordList rows)
 {
-    RecordList pools = rows;
     WriteLock lock(m_lock);
-    for (VariantRecord &pool : pools) {
+    for (VariantRecord &pool : rows) {
         scaleFirst(pool);
         m_cache.add(text(pool, PoolDetailId), pool);
     }

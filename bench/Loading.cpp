@@ -61,6 +61,7 @@ public:
 
     ReferenceLoad()
     {
+        qRegisterMetaType<RecordList>("QList<QVariantMap>"); // the hub does it elsewhere
         m_receiver.moveToThread(&m_thread);
         m_thread.start();
     }

@@ -46,7 +46,7 @@ def measure(program, group, repetitions, quick, context):
     options = [f"--benchmark_filter=^{group}\\.", f"--benchmark_repetitions={repetitions}",
                "--benchmark_enable_random_interleaving=true", "--benchmark_out_format=json"]
     if quick:
-        options[0] = f"--benchmark_filter=^{group}\\..*/(1|1000|10000)(/|$)"
+        options[0] = f"--benchmark_filter=^{group}\\..*/(1|1000)(/|$)"
         options.append("--benchmark_min_time=0.001")
     else:
         options.append("--benchmark_min_time=0.05")
@@ -83,22 +83,29 @@ def count_instructions(program, records):
 
 
 def collect(arguments):
-    context = {}
-    benchmarks = []
+    """All numbers; what failed is named in "failures" and does not keep the rest from being measured."""
+    result = {"context": {}, "instructions": {}, "benchmarks": [], "failures": []}
+
+    def attempt(what, work):
+        print(f"bench: {what}", file=sys.stderr, flush=True)
+        try:
+            work()
+        except Failure as failure:
+            result["failures"].append(f"{what}: {failure}")
+
+    def measured(program, group):
+        result["benchmarks"] += measure(program, group, arguments.repetitions, arguments.quick, result["context"])
+
     for program in arguments.programs:
         for group in groups(program):
-            print(f"bench: {group}", file=sys.stderr, flush=True)
-            benchmarks += measure(program, group, arguments.repetitions, arguments.quick, context)
-    instructions = {}
-    if not arguments.quick:
-        for records in FULL_SIZES:
-            print(f"bench: instructions, {records} records", file=sys.stderr, flush=True)
-            instructions.update(count_instructions(arguments.programs[0], records))
-    broken = sorted({b["name"] + ": " + b.get("error_message", "") for b in benchmarks if b.get("error_occurred")})
-    if broken:
-        raise Failure("\n".join(broken))
-    context.update(date=datetime.date.today().isoformat(), repetitions=arguments.repetitions)
-    return {"context": context, "instructions": instructions, "benchmarks": benchmarks}
+            attempt(group, lambda: measured(program, group))
+    for records in FULL_SIZES if not arguments.quick else ():
+        attempt(f"instructions, {records} records",
+                lambda: result["instructions"].update(count_instructions(arguments.programs[0], records)))
+    result["failures"] += sorted({f"{b['name']}: {b.get('error_message', '')}" for b in result["benchmarks"]
+                                  if b.get("error_occurred")})
+    result["context"].update(date=datetime.date.today().isoformat(), repetitions=arguments.repetitions)
+    return result
 
 
 # ---- reading results
@@ -107,7 +114,7 @@ def values_of(result):
     """name to nanoseconds of one item, and name:counter to the counter: medians of the repetitions."""
     samples = {}
     for benchmark in result["benchmarks"]:
-        if benchmark["run_type"] != "iteration":
+        if benchmark["run_type"] != "iteration" or benchmark.get("error_occurred"):
             continue
         name = "/".join(benchmark["run_name"].split("/")[:3])
         for key, value in benchmark.items():
@@ -269,19 +276,27 @@ def full(arguments, bars):
             result = json.load(file)
     else:
         result = collect(arguments)
-    if arguments.quick:
-        print(f"{len(result['benchmarks'])} results")
-        return OK
-    if not arguments.from_json:
+    if not arguments.from_json and not arguments.quick:
         with open(arguments.json, "w", encoding="utf-8") as file:
             json.dump(result, file, indent=1)
+    if arguments.quick:
+        print(f"{len(result['benchmarks'])} results")
+    else:
+        report(arguments, result, bars)
+    for failure in result["failures"]:
+        print(f"bench: {failure}", file=sys.stderr)
+    if result["failures"]:
+        return BROKEN
+    return MISSED if arguments.gate and not all(bar["met"] for bar in verdicts(values_of(result), bars)) else OK
+
+
+def report(arguments, result, bars):
     values = values_of(result)
     judged = verdicts(values, bars)
     for lines in (ratio_lines(values, judged), scale_lines(values), instruction_lines(values), further_lines(values)):
         print(aligned(lines), end="\n\n")
-    if arguments.docs:
+    if arguments.docs and not result["failures"]:
         write_docs(result, values, judged)
-    return MISSED if arguments.gate and not all(bar["met"] for bar in judged) else OK
 
 
 def main():

@@ -16,7 +16,7 @@ public:
     void hold(const RecordList &pools); ///< as the hub gives them
     void holdResources(const RecordList &resources);
 
-    void takeFirst(RecordList rows);                         ///< an answer while loading; rows in server units
+    void takeFirst(RecordList rows);                                ///< an answer while loading; rows in server units
     void takeLater(const QString &account, const RecordList &rows); ///< an answer after the load
 
     VariantRecord one(const Records::Keys &keys) const override;

@@ -28,7 +28,7 @@ using Orvane_Fields::UserAccount::securityExchange;
 using Orvane_Fields::UserAccount::tradingAccount;
 
 constexpr int TimeoutMs = 60000;
-constexpr int Lot = 100;
+constexpr int Quantity = 200;
 const char Trader[] = "trader1";
 
 QString text(const VariantRecord &row, const QString &field)
@@ -56,6 +56,7 @@ public:
         m_hub->InitData();
         m_session->settle(TimeoutMs);
         m_accounts = books.user(Trader)->accounts;
+        m_usage = tradable();
     }
 
     ~Client()
@@ -64,28 +65,29 @@ public:
         ZrPresenterClass::release(m_presenter);
     }
 
-    /// A buy below the market that waits in the book. Microseconds to the answer and until it shows.
-    bool order(double &answered, double &visible)
+    /// A buy below the market that waits in the book. Microseconds to the answer and until it shows; what went wrong,
+    /// empty: nothing.
+    QString order(double &answered, double &visible)
     {
-        const VariantRecord usage = tradable();
-        const QString before = shown(usage);
-        const VariantRecord order = buy(usage);
+        const QString before = shown(m_usage);
+        const VariantRecord order = buy(m_usage);
         RecordList results;
         const auto begin = Clock::now();
         if (m_hub->Order({order}, results, QString()) != Orvane_Values::RequestExeStatus::success)
-            return false;
+            return QStringLiteral("refused: ") + text(results.value(0), Orvane_Fields::System::textDescription);
         const auto answer = Clock::now();
-        while (shown(usage) == before) {
+        while (shown(m_usage) == before) {
             if (Clock::now() - begin > std::chrono::milliseconds(TimeoutMs))
-                return false;
+                return QStringLiteral("it does not show");
         }
         answered = microseconds(answer - begin);
         visible = microseconds(Clock::now() - begin);
-        return true;
+        return {};
     }
 
     void cancelAll()
     {
+        m_session->settle(TimeoutMs); // the order itself is pushed too
         RecordList results;
         m_hub->CancelOrderList(m_presenter, m_hub->GetCancelableOrderList(m_accounts, {}, {}, {Trader}, {}, true),
                                results);
@@ -95,13 +97,15 @@ public:
 private:
     static double microseconds(Clock::duration time) { return std::chrono::duration<double, std::micro>(time).count(); }
 
-    VariantRecord tradable() const
+    /// A record of the trader's of which the market takes an order.
+    VariantRecord tradable()
     {
         const RecordList all = m_hub->GetRealtimePoolDetailList(m_accounts, {Trader}, {}, {});
         for (const VariantRecord &usage : all) {
             RecordList results;
-            if (usage.value(RtTotalBuyLimit).toLongLong() >= Lot &&
-                m_hub->CheckOrderData({buy(usage)}, results, 31) == Orvane_Values::RequestExeStatus::success)
+            const QString code = m_hub->Order({buy(usage)}, results, QString());
+            cancelAll();
+            if (code == Orvane_Values::RequestExeStatus::success)
                 return usage;
         }
         qFatal("the sample trader can buy nothing");
@@ -115,7 +119,7 @@ private:
                 {securityExchange, text(usage, securityExchange)},
                 {Master_Fields::Security::SideUnion, Master_Values::SideUnion::normalBuy},
                 {Orvane_Fields::Security::price, QString::number(last * 0.95, 'f', 1).toDouble()},
-                {Orvane_Fields::Security::orderQty, Lot}};
+                {Orvane_Fields::Security::orderQty, Quantity}};
     }
 
     QString shown(const VariantRecord &usage) const
@@ -129,6 +133,7 @@ private:
     std::unique_ptr<ManualT0LogicPrivate> m_hub;
     ManualT0LogicPresenterClass *m_presenter = nullptr;
     QStringList m_accounts;
+    VariantRecord m_usage;
 };
 
 void run(benchmark::State &state)
@@ -139,8 +144,9 @@ void run(benchmark::State &state)
     for (auto _ : state) {
         double answer = 0;
         double shown = 0;
-        if (!client.order(answer, shown)) {
-            state.SkipWithError("the order was refused or does not show");
+        const QString failure = client.order(answer, shown);
+        if (!failure.isEmpty()) {
+            state.SkipWithError(qUtf8Printable(failure));
             break;
         }
         client.cancelAll();

@@ -194,7 +194,7 @@ def scale_lines(values):
     """What the library takes at every size, and what else was measured."""
     sizes = ("1000", "10000", "100000", "1000000")
     table = {}
-    for name, value in values.items():
+    for name, value in sorted(values.items()):
         if re.fullmatch(r"[^:]*/library/\d+", name) and not name.startswith(("page.", "memory.", "gateway.", "load.")):
             operation, _, records = name.split("/")
             table.setdefault(operation, {})[records] = cost(value)
@@ -205,7 +205,9 @@ def scale_lines(values):
 
 def further_lines(values):
     lines = [("measured", "side", "value")]
-    for name, value in values.items():
+    for name, value in sorted(values.items()):
+        if name.endswith(":rows"):
+            continue
         if re.match(r"(page|memory|gateway|load)\.|push\.newer/reference|usage\.(profits|sums)/|.*/scan/", name):
             operation, side = name.split("/")[:2]
             counter = name.partition(":")[2]

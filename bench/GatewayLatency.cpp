@@ -97,15 +97,16 @@ public:
 private:
     static double microseconds(Clock::duration time) { return std::chrono::duration<double, std::micro>(time).count(); }
 
-    /// A record of the trader's of which the market takes an order.
+    /// A record of the trader's of which the market takes an order and gives it back.
     VariantRecord tradable()
     {
         const RecordList all = m_hub->GetRealtimePoolDetailList(m_accounts, {Trader}, {}, {});
         for (const VariantRecord &usage : all) {
             RecordList results;
+            const QString before = shown(usage);
             const QString code = m_hub->Order({buy(usage)}, results, QString());
             cancelAll();
-            if (code == Orvane_Values::RequestExeStatus::success)
+            if (code == Orvane_Values::RequestExeStatus::success && shown(usage) == before)
                 return usage;
         }
         qFatal("the sample trader can buy nothing");

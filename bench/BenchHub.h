@@ -1,41 +1,60 @@
 #pragma once
 
+#include "CpuTimer.h"
 #include "ManualT0LogicPrivate.h"
 #include "Records.h"
 
 #include <random>
 
-/// A hub that holds as many usage records as pools, filled through its own slots. Needs an open host session
-/// of Records::reference(), which must outlive it.
+enum class Family { Usage, Pools, Resources }; ///< Resources: with their pools
+
+/// A hub that holds records of one family, filled through its own slots with rows as they are received. Needs an open
+/// host session of Records::reference(), which must outlive it.
 class BenchHub
 {
 public:
-    BenchHub(int records, int ofFirstAccount);
+    BenchHub(Family family, const QVector<Records::Keys> &keys);
 
-    int size() const { return m_keys.size(); }
+    /// One hub of a family and size, kept until the program ends or forgetAll().
+    static BenchHub &of(Family family, int records);
+    static void forgetAll();
+
+    const QVector<Records::Keys> &keys() const { return m_keys; }
     const ManualT0LogicPrivate &hub() const { return m_hub; }
+    ManualT0LogicPrivate &hub() { return m_hub; }
+    RecordList records() const; ///< all the hub holds of its family (of Resources: the pools), as it gives them
 
-    /// Keys of random records that are held; every call draws others.
-    QVector<Records::Keys> randomKeys(int count);
+    QVector<Records::Keys> randomKeys(int count); ///< every call draws others
 
     /// Usage records newer than everything before, for random keys.
-    QVector<VariantRecord> newPushes(int count);
+    RecordList newPushes(int count);
 
-    /// Answers for the first account; in each another tenth of the quantities has changed.
-    QVector<RecordList> newPoolAnswers(int count);
+    /// Does it on the hub's thread; the processor time that took, in nanoseconds.
+    template <typename Work> qint64 onItsThread(Work work)
+    {
+        qint64 nanoseconds = 0;
+        QMetaObject::invokeMethod(
+            &m_hub,
+            [&] {
+                const CpuTimer timer;
+                work();
+                nanoseconds = timer.nanoseconds();
+            },
+            Qt::BlockingQueuedConnection);
+        return nanoseconds;
+    }
 
-    /// Merges them on the hub's thread and returns the processor time that took, in nanoseconds.
-    qint64 mergePushes(QVector<VariantRecord> pushes);
-    qint64 takePoolAnswers(QVector<RecordList> answers);
+    void push(const VariantRecord &record) { m_hub.slotRecvPoolRealtimeChangedPush(record); }
+    void answerPools(const QString &account, const RecordList &rows);
 
 private:
     void fillUsage();
     void fillPools();
-    void answerPools(const QString &account, const RecordList &rows);
+    void fillResources();
 
     const QVector<Records::Keys> m_keys;
+    const Family m_family;
     ManualT0LogicPrivate m_hub;
     std::mt19937 m_random;
     qint64 m_time = 0; ///< of the newest usage record
-    int m_answers = 0;
 };

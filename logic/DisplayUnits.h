@@ -21,5 +21,6 @@ inline int displayFactor(const QString &symbol)
 /// A text field of a row.
 inline QString text(const VariantRecord &row, const QString &field)
 {
-    return row.value(field).toString();
+    const auto value = row.constFind(field);
+    return value == row.constEnd() ? QString() : value->toString();
 }

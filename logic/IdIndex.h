@@ -3,8 +3,8 @@
 #include <QtCore/QHash>
 #include <QtCore/QPair>
 #include <QtCore/QSet>
-#include <QtCore/QStringList>
-#include <QtCore/QVector>
+#include <QtCore/QString>
+#include <QtCore/QVarLengthArray>
 
 #include <algorithm>
 #include <functional>
@@ -45,77 +45,67 @@ private:
     QHash<Key, IdSet> m_sets;
 };
 
-/// The ids that meet every condition. A condition is a union of index sets; the one with the fewest ids is
-/// walked, the others are only asked, so a lookup costs what its most selective condition leaves. The sets
-/// must stay alive and unchanged meanwhile (the caller holds their lock).
-class IdQuery
+/// Sets of one index, to be walked id by id. They must stay alive and unchanged meanwhile (the caller holds
+/// their lock).
+class IdSets
 {
 public:
-    /// The id must be under any of the keys; a key given twice counts once.
-    template <typename Key, typename Keys> void anyOf(const IdIndex<Key> &index, const Keys &keys)
+    IdSets() = default;
+
+    /// The sets under any of the keys; a key given twice counts once.
+    template <typename Key, typename Keys> static IdSets under(const IdIndex<Key> &index, const Keys &keys)
     {
-        Condition condition;
-        for (const Key &key : keys) {
-            if (const IdSet *set = index.find(key))
-                condition.sets.append(set);
-        }
-        std::sort(condition.sets.begin(), condition.sets.end(), std::less<>());
-        condition.sets.erase(std::unique(condition.sets.begin(), condition.sets.end()), condition.sets.end());
-        for (const IdSet *set : qAsConst(condition.sets))
-            condition.size += set->size();
-        m_conditions.append(condition);
+        IdSets sets;
+        for (const auto &key : keys)
+            sets.append(index.find(key));
+        sets.dropRepeated();
+        return sets;
     }
 
-    template <typename Key> void equals(const IdIndex<Key> &index, const Key &key) { anyOf(index, QVector<Key>{key}); }
-
-    /// The id must not be in the set.
-    void noneOf(const IdSet *set)
+    /// The sets under any pair of one of the first and one of the second.
+    template <typename First, typename Second>
+    static IdSets underPairs(const IdIndex<KeyPair> &index, const First &first, const Second &second)
     {
-        if (set)
-            m_excluded.append(set);
+        IdSets sets;
+        for (const QString &one : first) {
+            for (const QString &other : second)
+                sets.append(index.find({one, other}));
+        }
+        sets.dropRepeated();
+        return sets;
     }
 
-    /// In no particular order, each id once. Without any condition: none.
-    QVector<QString> ids() const
+    /// How many ids there are to walk.
+    int size() const { return m_size; }
+
+    template <typename Visit> void forEach(Visit visit) const
     {
-        QVector<QString> result;
-        const auto driver = std::min_element(m_conditions.cbegin(), m_conditions.cend(), &fewer);
-        if (driver == m_conditions.cend())
-            return result;
-        for (const IdSet *set : driver->sets) {
-            for (const QString &id : *set) {
-                if (meets(id, &*driver))
-                    result.append(id);
-            }
+        for (const IdSet *set : m_sets) {
+            for (const QString &id : *set)
+                visit(id);
         }
-        return result;
     }
 
 private:
-    struct Condition {
-        QVector<const IdSet *> sets;
-        int size = 0;
-    };
-
-    static bool fewer(const Condition &a, const Condition &b) { return a.size < b.size; }
-
-    bool meets(const QString &id, const Condition *driver) const
+    void append(const IdSet *set)
     {
-        const auto holdsId = [&id](const IdSet *set) { return set->contains(id); };
-        for (const Condition &condition : m_conditions) {
-            if (&condition != driver && std::none_of(condition.sets.cbegin(), condition.sets.cend(), holdsId))
-                return false;
-        }
-        return std::none_of(m_excluded.cbegin(), m_excluded.cend(), holdsId);
+        if (set)
+            m_sets.append(set);
     }
 
-    QVector<Condition> m_conditions;
-    QVector<const IdSet *> m_excluded;
+    void dropRepeated()
+    {
+        std::sort(m_sets.begin(), m_sets.end(), std::less<>());
+        m_sets.resize(int(std::unique(m_sets.begin(), m_sets.end()) - m_sets.begin()));
+        for (const IdSet *set : qAsConst(m_sets))
+            m_size += set->size();
+    }
+
+    QVarLengthArray<const IdSet *, 32> m_sets;
+    int m_size = 0;
 };
 
-inline QStringList sorted(const QVector<QString> &ids)
+inline const IdSets &smaller(const IdSets &a, const IdSets &b)
 {
-    QStringList list(ids.cbegin(), ids.cend());
-    std::sort(list.begin(), list.end());
-    return list;
+    return b.size() < a.size() ? b : a;
 }

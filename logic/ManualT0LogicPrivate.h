@@ -1,11 +1,11 @@
 #pragma once
 
 #include "FamilyLock.h"
-#include "IdIndex.h"
 #include "MasterInitStateMgr.h"
 #include "OrderAllocation.h"
 #include "RefreshThrottle.h"
 #include "SymbolListType.h"
+#include "TradingLookup.h"
 #include "VariantRecord.h"
 #include "ZrObject.h"
 
@@ -280,12 +280,15 @@ private:
         T0_EXCLUDES(resourceLock);
     void storeResource(const VariantRecord &resource) T0_REQUIRES(resourceLock);
     void removeResource(const QString &resourceId) T0_REQUIRES(resourceLock);
+    /// An empty symbol or exchange: any.
+    QVector<HeldRecord> findResources(const QStringList &accounts, const QString &symbol, const QString &exchange) const
+        T0_REQUIRES_SHARED(resourceLock);
     bool hasPoolOf(const QString &resourceId, const QStringList &traderIds) const T0_REQUIRES_SHARED(securityPoolLock);
     void packSecurityPoolInfoIntoResource(VariantRecord &resource) const
         T0_REQUIRES_SHARED(resourceLock, securityPoolLock, traderLock);
 
     mutable FamilyLock resourceLock;
-    QHash<QString, VariantRecord> resourceCache T0_GUARDED_BY(resourceLock);
+    RecordCache resourceCache T0_GUARDED_BY(resourceLock);
     IdIndex<QString> resourceAccountIndex T0_GUARDED_BY(resourceLock);
     IdIndex<QString> resourceSymbolIndex T0_GUARDED_BY(resourceLock);
     IdIndex<QString> resourceExchangeIndex T0_GUARDED_BY(resourceLock);
@@ -307,7 +310,7 @@ private:
     QSet<QString> tradableSymbols() const;
     /// Fills T0SymbolFlag and the ids of resources that exist already.
     void markCandidates(RecordList &candidates) const T0_EXCLUDES(resourceLock);
-    QVector<QString> resourceIds(const QString &tradingAccount, const QString &symbol, const QString &exchange) const
+    QVector<HeldRecord> resourcesOf(const QString &tradingAccount, const QString &symbol, const QString &exchange) const
         T0_REQUIRES_SHARED(resourceLock);
     qint64 allocatable(const QString &tradingAccount, const QString &symbol, const QString &exchange) const
         T0_EXCLUDES(productLock, resourceLock, realtimePoolLock);
@@ -340,18 +343,24 @@ private:
     using PublicPools = QMap<QString, VariantRecord>; ///< by account, symbol and exchange
     PublicPools publicPoolsByPartner(const QStringList &accountList, const QString &symbol,
                                      const QString &exchange) const T0_REQUIRES_SHARED(securityPoolLock);
-    QVector<QString> poolIds(const QStringList &accounts, const QStringList &traderIds, const QString &symbol,
-                             const QString &exchange, bool withoutPublic) const T0_REQUIRES_SHARED(securityPoolLock);
+    /// Of the traders that the filter names by more than an empty text; of all when it names none.
+    QVector<HeldRecord> namedPools(TradingFilter filter) const T0_REQUIRES_SHARED(securityPoolLock);
+    /// The same by id, so that the first of several partners is the same one every time; a filter without
+    /// traders leaves the public one out.
+    QVector<HeldRecord> privatePools(const TradingFilter &filter) const T0_REQUIRES_SHARED(securityPoolLock);
+    TradingLookup poolLookup() const T0_REQUIRES_SHARED(securityPoolLock);
+    const QString &poolTraderField() const T0_REQUIRES_SHARED(securityPoolLock);
 
     mutable FamilyLock securityPoolLock T0_ACQUIRED_AFTER(resourceLock);
-    QHash<QString, VariantRecord> securityPoolMap T0_GUARDED_BY(securityPoolLock);
+    RecordCache securityPoolMap T0_GUARDED_BY(securityPoolLock);
     IdIndex<QString> poolIdsByTradingAccount T0_GUARDED_BY(securityPoolLock);
     IdIndex<QString> poolIdsBySymbol T0_GUARDED_BY(securityPoolLock);
     IdIndex<QString> poolIdsByExchange T0_GUARDED_BY(securityPoolLock);
     IdIndex<QString> poolIdsByTrader T0_GUARDED_BY(securityPoolLock);
     IdIndex<QString> poolIdsByResource T0_GUARDED_BY(securityPoolLock);
+    IdIndex<KeyPair> poolIdsByAccountAndTrader T0_GUARDED_BY(securityPoolLock);
     IdIndex<KeyPair> poolIdsByAccountAndSymbol T0_GUARDED_BY(securityPoolLock);
-    /// Which field poolIdsByTrader is keyed by: userID from the start of a load, T0TraderId from the first
+    /// Which field the indexes know a pool's trader by: userID from the start of a load, T0TraderId from the first
     /// later answer on (deliberate: the first answers of a load are taken as the user's).
     bool poolTradersAreUsers T0_GUARDED_BY(securityPoolLock) = true;
     QMap<QString, int> pendingSecurityPoolAccounts T0_GUARDED_BY(securityPoolLock); ///< account to failures so far
@@ -378,20 +387,19 @@ private:
     void rebuildRealtimeIndexes() T0_REQUIRES(realtimePoolLock);
     void indexRealtime(const QString &key, const VariantRecord &record) T0_REQUIRES(realtimePoolLock);
     void announceNewSymbols();
-    QVector<QString> realtimeKeys(const QStringList &tradingAccounts, const QStringList &traderIds,
-                                  const QString &symbol, const QString &exchange) const
-        T0_REQUIRES_SHARED(realtimePoolLock);
+    TradingLookup usageLookup() const T0_REQUIRES_SHARED(realtimePoolLock);
 
     mutable FamilyLock realtimePoolLock;
-    QHash<QString, VariantRecord> realtimePoolCache T0_GUARDED_BY(realtimePoolLock);
+    RecordCache realtimePoolCache T0_GUARDED_BY(realtimePoolLock);
     IdIndex<QString> realtimeAccountIndex T0_GUARDED_BY(realtimePoolLock);
     IdIndex<QString> realtimeTraderIndex T0_GUARDED_BY(realtimePoolLock);
     IdIndex<QString> realtimeSymbolIndex T0_GUARDED_BY(realtimePoolLock);
     IdIndex<QString> realtimeExchangeIndex T0_GUARDED_BY(realtimePoolLock);
+    IdIndex<KeyPair> realtimeAccountAndTraderIndex T0_GUARDED_BY(realtimePoolLock);
     IdIndex<KeyPair> realtimeAccountAndSymbolIndex T0_GUARDED_BY(realtimePoolLock);
     /// The login user's records of one security; none when symbol or exchange is empty.
-    QVector<VariantRecord> ownUsage(const QStringList &tradingAccounts, const QString &symbol,
-                                    const QString &exchange) const T0_REQUIRES_SHARED(realtimePoolLock);
+    QVector<HeldRecord> ownUsage(const QStringList &tradingAccounts, const QString &symbol,
+                                 const QString &exchange) const T0_REQUIRES_SHARED(realtimePoolLock);
     /// What the login user may still trade in these accounts.
     qint64 quota(const QStringList &tradingAccounts, const QString &symbol, const QString &exchange, bool isBuy) const
         T0_EXCLUDES(realtimePoolLock);

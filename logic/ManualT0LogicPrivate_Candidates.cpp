@@ -189,21 +189,25 @@ void ManualT0LogicPrivate::markCandidates(RecordList &candidates) const
     const QSet<QString> t0Symbols(t0SymbolList.cbegin(), t0SymbolList.cend());
     ReadLock lock(resourceLock);
     for (VariantRecord &row : candidates) {
-        const QVector<QString> ids = resourceIds(text(row, Orvane_Fields::UserAccount::tradingAccount),
-                                                 text(row, symbol), text(row, securityExchange));
+        QVector<HeldRecord> resources = resourcesOf(text(row, Orvane_Fields::UserAccount::tradingAccount),
+                                                    text(row, symbol), text(row, securityExchange));
+        sortById(resources);
         row.insert(T0SymbolFlag, t0Symbols.contains(text(row, symbol)));
-        row.insert(ResourceId, ids.isEmpty() ? QString() : *std::min_element(ids.cbegin(), ids.cend()));
+        row.insert(ResourceId, resources.isEmpty() ? QString() : resources.first().key());
     }
 }
 
-QVector<QString> ManualT0LogicPrivate::resourceIds(const QString &tradingAccount, const QString &symbol,
-                                                   const QString &exchange) const
+QVector<HeldRecord> ManualT0LogicPrivate::resourcesOf(const QString &tradingAccount, const QString &symbol,
+                                                      const QString &exchange) const
 {
-    IdQuery query;
-    query.equals(resourceAccountIndex, tradingAccount);
-    query.equals(resourceSymbolIndex, symbol);
-    query.equals(resourceExchangeIndex, exchange);
-    return query.ids();
+    QVector<HeldRecord> resources = findResources({tradingAccount}, symbol, exchange);
+    // Here an empty symbol or exchange is that of a security nobody knows, not "any".
+    const auto isOther = [&](HeldRecord resource) {
+        return text(*resource, Orvane_Fields::Security::symbol) != symbol ||
+               text(*resource, Orvane_Fields::UserAccount::securityExchange) != exchange;
+    };
+    resources.erase(std::remove_if(resources.begin(), resources.end(), isOther), resources.end());
+    return resources;
 }
 
 qint64 ManualT0LogicPrivate::setAside(const QString &tradingAccount, const QString &symbol,
@@ -211,9 +215,9 @@ qint64 ManualT0LogicPrivate::setAside(const QString &tradingAccount, const QStri
 {
     qint64 sum = 0;
     ReadLock lock(resourceLock);
-    const QVector<QString> ids = resourceIds(tradingAccount, symbol, exchange);
-    for (const QString &id : ids)
-        sum = Quantity::satAdd(sum, Quantity::toQty(resourceCache.value(id).value(ResourceQty)));
+    const QVector<HeldRecord> resources = resourcesOf(tradingAccount, symbol, exchange);
+    for (const HeldRecord resource : resources)
+        sum = Quantity::satAdd(sum, Quantity::toQty(resource->value(ResourceQty)));
     return sum;
 }
 
@@ -224,8 +228,8 @@ qint64 ManualT0LogicPrivate::heldWithoutTrading(const QString &tradingAccount, c
     const int rank = tradable.exchanges.indexOf(exchange);
     qint64 quantity = sellableHoldings(tradingAccount, tradable).value({rank, symbol}).quantity;
     ReadLock lock(realtimePoolLock);
-    const QVector<QString> keys = realtimeKeys({tradingAccount}, {}, symbol, exchange);
-    for (const QString &key : keys)
-        quantity = undoTrading(quantity, realtimePoolCache.value(key), isT0);
+    const QVector<HeldRecord> records = usageLookup().find({{tradingAccount}, {}, symbol, exchange});
+    for (const HeldRecord record : records)
+        quantity = undoTrading(quantity, *record, isT0);
     return quantity;
 }

@@ -120,22 +120,17 @@ qint64 ManualT0LogicPrivate::quota(const QStringList &tradingAccounts, const QSt
     qint64 sum = 0;
     const QString &field = isBuy ? RtTotalBuyLimit : RtTotalSellLimit;
     ReadLock lock(realtimePoolLock);
-    const QVector<VariantRecord> records = ownUsage(tradingAccounts, symbol, exchange);
-    for (const VariantRecord &record : records)
-        sum = Quantity::satAdd(sum, Quantity::toQty(record.value(field)));
+    const QVector<HeldRecord> records = ownUsage(tradingAccounts, symbol, exchange);
+    for (const HeldRecord record : records)
+        sum = Quantity::satAdd(sum, Quantity::toQty(record->value(field)));
     return sum;
 }
 
-QVector<VariantRecord> ManualT0LogicPrivate::ownUsage(const QStringList &tradingAccounts, const QString &symbol,
-                                                      const QString &exchange) const
+QVector<HeldRecord> ManualT0LogicPrivate::ownUsage(const QStringList &tradingAccounts, const QString &symbol,
+                                                   const QString &exchange) const
 {
-    QVector<VariantRecord> records;
     if (symbol.isEmpty() || exchange.isEmpty())
-        return records; // here an empty key is not "any"
+        return {}; // here an empty key is not "any"
     // A user without an id has no records: his key is that of nobody's.
-    const QVector<QString> keys = realtimeKeys(tradingAccounts, {loginUserId}, symbol, exchange);
-    records.reserve(keys.size());
-    for (const QString &key : keys)
-        records.append(realtimePoolCache.value(key));
-    return records;
+    return usageLookup().find({tradingAccounts, {loginUserId}, symbol, exchange});
 }

@@ -254,6 +254,7 @@ void ManualT0LogicPrivate::indexPool(const VariantRecord &pool)
     poolIdsByExchange.insert(keys.exchange, id);
     poolIdsByTrader.insert(keys.trader, id);
     poolIdsByResource.insert(keys.resource, id);
+    poolIdsByAccountAndTrader.insert({keys.account, keys.trader}, id);
     poolIdsByAccountAndSymbol.insert({keys.account, keys.symbol}, id);
 }
 
@@ -266,6 +267,7 @@ void ManualT0LogicPrivate::unindexPool(const VariantRecord &pool)
     poolIdsByExchange.remove(keys.exchange, id);
     poolIdsByTrader.remove(keys.trader, id);
     poolIdsByResource.remove(keys.resource, id);
+    poolIdsByAccountAndTrader.remove({keys.account, keys.trader}, id);
     poolIdsByAccountAndSymbol.remove({keys.account, keys.symbol}, id);
 }
 
@@ -279,6 +281,7 @@ void ManualT0LogicPrivate::resetSecurityPoolIndex()
     poolIdsByExchange.clear();
     poolIdsByTrader.clear();
     poolIdsByResource.clear();
+    poolIdsByAccountAndTrader.clear();
     poolIdsByAccountAndSymbol.clear();
     for (const VariantRecord &pool : qAsConst(securityPoolMap))
         indexPool(pool);

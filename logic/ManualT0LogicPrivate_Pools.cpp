@@ -82,10 +82,10 @@ RecordList ManualT0LogicPrivate::GetSecurityPoolDetailByResourceId(const QString
 RecordList ManualT0LogicPrivate::poolsOfResource(const QString &resourceId, int poolType) const
 {
     RecordList pools;
-    IdQuery query;
-    query.equals(poolIdsByResource, resourceId);
-    const QVector<QString> ids = query.ids();
-    for (const QString &id : ids) {
+    const IdSet *ids = poolIdsByResource.find(resourceId);
+    if (!ids)
+        return pools;
+    for (const QString &id : *ids) {
         const VariantRecord pool = securityPoolMap.value(id);
         if (poolType == PoolTypes::All || Quantity::toIntQty(pool.value(PoolType)) == poolType)
             pools.append(pool);
@@ -104,16 +104,15 @@ RecordList ManualT0LogicPrivate::GetSecurityPoolDetailListByTradingList(const QS
     elapsed.start();
 
     ReadLock lock(securityPoolLock);
-    QVector<QString> ids = poolIds(accountList, traderIdList, symbol, exchange, withPublic);
+    const TradingFilter filter{accountList, traderIdList, symbol, exchange};
+    const QVector<HeldRecord> held = withPublic ? privatePools(filter) : namedPools(filter);
     PublicPools publicPools;
-    if (withPublic) {
+    if (withPublic)
         publicPools = publicPoolsByPartner(accountList, symbol, exchange);
-        std::sort(ids.begin(), ids.end()); // the first of several partners is the same one every time
-    }
     RecordList pools;
-    pools.reserve(ids.size());
-    for (const QString &id : qAsConst(ids)) {
-        pools.append(securityPoolMap.value(id));
+    pools.reserve(held.size());
+    for (const HeldRecord pool : held) {
+        pools.append(*pool);
         if (!publicPools.isEmpty())
             takePartner(pools.last(), publicPools);
     }
@@ -129,16 +128,37 @@ RecordList ManualT0LogicPrivate::GetSecurityPoolDetailListByTradingList(const QS
     return pools;
 }
 
+QVector<HeldRecord> ManualT0LogicPrivate::namedPools(TradingFilter filter) const
+{
+    const bool anyTrader = filter.traders.isEmpty();
+    filter.traders.removeAll(QString());
+    if (filter.traders.isEmpty() && !anyTrader)
+        return {};
+    return poolLookup().find(filter);
+}
+
+QVector<HeldRecord> ManualT0LogicPrivate::privatePools(const TradingFilter &filter) const
+{
+    QVector<HeldRecord> pools = namedPools(filter);
+    if (filter.traders.isEmpty()) {
+        const auto isPublic = [trader = poolTraderField()](HeldRecord pool) {
+            return text(*pool, trader) == ManualT0Logic::PublicTrader;
+        };
+        pools.erase(std::remove_if(pools.begin(), pools.end(), isPublic), pools.end());
+    }
+    sortById(pools);
+    return pools;
+}
+
 ManualT0LogicPrivate::PublicPools ManualT0LogicPrivate::publicPoolsByPartner(const QStringList &accountList,
                                                                              const QString &symbol,
                                                                              const QString &exchange) const
 {
     PublicPools publicPools;
-    const QStringList ids = sorted(poolIds(accountList, {ManualT0Logic::PublicTrader}, symbol, exchange, false));
-    for (const QString &id : ids) {
-        const VariantRecord pool = securityPoolMap.value(id);
-        publicPools.insert(partnerKey(pool), pool);
-    }
+    QVector<HeldRecord> held = poolLookup().find({accountList, {ManualT0Logic::PublicTrader}, symbol, exchange});
+    sortById(held);
+    for (const HeldRecord pool : qAsConst(held))
+        publicPools.insert(partnerKey(*pool), *pool);
     return publicPools;
 }
 
@@ -154,11 +174,10 @@ VariantRecord ManualT0LogicPrivate::GetSecurityPoolDetailByTrading(const QString
                                                                    const QString &exchange) const
 {
     ReadLock lock(securityPoolLock);
-    const QVector<QString> ids = poolIds({tradingAccount}, {traderId}, symbol, exchange, false);
-    const auto first = std::min_element(ids.cbegin(), ids.cend());
-    if (first == ids.cend())
+    const HeldRecord first = poolLookup().findFirst(tradingAccount, traderId, symbol, exchange);
+    if (first == securityPoolMap.cend())
         return {};
-    VariantRecord pool = securityPoolMap.value(*first);
+    VariantRecord pool = *first;
     lock.unlock();
     ReadLock namesLock(traderLock);
     pool.insert(T0TraderName, traderName(text(pool, T0TraderId)));
@@ -194,26 +213,15 @@ RecordList ManualT0LogicPrivate::GetSecurityPoolDetail(const QStringList &produc
     return GetSecurityPoolDetailListByTradingList(accounts, traderIdList, symbol, exchange, withPublic);
 }
 
-QVector<QString> ManualT0LogicPrivate::poolIds(const QStringList &accounts, const QStringList &traderIds,
-                                               const QString &symbol, const QString &exchange, bool withoutPublic) const
+TradingLookup ManualT0LogicPrivate::poolLookup() const
 {
-    IdQuery query;
-    if (symbol.isEmpty()) {
-        query.anyOf(poolIdsByTradingAccount, accounts);
-    } else {
-        QVector<KeyPair> pairs;
-        for (const QString &account : accounts)
-            pairs.append({account, symbol});
-        query.anyOf(poolIdsByAccountAndSymbol, pairs);
-    }
-    if (!exchange.isEmpty())
-        query.equals(poolIdsByExchange, exchange);
-    if (!traderIds.isEmpty()) {
-        QStringList named = traderIds;
-        named.removeAll(QString());
-        query.anyOf(poolIdsByTrader, named);
-    } else if (withoutPublic) {
-        query.noneOf(poolIdsByTrader.find(ManualT0Logic::PublicTrader));
-    }
-    return query.ids();
+    return {securityPoolMap,
+            {poolIdsByTradingAccount, poolIdsByTrader, poolIdsBySymbol, poolIdsByExchange, poolIdsByAccountAndTrader,
+             poolIdsByAccountAndSymbol},
+            poolTraderField()};
+}
+
+const QString &ManualT0LogicPrivate::poolTraderField() const
+{
+    return poolTradersAreUsers ? Orvane_Fields::UserAccount::userID : T0TraderId;
 }

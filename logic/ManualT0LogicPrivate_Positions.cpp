@@ -21,9 +21,9 @@ long long ManualT0LogicPrivate::GetOpenPositionByAccountAndSymbol(const QString 
     const QStringList matching = side.isEmpty() ? accounts : OrderChecks::matchingAccounts(accounts, side);
     qint64 net = 0;
     ReadLock lock(realtimePoolLock);
-    const QVector<VariantRecord> records = ownUsage(matching, symbol, exchange);
-    for (const VariantRecord &record : records)
-        net = Quantity::satAdd(net, OpenPosition::net(record));
+    const QVector<HeldRecord> records = ownUsage(matching, symbol, exchange);
+    for (const HeldRecord record : records)
+        net = Quantity::satAdd(net, OpenPosition::net(*record));
     lock.unlock();
     return side.isEmpty() ? net : OpenPosition::closedBy(net, OrderChecks::isBuy(side));
 }
@@ -33,11 +33,10 @@ RecordList ManualT0LogicPrivate::GetOpenPositionList(const QStringList &accounts
 {
     RecordList open;
     ReadLock lock(realtimePoolLock);
-    const QVector<QString> keys = realtimeKeys(accounts, traderIds, symbol, exchange);
-    for (const QString &key : keys) {
-        const VariantRecord record = realtimePoolCache.value(key);
-        if (text(record, OpenPosSide) != Master_Values::OpenPositionSide::NoOpenPos)
-            open.append(record);
+    const QVector<HeldRecord> records = usageLookup().find({accounts, traderIds, symbol, exchange});
+    for (const HeldRecord record : records) {
+        if (text(*record, OpenPosSide) != Master_Values::OpenPositionSide::NoOpenPos)
+            open.append(*record);
     }
     return open;
 }
@@ -50,9 +49,10 @@ QStringList ManualT0LogicPrivate::GetExchangeListByAccountAndSymbol(const QStrin
     QStringList exchanges;
     ReadLock lock(realtimePoolLock);
     // By key: which exchange appears first is the same every time.
-    const QStringList keys = sorted(realtimeKeys(accounts, {loginUserId}, symbol, QString()));
-    for (const QString &key : keys)
-        exchanges.append(text(realtimePoolCache.value(key), Orvane_Fields::UserAccount::securityExchange));
+    QVector<HeldRecord> records = usageLookup().find({accounts, {loginUserId}, symbol, QString()});
+    sortById(records);
+    for (const HeldRecord record : qAsConst(records))
+        exchanges.append(text(*record, Orvane_Fields::UserAccount::securityExchange));
     exchanges.removeDuplicates();
     return exchanges;
 }

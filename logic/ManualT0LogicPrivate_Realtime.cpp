@@ -25,10 +25,10 @@ RecordList ManualT0LogicPrivate::GetRealtimePoolDetailList(const QStringList &tr
 {
     RecordList records;
     ReadLock lock(realtimePoolLock);
-    const QVector<QString> keys = realtimeKeys(tradingAccounts, traderIds, symbol, exchange);
-    records.reserve(keys.size());
-    for (const QString &key : keys)
-        records.append(realtimePoolCache.value(key));
+    const QVector<HeldRecord> held = usageLookup().find({tradingAccounts, traderIds, symbol, exchange});
+    records.reserve(held.size());
+    for (const HeldRecord record : held)
+        records.append(*record);
     return records;
 }
 
@@ -41,35 +41,24 @@ RecordList ManualT0LogicPrivate::GetRealtimeSumListMergeBySymbolExchange(const Q
     QMap<QString, VariantRecord> sums;
     ReadLock lock(realtimePoolLock);
     // By key: which record is the first of its group, and keeps its other fields, is the same every time.
-    const QStringList keys = sorted(realtimeKeys(tradingAccounts, {traderId}, symbol, exchange));
-    for (const QString &key : keys) {
-        const VariantRecord record = realtimePoolCache.value(key);
-        const QString group =
-            text(record, Orvane_Fields::Security::symbol) + text(record, Orvane_Fields::UserAccount::securityExchange);
+    QVector<HeldRecord> held = usageLookup().find({tradingAccounts, {traderId}, symbol, exchange});
+    sortById(held);
+    for (const HeldRecord record : qAsConst(held)) {
+        const QString group = text(*record, Orvane_Fields::Security::symbol) +
+                              text(*record, Orvane_Fields::UserAccount::securityExchange);
         const auto sum = sums.find(group);
         if (sum == sums.end())
-            sums.insert(group, record);
+            sums.insert(group, *record);
         else
-            RealtimeFields::add(*sum, record);
+            RealtimeFields::add(*sum, *record);
     }
     return sums.values();
 }
 
-QVector<QString> ManualT0LogicPrivate::realtimeKeys(const QStringList &tradingAccounts, const QStringList &traderIds,
-                                                    const QString &symbol, const QString &exchange) const
+TradingLookup ManualT0LogicPrivate::usageLookup() const
 {
-    IdQuery query;
-    if (symbol.isEmpty()) {
-        query.anyOf(realtimeAccountIndex, tradingAccounts);
-    } else {
-        QVector<KeyPair> pairs;
-        for (const QString &account : tradingAccounts)
-            pairs.append({account, symbol});
-        query.anyOf(realtimeAccountAndSymbolIndex, pairs);
-    }
-    if (!exchange.isEmpty())
-        query.equals(realtimeExchangeIndex, exchange);
-    if (!traderIds.isEmpty())
-        query.anyOf(realtimeTraderIndex, traderIds);
-    return query.ids();
+    return {realtimePoolCache,
+            {realtimeAccountIndex, realtimeTraderIndex, realtimeSymbolIndex, realtimeExchangeIndex,
+             realtimeAccountAndTraderIndex, realtimeAccountAndSymbolIndex},
+            Master_Fields::ManualT0::T0TraderId};
 }

@@ -169,6 +169,7 @@ void ManualT0LogicPrivate::rebuildRealtimeIndexes()
     realtimeTraderIndex.clear();
     realtimeSymbolIndex.clear();
     realtimeExchangeIndex.clear();
+    realtimeAccountAndTraderIndex.clear();
     realtimeAccountAndSymbolIndex.clear();
     for (auto record = realtimePoolCache.cbegin(); record != realtimePoolCache.cend(); ++record)
         indexRealtime(record.key(), *record);
@@ -177,11 +178,13 @@ void ManualT0LogicPrivate::rebuildRealtimeIndexes()
 void ManualT0LogicPrivate::indexRealtime(const QString &key, const VariantRecord &record)
 {
     const QString account = text(record, Orvane_Fields::UserAccount::tradingAccount);
+    const QString trader = text(record, T0TraderId);
     const QString symbol = text(record, Orvane_Fields::Security::symbol);
     realtimeAccountIndex.insert(account, key);
-    realtimeTraderIndex.insert(text(record, T0TraderId), key);
+    realtimeTraderIndex.insert(trader, key);
     realtimeSymbolIndex.insert(symbol, key);
     realtimeExchangeIndex.insert(text(record, Orvane_Fields::UserAccount::securityExchange), key);
+    realtimeAccountAndTraderIndex.insert({account, trader}, key);
     realtimeAccountAndSymbolIndex.insert({account, symbol}, key);
 }
 

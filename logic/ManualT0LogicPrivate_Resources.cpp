@@ -10,6 +10,8 @@
 #include "Quantity.h"
 #include "VantaKeys.h"
 
+#include <array>
+
 using namespace Master_Fields::ManualT0;
 
 namespace {
@@ -75,18 +77,10 @@ RecordList ManualT0LogicPrivate::GetResourceByProductAccount(const QStringList &
     ReadLock lock(resourceLock);
     ReadLock poolLock(securityPoolLock);
     ReadLock namesLock(traderLock);
-    IdQuery query;
-    query.anyOf(resourceAccountIndex, accounts);
-    if (!symbol.isEmpty())
-        query.equals(resourceSymbolIndex, symbol);
-    if (!exchange.isEmpty())
-        query.equals(resourceExchangeIndex, exchange);
-
     RecordList result;
-    const QVector<QString> ids = query.ids();
-    for (const QString &id : ids) {
-        const auto resource = resourceCache.constFind(id);
-        if (resource == resourceCache.cend() || !(traderIds.isEmpty() || hasPoolOf(id, traderIds)))
+    const QVector<HeldRecord> held = findResources(accounts, symbol, exchange);
+    for (const HeldRecord resource : held) {
+        if (!traderIds.isEmpty() && !hasPoolOf(resource.key(), traderIds))
             continue;
         result.append(*resource);
         packSecurityPoolInfoIntoResource(result.last());
@@ -221,12 +215,31 @@ void ManualT0LogicPrivate::removeResource(const QString &resourceId)
     resourceExchangeIndex.remove(text(resource, Orvane_Fields::UserAccount::securityExchange), resourceId);
 }
 
+QVector<HeldRecord> ManualT0LogicPrivate::findResources(const QStringList &accounts, const QString &symbol,
+                                                        const QString &exchange) const
+{
+    IdSets ids = IdSets::under(resourceAccountIndex, accounts);
+    if (!symbol.isEmpty())
+        ids = smaller(ids, IdSets::under(resourceSymbolIndex, std::array{symbol}));
+    if (!exchange.isEmpty())
+        ids = smaller(ids, IdSets::under(resourceExchangeIndex, std::array{exchange}));
+    QVector<HeldRecord> resources;
+    ids.forEach([&](const QString &id) {
+        const HeldRecord resource = resourceCache.constFind(id);
+        if ((symbol.isEmpty() || text(*resource, Orvane_Fields::Security::symbol) == symbol) &&
+            (exchange.isEmpty() || text(*resource, Orvane_Fields::UserAccount::securityExchange) == exchange) &&
+            accounts.contains(text(*resource, Orvane_Fields::UserAccount::tradingAccount)))
+            resources.append(resource);
+    });
+    return resources;
+}
+
 bool ManualT0LogicPrivate::hasPoolOf(const QString &resourceId, const QStringList &traderIds) const
 {
-    IdQuery query;
-    query.equals(poolIdsByResource, resourceId);
-    query.anyOf(poolIdsByTrader, traderIds);
-    return !query.ids().isEmpty();
+    const IdSet *ids = poolIdsByResource.find(resourceId);
+    return ids && std::any_of(ids->cbegin(), ids->cend(), [&](const QString &id) {
+               return traderIds.contains(text(securityPoolMap.value(id), poolTraderField()));
+           });
 }
 
 void ManualT0LogicPrivate::packSecurityPoolInfoIntoResource(VariantRecord &resource) const
@@ -235,10 +248,11 @@ void ManualT0LogicPrivate::packSecurityPoolInfoIntoResource(VariantRecord &resou
     qint64 privateSum = 0;
     QStringList traderIds;
     QStringList names;
-    IdQuery query;
-    query.equals(poolIdsByResource, text(resource, ResourceId));
-    const QStringList poolIds = sorted(query.ids()); // the order shows in the joined texts
-    for (const QString &id : poolIds) {
+    QStringList poolIds;
+    if (const IdSet *ids = poolIdsByResource.find(text(resource, ResourceId)))
+        poolIds = ids->values();
+    poolIds.sort(); // the order shows in the joined texts
+    for (const QString &id : qAsConst(poolIds)) {
         const VariantRecord pool = securityPoolMap.value(id);
         HOST_DEBUG("ManualT0LogicPrivate", "ManualT0LogicPrivate::packSecurityPoolInfoIntoResource" << pool);
         const bool isPrivate = Quantity::toIntQty(pool.value(PoolType)) == PoolTypes::Private;

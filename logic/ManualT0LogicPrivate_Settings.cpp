@@ -158,9 +158,9 @@ void ManualT0LogicPrivate::refreshCurrentTradableSymbols()
     QStringList symbols;
     {
         ReadLock lock(realtimePoolLock);
-        const QVector<QString> keys = realtimeKeys(accounts, {loginUserId}, QString(), QString());
-        for (const QString &key : keys)
-            symbols.append(text(realtimePoolCache.value(key), Orvane_Fields::Security::symbol));
+        const QVector<HeldRecord> records = usageLookup().find({accounts, {loginUserId}, QString(), QString()});
+        for (const HeldRecord record : records)
+            symbols.append(text(*record, Orvane_Fields::Security::symbol));
     }
     symbols.removeDuplicates();
     QMap<QString, QString> searchTexts;

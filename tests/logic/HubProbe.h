@@ -30,7 +30,9 @@ public:
             compare(faults, "pool exchange", hub.poolIdsByExchange, cache, by(UserAccount::securityExchange));
             compare(faults, "pool trader", hub.poolIdsByTrader, cache, by(trader));
             compare(faults, "pool resource", hub.poolIdsByResource, cache, by(Master_Fields::ManualT0::ResourceId));
-            compare(faults, "pool account and symbol", hub.poolIdsByAccountAndSymbol, cache, byAccountAndSymbol);
+            compare(faults, "pool account and trader", hub.poolIdsByAccountAndTrader, cache, byAccountAnd(trader));
+            compare(faults, "pool account and symbol", hub.poolIdsByAccountAndSymbol, cache,
+                    byAccountAnd(Security::symbol));
         }
         ReadLock lock(hub.realtimePoolLock);
         const Cache &cache = hub.realtimePoolCache;
@@ -38,7 +40,9 @@ public:
         compare(faults, "usage trader", hub.realtimeTraderIndex, cache, by(T0TraderId));
         compare(faults, "usage symbol", hub.realtimeSymbolIndex, cache, by(Security::symbol));
         compare(faults, "usage exchange", hub.realtimeExchangeIndex, cache, by(UserAccount::securityExchange));
-        compare(faults, "usage account and symbol", hub.realtimeAccountAndSymbolIndex, cache, byAccountAndSymbol);
+        compare(faults, "usage account and trader", hub.realtimeAccountAndTraderIndex, cache, byAccountAnd(T0TraderId));
+        compare(faults, "usage account and symbol", hub.realtimeAccountAndSymbolIndex, cache,
+                byAccountAnd(Security::symbol));
         return faults;
     }
 
@@ -72,9 +76,10 @@ private:
         return [field](const VariantRecord &record) { return text(record, field); };
     }
 
-    static KeyPair byAccountAndSymbol(const VariantRecord &record)
+    static std::function<KeyPair(const VariantRecord &)> byAccountAnd(const QString &field)
     {
-        return {text(record, Orvane_Fields::UserAccount::tradingAccount),
-                text(record, Orvane_Fields::Security::symbol)};
+        return [field](const VariantRecord &record) {
+            return KeyPair(text(record, Orvane_Fields::UserAccount::tradingAccount), text(record, field));
+        };
     }
 };

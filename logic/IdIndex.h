@@ -14,12 +14,12 @@ using KeyPair = QPair<QString, QString>;
 
 /// From a key to the set of ids that have it. An id stands under one key at a time, so that the sets of
 /// different keys never share one.
-template <typename Key> class IdIndex
+class IdIndex
 {
 public:
-    void insert(const Key &key, const QString &id) { m_sets[key].insert(id); }
+    void insert(const QString &key, const QString &id) { m_sets[key].insert(id); }
 
-    void remove(const Key &key, const QString &id)
+    void remove(const QString &key, const QString &id)
     {
         const auto set = m_sets.find(key);
         if (set == m_sets.end())
@@ -29,57 +29,84 @@ public:
             m_sets.erase(set);
     }
 
-    void removeKey(const Key &key) { m_sets.remove(key); }
+    void removeKey(const QString &key) { m_sets.remove(key); }
 
     /// Null when no id has the key.
-    const IdSet *find(const Key &key) const
+    const IdSet *find(const QString &key) const
     {
         const auto set = m_sets.constFind(key);
         return set == m_sets.constEnd() ? nullptr : &*set;
     }
 
     void clear() { m_sets.clear(); }
-    const QHash<Key, IdSet> &sets() const { return m_sets; }
+    const QHash<QString, IdSet> &sets() const { return m_sets; }
 
 private:
-    QHash<Key, IdSet> m_sets;
+    QHash<QString, IdSet> m_sets;
 };
 
-/// Sets of one index, to be walked id by id. They must stay alive and unchanged meanwhile (the caller holds
-/// their lock).
-class IdSets
+/// From a key that few records share to their ids. Holds no set of its own for each key, which a key of one or
+/// two ids would pay for in memory and time.
+template <typename Key> class NarrowIndex
 {
 public:
-    IdSets() = default;
+    void insert(const Key &key, const QString &id) { m_ids.insert(key, id); }
+    void remove(const Key &key, const QString &id) { m_ids.remove(key, id); }
+    void clear() { m_ids.clear(); }
 
-    /// The sets under any of the keys; a key given twice counts once.
-    template <typename Key, typename Keys> static IdSets under(const IdIndex<Key> &index, const Keys &keys)
+    template <typename Visit> void forEach(const Key &key, Visit visit) const
     {
-        IdSets sets;
-        for (const auto &key : keys)
-            sets.append(index.find(key));
-        sets.dropRepeated();
-        return sets;
+        for (auto id = m_ids.constFind(key); id != m_ids.constEnd() && id.key() == key; ++id)
+            visit(*id);
     }
 
-    /// The sets under any pair of one of the first and one of the second.
-    template <typename First, typename Second>
-    static IdSets underPairs(const IdIndex<KeyPair> &index, const First &first, const Second &second)
+    const QMultiHash<Key, QString> &ids() const { return m_ids; }
+
+private:
+    QMultiHash<Key, QString> m_ids;
+};
+
+/// Ids that indexes hold, to be walked, each once. The indexes must stay unchanged meanwhile (the caller holds
+/// their lock).
+class HeldIds
+{
+public:
+    HeldIds() = default;
+
+    /// Those under any of the keys; a key given twice counts once.
+    template <typename Keys> static HeldIds under(const IdIndex &index, const Keys &keys)
     {
-        IdSets sets;
+        HeldIds ids;
+        for (const QString &key : keys) {
+            if (const IdSet *set = index.find(key))
+                ids.m_sets.append(set);
+        }
+        dropRepeated(ids.m_sets);
+        for (const IdSet *set : qAsConst(ids.m_sets))
+            ids.m_size += set->size();
+        return ids;
+    }
+
+    /// Those under any pair of one of the first and one of the second.
+    template <typename First, typename Second>
+    static HeldIds underPairs(const NarrowIndex<KeyPair> &index, const First &first, const Second &second)
+    {
+        HeldIds ids;
         for (const QString &one : first) {
             for (const QString &other : second)
-                sets.append(index.find({one, other}));
+                index.forEach({one, other}, [&ids](const QString &id) { ids.m_ids.append(&id); });
         }
-        sets.dropRepeated();
-        return sets;
+        dropRepeated(ids.m_ids);
+        ids.m_size = ids.m_ids.size();
+        return ids;
     }
 
-    /// How many ids there are to walk.
     int size() const { return m_size; }
 
     template <typename Visit> void forEach(Visit visit) const
     {
+        for (const QString *id : m_ids)
+            visit(*id);
         for (const IdSet *set : m_sets) {
             for (const QString &id : *set)
                 visit(id);
@@ -87,25 +114,18 @@ public:
     }
 
 private:
-    void append(const IdSet *set)
+    template <typename Pointers> static void dropRepeated(Pointers &pointers)
     {
-        if (set)
-            m_sets.append(set);
-    }
-
-    void dropRepeated()
-    {
-        std::sort(m_sets.begin(), m_sets.end(), std::less<>());
-        m_sets.resize(int(std::unique(m_sets.begin(), m_sets.end()) - m_sets.begin()));
-        for (const IdSet *set : qAsConst(m_sets))
-            m_size += set->size();
+        std::sort(pointers.begin(), pointers.end(), std::less<>());
+        pointers.resize(int(std::unique(pointers.begin(), pointers.end()) - pointers.begin()));
     }
 
     QVarLengthArray<const IdSet *, 32> m_sets;
+    QVarLengthArray<const QString *, 32> m_ids;
     int m_size = 0;
 };
 
-inline const IdSets &smaller(const IdSets &a, const IdSets &b)
+inline const HeldIds &smaller(const HeldIds &a, const HeldIds &b)
 {
     return b.size() < a.size() ? b : a;
 }

@@ -289,9 +289,9 @@ private:
 
     mutable FamilyLock resourceLock;
     RecordCache resourceCache T0_GUARDED_BY(resourceLock);
-    IdIndex<QString> resourceAccountIndex T0_GUARDED_BY(resourceLock);
-    IdIndex<QString> resourceSymbolIndex T0_GUARDED_BY(resourceLock);
-    IdIndex<QString> resourceExchangeIndex T0_GUARDED_BY(resourceLock);
+    IdIndex resourceAccountIndex T0_GUARDED_BY(resourceLock);
+    IdIndex resourceSymbolIndex T0_GUARDED_BY(resourceLock);
+    IdIndex resourceExchangeIndex T0_GUARDED_BY(resourceLock);
     QMap<QString, int> pendingResourceAccounts T0_GUARDED_BY(resourceLock); ///< account to failures so far
 
     // ---- ManualT0LogicPrivate_ResourceChanges.cpp --------------------------------------------------------
@@ -348,18 +348,21 @@ private:
     /// The same by id, so that the first of several partners is the same one every time; a filter without
     /// traders leaves the public one out.
     QVector<HeldRecord> privatePools(const TradingFilter &filter) const T0_REQUIRES_SHARED(securityPoolLock);
+    /// The one with the smallest id when there are several; the map's end when there is none.
+    HeldRecord findPool(const TradingKey &key) const T0_REQUIRES_SHARED(securityPoolLock);
     TradingLookup poolLookup() const T0_REQUIRES_SHARED(securityPoolLock);
     const QString &poolTraderField() const T0_REQUIRES_SHARED(securityPoolLock);
 
     mutable FamilyLock securityPoolLock T0_ACQUIRED_AFTER(resourceLock);
     RecordCache securityPoolMap T0_GUARDED_BY(securityPoolLock);
-    IdIndex<QString> poolIdsByTradingAccount T0_GUARDED_BY(securityPoolLock);
-    IdIndex<QString> poolIdsBySymbol T0_GUARDED_BY(securityPoolLock);
-    IdIndex<QString> poolIdsByExchange T0_GUARDED_BY(securityPoolLock);
-    IdIndex<QString> poolIdsByTrader T0_GUARDED_BY(securityPoolLock);
-    IdIndex<QString> poolIdsByResource T0_GUARDED_BY(securityPoolLock);
-    IdIndex<KeyPair> poolIdsByAccountAndTrader T0_GUARDED_BY(securityPoolLock);
-    IdIndex<KeyPair> poolIdsByAccountAndSymbol T0_GUARDED_BY(securityPoolLock);
+    IdIndex poolIdsByTradingAccount T0_GUARDED_BY(securityPoolLock);
+    IdIndex poolIdsBySymbol T0_GUARDED_BY(securityPoolLock);
+    IdIndex poolIdsByExchange T0_GUARDED_BY(securityPoolLock);
+    IdIndex poolIdsByTrader T0_GUARDED_BY(securityPoolLock);
+    IdIndex poolIdsByResource T0_GUARDED_BY(securityPoolLock);
+    NarrowIndex<KeyPair> poolIdsByAccountAndTrader T0_GUARDED_BY(securityPoolLock);
+    NarrowIndex<KeyPair> poolIdsByAccountAndSymbol T0_GUARDED_BY(securityPoolLock);
+    NarrowIndex<TradingKey> poolIdsByTradingKey T0_GUARDED_BY(securityPoolLock);
     /// Which field the indexes know a pool's trader by: userID from the start of a load, T0TraderId from the first
     /// later answer on (deliberate: the first answers of a load are taken as the user's).
     bool poolTradersAreUsers T0_GUARDED_BY(securityPoolLock) = true;
@@ -383,7 +386,12 @@ private:
     void takeFirstRealtime(const RecordList &rows) T0_EXCLUDES(realtimePoolLock);
     void takeLaterRealtime(const RecordList &rows)
         T0_EXCLUDES(currentTradeAccountLock, currentInputSymbolLock, realtimePoolLock);
-    bool mergeRealtimeRecord(VariantRecord &record, const QString &symbol, int factor) T0_REQUIRES(realtimePoolLock);
+    /// Takes a received record over when it is newer than the one held; else the result is empty.
+    VariantRecord mergeRealtimeRecord(const VariantRecord &received, const QString &symbol, int factor)
+        T0_REQUIRES(realtimePoolLock);
+    /// Whether a usage record brings the user a symbol that the chosen accounts could not trade before.
+    bool bringsNewSymbol(const VariantRecord &record) const
+        T0_EXCLUDES(currentTradeAccountLock, currentInputSymbolLock);
     void rebuildRealtimeIndexes() T0_REQUIRES(realtimePoolLock);
     void indexRealtime(const QString &key, const VariantRecord &record) T0_REQUIRES(realtimePoolLock);
     void announceNewSymbols();
@@ -391,12 +399,12 @@ private:
 
     mutable FamilyLock realtimePoolLock;
     RecordCache realtimePoolCache T0_GUARDED_BY(realtimePoolLock);
-    IdIndex<QString> realtimeAccountIndex T0_GUARDED_BY(realtimePoolLock);
-    IdIndex<QString> realtimeTraderIndex T0_GUARDED_BY(realtimePoolLock);
-    IdIndex<QString> realtimeSymbolIndex T0_GUARDED_BY(realtimePoolLock);
-    IdIndex<QString> realtimeExchangeIndex T0_GUARDED_BY(realtimePoolLock);
-    IdIndex<KeyPair> realtimeAccountAndTraderIndex T0_GUARDED_BY(realtimePoolLock);
-    IdIndex<KeyPair> realtimeAccountAndSymbolIndex T0_GUARDED_BY(realtimePoolLock);
+    IdIndex realtimeAccountIndex T0_GUARDED_BY(realtimePoolLock);
+    IdIndex realtimeTraderIndex T0_GUARDED_BY(realtimePoolLock);
+    IdIndex realtimeSymbolIndex T0_GUARDED_BY(realtimePoolLock);
+    IdIndex realtimeExchangeIndex T0_GUARDED_BY(realtimePoolLock);
+    NarrowIndex<KeyPair> realtimeAccountAndTraderIndex T0_GUARDED_BY(realtimePoolLock);
+    NarrowIndex<KeyPair> realtimeAccountAndSymbolIndex T0_GUARDED_BY(realtimePoolLock);
     /// The login user's records of one security; none when symbol or exchange is empty.
     QVector<HeldRecord> ownUsage(const QStringList &tradingAccounts, const QString &symbol,
                                  const QString &exchange) const T0_REQUIRES_SHARED(realtimePoolLock);

@@ -256,6 +256,7 @@ void ManualT0LogicPrivate::indexPool(const VariantRecord &pool)
     poolIdsByResource.insert(keys.resource, id);
     poolIdsByAccountAndTrader.insert({keys.account, keys.trader}, id);
     poolIdsByAccountAndSymbol.insert({keys.account, keys.symbol}, id);
+    poolIdsByTradingKey.insert({keys.account, keys.trader, keys.symbol, keys.exchange}, id);
 }
 
 void ManualT0LogicPrivate::unindexPool(const VariantRecord &pool)
@@ -269,6 +270,7 @@ void ManualT0LogicPrivate::unindexPool(const VariantRecord &pool)
     poolIdsByResource.remove(keys.resource, id);
     poolIdsByAccountAndTrader.remove({keys.account, keys.trader}, id);
     poolIdsByAccountAndSymbol.remove({keys.account, keys.symbol}, id);
+    poolIdsByTradingKey.remove({keys.account, keys.trader, keys.symbol, keys.exchange}, id);
 }
 
 void ManualT0LogicPrivate::resetSecurityPoolIndex()
@@ -283,6 +285,7 @@ void ManualT0LogicPrivate::resetSecurityPoolIndex()
     poolIdsByResource.clear();
     poolIdsByAccountAndTrader.clear();
     poolIdsByAccountAndSymbol.clear();
+    poolIdsByTradingKey.clear();
     for (const VariantRecord &pool : qAsConst(securityPoolMap))
         indexPool(pool);
     HOST_DEBUG("ManualT0LogicPrivate", "ManualT0LogicPrivate::resetSecurityPoolIndex" << elapsed.elapsed());

@@ -174,7 +174,7 @@ VariantRecord ManualT0LogicPrivate::GetSecurityPoolDetailByTrading(const QString
                                                                    const QString &exchange) const
 {
     ReadLock lock(securityPoolLock);
-    const HeldRecord first = poolLookup().findFirst(tradingAccount, traderId, symbol, exchange);
+    const HeldRecord first = findPool({tradingAccount, traderId, symbol, exchange});
     if (first == securityPoolMap.cend())
         return {};
     VariantRecord pool = *first;
@@ -211,6 +211,24 @@ RecordList ManualT0LogicPrivate::GetSecurityPoolDetail(const QStringList &produc
     }
     lock.unlock();
     return GetSecurityPoolDetailListByTradingList(accounts, traderIdList, symbol, exchange, withPublic);
+}
+
+HeldRecord ManualT0LogicPrivate::findPool(const TradingKey &key) const
+{
+    HeldRecord first = securityPoolMap.cend();
+    const auto takeSmaller = [&](const QString &id) {
+        if (first == securityPoolMap.cend() || id < first.key())
+            first = securityPoolMap.constFind(id);
+    };
+    if (!key.symbol.isEmpty() && !key.exchange.isEmpty() && !key.trader.isEmpty()) {
+        poolIdsByTradingKey.forEach(key, takeSmaller);
+        return first;
+    }
+    // Here an empty symbol or exchange means any, an empty trader nobody.
+    const QVector<HeldRecord> pools = namedPools({{key.account}, {key.trader}, key.symbol, key.exchange});
+    for (const HeldRecord pool : pools)
+        takeSmaller(pool.key());
+    return first;
 }
 
 TradingLookup ManualT0LogicPrivate::poolLookup() const

@@ -6,6 +6,7 @@
 #include "OrvaneFields.h"
 #include "OrvaneValues.h"
 #include "RealtimeFields.h"
+#include "UsageDerivation.h"
 #include "VantaKeys.h"
 
 #include <QtCore/QTimer>
@@ -25,29 +26,6 @@ struct Instrument {
         : symbol(symbolOf(record))
         , factor(displayFactor(symbol))
     {}
-};
-
-/// Whether a usage record brings the user a symbol that the chosen accounts could not trade before.
-class NewSymbolTest
-{
-public:
-    NewSymbolTest(const QString &user, const QStringList &accounts, const QStringList &tradableSymbols)
-        : m_user(user)
-        , m_accounts(accounts)
-        , m_tradableSymbols(tradableSymbols)
-    {}
-
-    bool operator()(const VariantRecord &record) const
-    {
-        return text(record, T0TraderId) == m_user &&
-               m_accounts.contains(text(record, Orvane_Fields::UserAccount::tradingAccount)) &&
-               !m_tradableSymbols.contains(text(record, Orvane_Fields::Security::symbol));
-    }
-
-private:
-    const QString m_user;
-    const QStringList m_accounts;
-    const QStringList m_tradableSymbols;
 };
 
 } // namespace
@@ -73,10 +51,11 @@ void ManualT0LogicPrivate::takeFirstRealtime(const RecordList &rows)
 {
     QHash<QString, VariantRecord> fresh;
     fresh.reserve(rows.size());
-    for (VariantRecord record : rows) {
+    for (const VariantRecord &record : rows) {
         const Instrument instrument(record);
-        RealtimeFields::derive(record, instrument.symbol, instrument.factor);
-        fresh.insert(RealtimeFields::key(record, instrument.symbol), record);
+        VariantRecord derived;
+        UsageDerivation(record, instrument.symbol, instrument.factor).writeTo(derived);
+        fresh.insert(RealtimeFields::key(record, instrument.symbol), derived);
     }
 
     WriteLock lock(realtimePoolLock);
@@ -103,18 +82,17 @@ void ManualT0LogicPrivate::takeLaterRealtime(const RecordList &rows)
     QVariantList changed;
     WriteLock lock(realtimePoolLock);
     for (int i = 0; i < rows.size(); ++i) {
-        VariantRecord record = rows.at(i);
-        if (mergeRealtimeRecord(record, instruments.at(i).symbol, instruments.at(i).factor))
-            changed.append(record);
+        const VariantRecord merged =
+            mergeRealtimeRecord(rows.at(i), instruments.at(i).symbol, instruments.at(i).factor);
+        if (!merged.isEmpty())
+            changed.append(merged);
     }
     // deliberate: sent under the lock, so that no newer push slips in between the change and its announcement;
     // the host queues events, listeners read once the lock is free
     sendEvent(Vanta_Keys::EventMsgName::ManualT0PoolRealTimeUpdated, changed);
     lock.unlock();
 
-    // The accounts are read after the records stand: whoever chooses others meanwhile finds the records himself.
-    const NewSymbolTest bringsNewSymbol(loginUserId, GetCurrentTradeAccount(), GetCurrentTradableSymbolList());
-    const auto isNew = [&](const QVariant &record) { return bringsNewSymbol(record.toMap()); };
+    const auto isNew = [this](const QVariant &record) { return bringsNewSymbol(record.toMap()); };
     if (std::any_of(changed.cbegin(), changed.cend(), isNew))
         announceNewSymbols();
 }
@@ -125,13 +103,13 @@ void ManualT0LogicPrivate::slotRecvPoolRealtimeChangedPush(QVariantMap realtimeM
         return;
     const Instrument instrument(realtimeMap);
     WriteLock lock(realtimePoolLock);
-    if (!mergeRealtimeRecord(realtimeMap, instrument.symbol, instrument.factor))
-        return;
+    const VariantRecord merged = mergeRealtimeRecord(realtimeMap, instrument.symbol, instrument.factor);
     lock.unlock();
-    sendEvent(Vanta_Keys::EventMsgName::ManualT0PoolRealTimeUpdated, QVariantList{realtimeMap});
+    if (merged.isEmpty())
+        return;
+    sendEvent(Vanta_Keys::EventMsgName::ManualT0PoolRealTimeUpdated, QVariantList{merged});
 
-    const NewSymbolTest bringsNewSymbol(loginUserId, GetCurrentTradeAccount(), GetCurrentTradableSymbolList());
-    if (!bringsNewSymbol(realtimeMap))
+    if (!bringsNewSymbol(merged))
         return;
     // Gathered: a burst of new symbols costs one recomputation.
     if (!realtimeDelayBuffer) {
@@ -144,23 +122,34 @@ void ManualT0LogicPrivate::slotRecvPoolRealtimeChangedPush(QVariantMap realtimeM
     realtimeDelayBuffer->AppendItem(QVariant());
 }
 
-bool ManualT0LogicPrivate::mergeRealtimeRecord(VariantRecord &record, const QString &symbol, int factor)
+VariantRecord ManualT0LogicPrivate::mergeRealtimeRecord(const VariantRecord &received, const QString &symbol,
+                                                        int factor)
 {
     using Master_Fields::System::ModifyTime;
-    const QString key = RealtimeFields::key(record, symbol);
+    const QString key = RealtimeFields::key(received, symbol);
     const auto held = realtimePoolCache.find(key);
     const bool isNew = held == realtimePoolCache.end();
     // deliberate: an equal time is no news
-    if (!isNew && !(text(*held, ModifyTime) < text(record, ModifyTime)))
-        return false;
-    RealtimeFields::derive(record, symbol, factor);
-    if (isNew) {
-        realtimePoolCache.insert(key, record);
+    if (!isNew && !(text(*held, ModifyTime) < text(received, ModifyTime)))
+        return {};
+    VariantRecord &record = isNew ? *realtimePoolCache.insert(key, {}) : *held;
+    if (!record.isDetached())
+        record.clear(); // somebody holds a copy: a new record costs less than one more copy to overwrite
+    UsageDerivation(received, symbol, factor).writeTo(record);
+    if (isNew)
         indexRealtime(key, record);
-    } else {
-        *held = record;
-    }
-    return true;
+    return record;
+}
+
+bool ManualT0LogicPrivate::bringsNewSymbol(const VariantRecord &record) const
+{
+    if (text(record, T0TraderId) != loginUserId)
+        return false;
+    // The accounts are read after the record stands: whoever chooses others meanwhile finds the record himself.
+    if (!GetCurrentTradeAccount().contains(text(record, Orvane_Fields::UserAccount::tradingAccount)))
+        return false;
+    ReadLock lock(currentInputSymbolLock);
+    return !currentInputSymbols.contains(text(record, Orvane_Fields::Security::symbol));
 }
 
 void ManualT0LogicPrivate::rebuildRealtimeIndexes()

@@ -218,11 +218,11 @@ void ManualT0LogicPrivate::removeResource(const QString &resourceId)
 QVector<HeldRecord> ManualT0LogicPrivate::findResources(const QStringList &accounts, const QString &symbol,
                                                         const QString &exchange) const
 {
-    IdSets ids = IdSets::under(resourceAccountIndex, accounts);
+    HeldIds ids = HeldIds::under(resourceAccountIndex, accounts);
     if (!symbol.isEmpty())
-        ids = smaller(ids, IdSets::under(resourceSymbolIndex, std::array{symbol}));
+        ids = smaller(ids, HeldIds::under(resourceSymbolIndex, std::array{symbol}));
     if (!exchange.isEmpty())
-        ids = smaller(ids, IdSets::under(resourceExchangeIndex, std::array{exchange}));
+        ids = smaller(ids, HeldIds::under(resourceExchangeIndex, std::array{exchange}));
     QVector<HeldRecord> resources;
     ids.forEach([&](const QString &id) {
         const HeldRecord resource = resourceCache.constFind(id);

@@ -48,38 +48,21 @@ QVector<HeldRecord> TradingLookup::find(const TradingFilter &filter) const
     return records;
 }
 
-HeldRecord TradingLookup::findFirst(const QString &account, const QString &trader, const QString &symbol,
-                                    const QString &exchange) const
-{
-    HeldRecord first = m_cache.cend();
-    const IdSet *ids = symbol.isEmpty() ? m_indexes.byAccountAndTrader.find({account, trader})
-                                        : m_indexes.byAccountAndSymbol.find({account, symbol});
-    if (!ids || trader.isEmpty())
-        return first;
-    for (const QString &id : *ids) {
-        const HeldRecord record = m_cache.constFind(id);
-        if ((first == m_cache.cend() || id < first.key()) && text(*record, m_traderField) == trader &&
-            (exchange.isEmpty() || text(*record, securityExchange) == exchange))
-            first = record;
-    }
-    return first;
-}
-
 TradingLookup::Candidates TradingLookup::candidates(const TradingFilter &filter) const
 {
     if (!filter.symbol.isEmpty())
         return candidatesOfSymbol(filter);
-    Candidates best{IdSets::under(m_indexes.byAccount, filter.accounts), true};
+    Candidates best{HeldIds::under(m_indexes.byAccount, filter.accounts), true};
     if (!filter.traders.isEmpty()) {
-        const IdSets ofTraders = IdSets::under(m_indexes.byTrader, filter.traders);
+        const HeldIds ofTraders = HeldIds::under(m_indexes.byTrader, filter.traders);
         const qint64 pairs = qint64(filter.accounts.size()) * filter.traders.size();
         if (pairs < qMin(best.ids.size(), ofTraders.size()))
-            return {IdSets::underPairs(m_indexes.byAccountAndTrader, filter.accounts, filter.traders), true, true};
+            return {HeldIds::underPairs(m_indexes.byAccountAndTrader, filter.accounts, filter.traders), true, true};
         if (ofTraders.size() < best.ids.size())
             best = {ofTraders, false, true};
     }
     if (!filter.exchange.isEmpty()) {
-        const IdSets ofExchange = IdSets::under(m_indexes.byExchange, std::array{filter.exchange});
+        const HeldIds ofExchange = HeldIds::under(m_indexes.byExchange, std::array{filter.exchange});
         if (ofExchange.size() < best.ids.size())
             best = {ofExchange, false, false, false, true};
     }
@@ -90,9 +73,9 @@ TradingLookup::Candidates TradingLookup::candidatesOfSymbol(const TradingFilter 
 {
     const std::array symbols{filter.symbol};
     if (filter.accounts.size() > 1) {
-        const IdSets ofSymbol = IdSets::under(m_indexes.bySymbol, symbols);
+        const HeldIds ofSymbol = HeldIds::under(m_indexes.bySymbol, symbols);
         if (ofSymbol.size() < filter.accounts.size())
             return {ofSymbol, false, false, true};
     }
-    return {IdSets::underPairs(m_indexes.byAccountAndSymbol, filter.accounts, symbols), true, false, true};
+    return {HeldIds::underPairs(m_indexes.byAccountAndSymbol, filter.accounts, symbols), true, false, true};
 }

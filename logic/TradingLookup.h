@@ -24,17 +24,39 @@ struct TradingFilter {
     QString exchange;    ///< empty: any
 };
 
+/// Everything that a pool is traded under.
+struct TradingKey {
+    QString account;
+    QString trader;
+    QString symbol;
+    QString exchange;
+
+    bool operator==(const TradingKey &other) const
+    {
+        return symbol == other.symbol && account == other.account && trader == other.trader &&
+               exchange == other.exchange;
+    }
+};
+
+inline uint qHash(const TradingKey &key, uint seed = 0)
+{
+    uint hash = seed;
+    for (const QString *part : {&key.account, &key.trader, &key.symbol, &key.exchange})
+        hash = hash * 31 + qHash(*part, seed);
+    return hash;
+}
+
 /// Finds records of a cache through its indexes. Lives as long as the lock of cache and indexes is held.
 class TradingLookup
 {
 public:
     struct Indexes {
-        const IdIndex<QString> &byAccount;
-        const IdIndex<QString> &byTrader;
-        const IdIndex<QString> &bySymbol;
-        const IdIndex<QString> &byExchange;
-        const IdIndex<KeyPair> &byAccountAndTrader;
-        const IdIndex<KeyPair> &byAccountAndSymbol;
+        const IdIndex &byAccount;
+        const IdIndex &byTrader;
+        const IdIndex &bySymbol;
+        const IdIndex &byExchange;
+        const NarrowIndex<KeyPair> &byAccountAndTrader;
+        const NarrowIndex<KeyPair> &byAccountAndSymbol;
     };
 
     /// traderField: the field by which the indexes know a record's trader.
@@ -46,14 +68,11 @@ public:
 
     /// In no particular order, each record once.
     QVector<HeldRecord> find(const TradingFilter &filter) const;
-    /// The one with the smallest id when there are several; the cache's end when there is none. A trader must be named.
-    HeldRecord findFirst(const QString &account, const QString &trader, const QString &symbol,
-                         const QString &exchange) const;
 
 private:
     /// Ids among which are all that meet a filter, and which of its conditions all of them meet.
     struct Candidates {
-        IdSets ids;
+        HeldIds ids;
         bool ofAccounts = false;
         bool ofTraders = false;
         bool ofSymbol = false;

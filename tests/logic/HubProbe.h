@@ -30,6 +30,10 @@ public:
             compare(faults, "pool exchange", hub.poolIdsByExchange, cache, by(UserAccount::securityExchange));
             compare(faults, "pool trader", hub.poolIdsByTrader, cache, by(trader));
             compare(faults, "pool resource", hub.poolIdsByResource, cache, by(Master_Fields::ManualT0::ResourceId));
+            compare(faults, "pool trading key", hub.poolIdsByTradingKey, cache, [&trader](const VariantRecord &pool) {
+                return TradingKey{text(pool, UserAccount::tradingAccount), text(pool, trader),
+                                  text(pool, Security::symbol), text(pool, UserAccount::securityExchange)};
+            });
             compare(faults, "pool account and trader", hub.poolIdsByAccountAndTrader, cache, byAccountAnd(trader));
             compare(faults, "pool account and symbol", hub.poolIdsByAccountAndSymbol, cache,
                     byAccountAnd(Security::symbol));
@@ -60,14 +64,23 @@ public:
 private:
     using Cache = QHash<QString, VariantRecord>;
 
-    template <typename Key, typename KeyOf>
-    static void compare(QStringList &faults, const char *name, const IdIndex<Key> &index, const Cache &cache,
-                        KeyOf keyOf)
+    static QHash<QString, IdSet> held(const IdIndex &index) { return index.sets(); }
+
+    template <typename Key> static QHash<Key, IdSet> held(const NarrowIndex<Key> &index)
     {
-        QHash<Key, IdSet> expected;
+        QHash<Key, IdSet> sets;
+        for (auto id = index.ids().cbegin(); id != index.ids().cend(); ++id)
+            sets[id.key()].insert(*id);
+        return sets;
+    }
+
+    template <typename Index, typename KeyOf>
+    static void compare(QStringList &faults, const char *name, const Index &index, const Cache &cache, KeyOf keyOf)
+    {
+        decltype(held(index)) expected;
         for (auto record = cache.cbegin(); record != cache.cend(); ++record)
             expected[keyOf(*record)].insert(record.key());
-        if (index.sets() != expected)
+        if (held(index) != expected)
             faults.append(QStringLiteral("the %1 index differs from its cache").arg(QLatin1String(name)));
     }
 

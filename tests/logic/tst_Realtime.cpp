@@ -2,8 +2,10 @@
 #include "Tests.h"
 
 #include "RealtimeFields.h"
+#include "UsageDerivation.h"
 
 #include <cmath>
+#include <random>
 
 using namespace Master_Fields::ManualT0;
 using namespace Master_Values::OpenPositionSide;
@@ -21,6 +23,27 @@ VariantRecord position(double bought, double sold, double preBought, double preS
             {PreUnclosedSoldQty, preSold}};
 }
 
+VariantRecord derived(const VariantRecord &received, int factor = 1)
+{
+    VariantRecord record;
+    UsageDerivation(received, "S", factor).writeTo(record);
+    return record;
+}
+
+/// Any of the fields that are read, any of those that are written, and others around them.
+VariantRecord someFields(std::mt19937 &random)
+{
+    VariantRecord record;
+    const QVector<QString> fields =
+        RealtimeFields::summedQty() + RealtimeFields::summedAmount() +
+        QVector<QString>{DailyBuyTradeFee, PreUnclosedSide, OpenPosQty, RtRealBoughtQty, QString(), "A", "m", "zzz"};
+    for (const QString &field : fields) {
+        if (random() % 2)
+            record.insert(field, int(random() % 1000));
+    }
+    return record;
+}
+
 } // namespace
 
 class RealtimeTest : public LogicTest
@@ -31,6 +54,7 @@ private slots:
     void scalesQuantities_data();
     void scalesQuantities();
     void extremes();
+    void overwrittenRecordsAreAsNewOnes();
     void newerTimeIsTaken_data();
     void newerTimeIsTaken();
     void laterAnswerAnnouncesWhatItChanged();
@@ -59,8 +83,7 @@ void RealtimeTest::scalesQuantities()
     QFETCH(int, factor);
     QFETCH(qint64, held);
     for (const QString &field : RealtimeFields::scaledQty()) {
-        VariantRecord record{{field, sent}, {DailyBoughtAmount, 3.3}};
-        RealtimeFields::derive(record, "S", factor);
+        const VariantRecord record = derived({{field, sent}, {DailyBoughtAmount, 3.3}}, factor);
         QCOMPARE(record.value(field), QVariant(held));
         QCOMPARE(record.value(field).type(), QVariant::LongLong);
         QCOMPARE(record.value(DailyBoughtAmount), QVariant(3.3));
@@ -73,8 +96,7 @@ void RealtimeTest::scalesQuantities()
 void RealtimeTest::extremes()
 {
     constexpr qint64 max = std::numeric_limits<qint64>::max();
-    VariantRecord record{{DailyBuyLimit, 9e18}, {PreUnclosedBuyLimit, 9e18}, {DailySellLimit, 7}};
-    RealtimeFields::derive(record, "S", 1);
+    VariantRecord record = derived({{DailyBuyLimit, 9e18}, {PreUnclosedBuyLimit, 9e18}, {DailySellLimit, 7}});
     QCOMPARE(record.value(RtTotalBuyLimit), QVariant(max));
     QCOMPARE(record.value(RtTotalSellLimit), QVariant(qint64(7)));
     RealtimeFields::add(record, record);
@@ -83,8 +105,22 @@ void RealtimeTest::extremes()
 
     VariantRecord unbought = position(-5, -10, 5, 0); // open 10 with nothing bought
     unbought.insert(DailyBoughtAmount, 7);
-    RealtimeFields::derive(unbought, "S", 1);
-    QVERIFY(std::isinf(unbought.value(OpenAvgPrice).toDouble()));
+    QVERIFY(std::isinf(derived(unbought).value(OpenAvgPrice).toDouble()));
+}
+
+void RealtimeTest::overwrittenRecordsAreAsNewOnes()
+{
+    std::mt19937 random(5);
+    VariantRecord held;
+    for (int i = 0; i < 500; ++i) {
+        const VariantRecord received = someFields(random);
+        const VariantRecord copy = held;
+        const VariantRecord before(copy.toStdMap());
+        UsageDerivation(received, "S", 3).writeTo(held);
+        QCOMPARE(held, derived(received, 3));
+        QCOMPARE(held.keys(), derived(received, 3).keys()); // in order, too
+        QCOMPARE(copy, before);
+    }
 }
 
 void RealtimeTest::newerTimeIsTaken_data()

@@ -3,6 +3,7 @@
 #include "FamilyLock.h"
 #include "MasterInitStateMgr.h"
 #include "OrderAllocation.h"
+#include "ReceivedPool.h"
 #include "RefreshThrottle.h"
 #include "SymbolListType.h"
 #include "TradingLookup.h"
@@ -323,20 +324,27 @@ private:
     // ---- ManualT0LogicPrivate_PoolAnswers.cpp, ManualT0LogicPrivate_Pools.cpp ----------------------------
 
     void loadSecurityPools() T0_EXCLUDES(productLock, securityPoolLock);
-    void takeFirstPools(const QString &tradingAccount, const RecordList &rows) T0_EXCLUDES(securityPoolLock);
+    void takeFirstPools(const QString &tradingAccount, RecordList &&rows) T0_EXCLUDES(securityPoolLock);
     void failFirstPools(const QString &tradingAccount) T0_EXCLUDES(securityPoolLock);
     void takeLaterPools(const QString &tradingAccount, const RecordList &rows) T0_EXCLUDES(securityPoolLock);
+    using ReceivedPools = QHash<QString, ReceivedPool>; ///< by id
+    /// What an answer changes in the pools of its account.
     struct PoolChanges {
         QStringList changedIds; ///< new and changed pools, ascending
-        QVariantList deletedRecords;
+        QStringList deletedIds;
+        RecordList records; ///< to be stored; equal ones too whose numbers are of another type
     };
-    PoolChanges replacePools(const QString &tradingAccount, const QHash<QString, VariantRecord> &fresh)
-        T0_REQUIRES(securityPoolLock);
+    PoolChanges comparePools(const QString &tradingAccount, const ReceivedPools &fresh) const
+        T0_REQUIRES_SHARED(securityPoolLock);
+    /// The records of the deleted pools.
+    QVariantList applyPools(const PoolChanges &changes) T0_REQUIRES(securityPoolLock);
+    bool isInResourceIndex(HeldRecord pool) const T0_REQUIRES_SHARED(securityPoolLock);
     void clearSecurityPools() T0_REQUIRES(securityPoolLock);
     void storePool(const VariantRecord &pool) T0_REQUIRES(securityPoolLock);
     VariantRecord takePool(const QString &poolId) T0_REQUIRES(securityPoolLock);
-    void indexPool(const VariantRecord &pool) T0_REQUIRES(securityPoolLock);
-    void unindexPool(const VariantRecord &pool) T0_REQUIRES(securityPoolLock);
+    struct PoolKeys;
+    void indexPool(const QString &id, const PoolKeys &keys) T0_REQUIRES(securityPoolLock);
+    void unindexPool(const QString &id, const PoolKeys &keys) T0_REQUIRES(securityPoolLock);
     void resetSecurityPoolIndex() T0_REQUIRES(securityPoolLock);
     /// poolType: of PoolTypes.
     RecordList poolsOfResource(const QString &resourceId, int poolType) const T0_REQUIRES_SHARED(securityPoolLock);
@@ -363,6 +371,7 @@ private:
     NarrowIndex<KeyPair> poolIdsByAccountAndTrader T0_GUARDED_BY(securityPoolLock);
     NarrowIndex<KeyPair> poolIdsByAccountAndSymbol T0_GUARDED_BY(securityPoolLock);
     NarrowIndex<TradingKey> poolIdsByTradingKey T0_GUARDED_BY(securityPoolLock);
+    quint64 poolVersion T0_GUARDED_BY(securityPoolLock) = 0; ///< counts the changes of pools and their indexes
     /// Which field the indexes know a pool's trader by: userID from the start of a load, T0TraderId from the first
     /// later answer on (deliberate: the first answers of a load are taken as the user's).
     bool poolTradersAreUsers T0_GUARDED_BY(securityPoolLock) = true;

@@ -6,7 +6,7 @@
 #include "MasterFields.h"
 #include "OrvaneFields.h"
 #include "OrvaneValues.h"
-#include "Quantity.h"
+#include "ReceivedPool.h"
 #include "VantaKeys.h"
 
 #include <QtCore/QElapsedTimer>
@@ -14,73 +14,6 @@
 using namespace Master_Fields::ManualT0;
 
 namespace {
-
-using Scale = void (*)(VariantRecord &pool, int factor);
-
-void multiply(QVariant &value, int factor)
-{
-    value = Quantity::toNum(value) * factor;
-}
-
-/// deliberate: the first answers of a load scale a limit of -1 too; readers take every negative limit as none.
-void scaleFirst(VariantRecord &pool, int factor)
-{
-    for (const QString &field : {PoolTotalQty, MaxExposureQty, MaxPendExposureQty}) {
-        const auto value = pool.find(field);
-        if (value != pool.end())
-            multiply(*value, factor);
-    }
-}
-
-void scaleLater(VariantRecord &pool, int factor)
-{
-    const auto total = pool.find(PoolTotalQty);
-    if (total != pool.end())
-        multiply(*total, factor);
-    for (const QString &field : {MaxExposureQty, MaxPendExposureQty}) {
-        const auto value = pool.find(field);
-        if (value == pool.end())
-            continue;
-        const int limit = Quantity::toIntQty(*value);
-        if (limit != ManualT0Logic::InvalidExposure)
-            *value = Quantity::clampToInt(qint64(limit) * factor);
-    }
-}
-
-RecordList inDisplayUnits(RecordList pools, Scale scale)
-{
-    for (VariantRecord &pool : pools) {
-        const QString symbol = symbolOf(pool);
-        pool.insert(Orvane_Fields::Security::symbol, symbol);
-        const int factor = displayFactor(symbol);
-        if (factor > 1)
-            scale(pool, factor);
-    }
-    return pools;
-}
-
-/// The fields by which a pool is found.
-struct PoolKeys {
-    QString account;
-    QString symbol;
-    QString exchange;
-    QString trader;
-    QString resource;
-
-    PoolKeys(const VariantRecord &pool, const QString &traderField)
-        : account(text(pool, Orvane_Fields::UserAccount::tradingAccount))
-        , symbol(text(pool, Orvane_Fields::Security::symbol))
-        , exchange(text(pool, Orvane_Fields::UserAccount::securityExchange))
-        , trader(text(pool, traderField))
-        , resource(text(pool, ResourceId))
-    {}
-
-    bool operator==(const PoolKeys &other) const
-    {
-        return account == other.account && symbol == other.symbol && exchange == other.exchange &&
-               trader == other.trader && resource == other.resource;
-    }
-};
 
 QString countsText(int before, int answered, int removed, const QString &account, int now)
 {
@@ -100,11 +33,11 @@ void ManualT0LogicPrivate::slotQuerySecurityPoolResponse(QString code, QVariantM
     const bool success = code == Orvane_Values::RequestExeStatus::success;
     if (isInitialLoad(ManualT0Logic::SecurityPools)) {
         if (success)
-            takeFirstPools(account, inDisplayUnits(poolList, scaleFirst));
+            takeFirstPools(account, std::move(poolList));
         else
             failFirstPools(account);
     } else if (success) {
-        takeLaterPools(account, inDisplayUnits(poolList, scaleLater));
+        takeLaterPools(account, poolList);
     }
 }
 
@@ -136,10 +69,13 @@ void ManualT0LogicPrivate::loadSecurityPools()
         slotRecvSecurityPoolChangedPush(account);
 }
 
-void ManualT0LogicPrivate::takeFirstPools(const QString &tradingAccount, const RecordList &rows)
+void ManualT0LogicPrivate::takeFirstPools(const QString &tradingAccount, RecordList &&rows)
 {
+    for (VariantRecord &row : rows)
+        row = ReceivedPool(std::move(row)).inDisplayUnits(ReceivedPool::Answer::First);
+
     WriteLock lock(securityPoolLock);
-    for (const VariantRecord &row : rows)
+    for (const VariantRecord &row : qAsConst(rows))
         storePool(row);
     if (pendingSecurityPoolAccounts.remove(tradingAccount) == 0 || !pendingSecurityPoolAccounts.isEmpty())
         return;
@@ -171,84 +107,131 @@ void ManualT0LogicPrivate::failFirstPools(const QString &tradingAccount)
 
 void ManualT0LogicPrivate::takeLaterPools(const QString &tradingAccount, const RecordList &rows)
 {
-    QHash<QString, VariantRecord> fresh;
+    ReceivedPools fresh;
+    fresh.reserve(rows.size());
     for (const VariantRecord &row : rows)
-        fresh.insert(text(row, PoolDetailId), row);
+        fresh.insert(text(row, PoolDetailId), ReceivedPool(row));
+
+    // Compared while others read: in the usual answer little has changed, and only that waits for the readers.
+    ReadLock comparing(securityPoolLock);
+    PoolChanges changes = comparePools(tradingAccount, fresh);
+    const quint64 comparedVersion = poolVersion;
+    comparing.unlock();
 
     WriteLock lock(securityPoolLock);
+    if (poolVersion != comparedVersion)
+        changes = comparePools(tradingAccount, fresh);
     const int countBefore = securityPoolMap.size();
-    const PoolChanges changes = replacePools(tradingAccount, fresh);
-    HOST_INFO("ManualT0LogicPrivate", "ManualT0LogicPrivate::slotQuerySecurityPoolResponse"
-                                          << countsText(countBefore, fresh.size(), changes.deletedRecords.size(),
-                                                        tradingAccount, securityPoolMap.size()));
+    const QVariantList deletedRecords = applyPools(changes);
+    const int countAfter = securityPoolMap.size();
     // deliberate: sent under the lock, as after a load
     if (!changes.changedIds.isEmpty())
         sendEvent(Vanta_Keys::EventMsgName::ManualT0SecurityPoolUpdated, changes.changedIds);
-    if (!changes.deletedRecords.isEmpty())
-        sendEvent(Vanta_Keys::EventMsgName::ManualT0SecurityPoolDeleted, changes.deletedRecords);
+    if (!deletedRecords.isEmpty())
+        sendEvent(Vanta_Keys::EventMsgName::ManualT0SecurityPoolDeleted, deletedRecords);
+    lock.unlock();
+    HOST_INFO("ManualT0LogicPrivate",
+              "ManualT0LogicPrivate::slotQuerySecurityPoolResponse"
+                  << countsText(countBefore, fresh.size(), deletedRecords.size(), tradingAccount, countAfter));
 }
 
-ManualT0LogicPrivate::PoolChanges ManualT0LogicPrivate::replacePools(const QString &tradingAccount,
-                                                                     const QHash<QString, VariantRecord> &fresh)
+ManualT0LogicPrivate::PoolChanges ManualT0LogicPrivate::comparePools(const QString &tradingAccount,
+                                                                     const ReceivedPools &fresh) const
 {
+    using Likeness = ReceivedPool::Likeness;
     PoolChanges changes;
-    IdSet unchanged;
-    const IdSet *held = poolIdsByTradingAccount.find(tradingAccount);
-    const IdSet oldIds = held ? *held : IdSet();
-    for (const QString &id : oldIds) {
-        const auto now = fresh.constFind(id);
-        if (now == fresh.cend())
-            changes.deletedRecords.append(takePool(id));
-        else if (securityPoolMap.value(id) == *now)
-            unchanged.insert(id);
+    if (const IdSet *held = poolIdsByTradingAccount.find(tradingAccount)) {
+        for (const QString &id : *held) {
+            if (!fresh.contains(id))
+                changes.deletedIds.append(id);
+        }
     }
     for (auto pool = fresh.cbegin(); pool != fresh.cend(); ++pool) {
-        storePool(*pool); // an equal one too: its numbers may be of another type
-        if (!unchanged.contains(pool.key()))
+        const HeldRecord held = securityPoolMap.constFind(pool.key());
+        const bool isOfAccount =
+            held != securityPoolMap.cend() && text(*held, Orvane_Fields::UserAccount::tradingAccount) == tradingAccount;
+        const Likeness likeness = isOfAccount ? pool->likenessTo(*held) : Likeness::Different;
+        if (likeness == Likeness::Different)
             changes.changedIds.append(pool.key());
+        if (likeness != Likeness::Same || !isInResourceIndex(held))
+            changes.records.append(pool->inDisplayUnits(ReceivedPool::Answer::Later));
     }
-    if (poolTradersAreUsers)
-        resetSecurityPoolIndex();
     changes.changedIds.sort();
     return changes;
 }
 
+bool ManualT0LogicPrivate::isInResourceIndex(HeldRecord pool) const
+{
+    const IdSet *ids = poolIdsByResource.find(text(*pool, ResourceId));
+    return ids && ids->contains(pool.key());
+}
+
+QVariantList ManualT0LogicPrivate::applyPools(const PoolChanges &changes)
+{
+    QVariantList deletedRecords;
+    for (const QString &id : changes.deletedIds)
+        deletedRecords.append(takePool(id));
+    for (const VariantRecord &pool : changes.records)
+        storePool(pool);
+    if (poolTradersAreUsers)
+        resetSecurityPoolIndex();
+    return deletedRecords;
+}
+
 void ManualT0LogicPrivate::clearSecurityPools()
 {
+    ++poolVersion;
     securityPoolMap.clear();
     resetSecurityPoolIndex();
     poolTradersAreUsers = true;
 }
 
+/// The fields by which a pool is found.
+struct ManualT0LogicPrivate::PoolKeys : TradingKey {
+    QString resource;
+
+    PoolKeys(const VariantRecord &pool, const QString &traderField)
+        : TradingKey{text(pool, Orvane_Fields::UserAccount::tradingAccount), text(pool, traderField),
+                     text(pool, Orvane_Fields::Security::symbol),
+                     text(pool, Orvane_Fields::UserAccount::securityExchange)}
+        , resource(text(pool, ResourceId))
+    {}
+
+    bool operator==(const PoolKeys &other) const { return TradingKey::operator==(other) && resource == other.resource; }
+};
+
 void ManualT0LogicPrivate::storePool(const VariantRecord &pool)
 {
+    ++poolVersion;
     const QString id = text(pool, PoolDetailId);
-    const QString &traderField = poolTradersAreUsers ? Orvane_Fields::UserAccount::userID : T0TraderId;
+    const PoolKeys keys(pool, poolTraderField());
     const auto held = securityPoolMap.find(id);
-    if (held != securityPoolMap.end() && PoolKeys(*held, traderField) == PoolKeys(pool, traderField)) {
-        *held = pool;
-        // A deleted resource takes this key along before its pools are answered for.
-        poolIdsByResource.insert(text(pool, ResourceId), id);
+    if (held == securityPoolMap.end()) {
+        securityPoolMap.insert(id, pool);
+        indexPool(id, keys);
         return;
     }
-    takePool(id);
-    securityPoolMap.insert(id, pool);
-    indexPool(pool);
+    const PoolKeys heldKeys(*held, poolTraderField());
+    *held = pool;
+    if (heldKeys == keys) {
+        // A deleted resource takes this key along before its pools are answered for.
+        poolIdsByResource.insert(keys.resource, id);
+    } else {
+        unindexPool(id, heldKeys);
+        indexPool(id, keys);
+    }
 }
 
 VariantRecord ManualT0LogicPrivate::takePool(const QString &poolId)
 {
-    if (!securityPoolMap.contains(poolId))
-        return {};
+    ++poolVersion;
     const VariantRecord pool = securityPoolMap.take(poolId);
-    unindexPool(pool);
+    unindexPool(poolId, PoolKeys(pool, poolTraderField()));
     return pool;
 }
 
-void ManualT0LogicPrivate::indexPool(const VariantRecord &pool)
+void ManualT0LogicPrivate::indexPool(const QString &id, const PoolKeys &keys)
 {
-    const QString id = text(pool, PoolDetailId);
-    const PoolKeys keys(pool, poolTradersAreUsers ? Orvane_Fields::UserAccount::userID : T0TraderId);
     poolIdsByTradingAccount.insert(keys.account, id);
     poolIdsBySymbol.insert(keys.symbol, id);
     poolIdsByExchange.insert(keys.exchange, id);
@@ -256,13 +239,11 @@ void ManualT0LogicPrivate::indexPool(const VariantRecord &pool)
     poolIdsByResource.insert(keys.resource, id);
     poolIdsByAccountAndTrader.insert({keys.account, keys.trader}, id);
     poolIdsByAccountAndSymbol.insert({keys.account, keys.symbol}, id);
-    poolIdsByTradingKey.insert({keys.account, keys.trader, keys.symbol, keys.exchange}, id);
+    poolIdsByTradingKey.insert(keys, id);
 }
 
-void ManualT0LogicPrivate::unindexPool(const VariantRecord &pool)
+void ManualT0LogicPrivate::unindexPool(const QString &id, const PoolKeys &keys)
 {
-    const QString id = text(pool, PoolDetailId);
-    const PoolKeys keys(pool, poolTradersAreUsers ? Orvane_Fields::UserAccount::userID : T0TraderId);
     poolIdsByTradingAccount.remove(keys.account, id);
     poolIdsBySymbol.remove(keys.symbol, id);
     poolIdsByExchange.remove(keys.exchange, id);
@@ -270,7 +251,7 @@ void ManualT0LogicPrivate::unindexPool(const VariantRecord &pool)
     poolIdsByResource.remove(keys.resource, id);
     poolIdsByAccountAndTrader.remove({keys.account, keys.trader}, id);
     poolIdsByAccountAndSymbol.remove({keys.account, keys.symbol}, id);
-    poolIdsByTradingKey.remove({keys.account, keys.trader, keys.symbol, keys.exchange}, id);
+    poolIdsByTradingKey.remove(keys, id);
 }
 
 void ManualT0LogicPrivate::resetSecurityPoolIndex()
@@ -286,7 +267,7 @@ void ManualT0LogicPrivate::resetSecurityPoolIndex()
     poolIdsByAccountAndTrader.clear();
     poolIdsByAccountAndSymbol.clear();
     poolIdsByTradingKey.clear();
-    for (const VariantRecord &pool : qAsConst(securityPoolMap))
-        indexPool(pool);
+    for (auto pool = securityPoolMap.cbegin(); pool != securityPoolMap.cend(); ++pool)
+        indexPool(pool.key(), PoolKeys(*pool, poolTraderField()));
     HOST_DEBUG("ManualT0LogicPrivate", "ManualT0LogicPrivate::resetSecurityPoolIndex" << elapsed.elapsed());
 }

@@ -138,6 +138,7 @@ void ManualT0LogicPrivate::forgetResources(const QStringList &resourceIds)
 
     // The pools themselves go with the answer that no longer lists them.
     WriteLock poolLock(securityPoolLock);
+    ++poolVersion;
     for (const QString &id : resourceIds)
         poolIdsByResource.removeKey(id);
 }

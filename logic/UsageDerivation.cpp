@@ -24,20 +24,34 @@ qint64 scaled(double value, int factor)
 } // namespace
 
 const std::array<const QString *, UsageDerivation::FieldCount> UsageDerivation::names = {
-    &PreUnclosedBuyLimit, &PreUnclosedSellLimit,
-    &PreUnclosedBoughtQty, &PreUnclosedSoldQty,
-    &DailyBuyLimit, &DailySellLimit,
-    &DailyBoughtQty, &DailySoldQty,
-    &RtPoolTotalQty, &PreUnclosedBoughtAmount,
-    &PreUnclosedSoldAmount, &DailyBoughtAmount,
-    &DailySoldAmount, &DailyBuyTradeFee,
-    &DailySellTradeFee, &PreUnclosedSide,
-    &Orvane_Fields::Security::symbol, &RtTotalBuyLimit,
-    &RtTotalSellLimit, &PreOpenQty,
-    &DailyOpenQty, &OpenPosQty,
-    &OpenPosSide, &OpenAvgPrice,
-    &RtRealBoughtQty, &RtRealBoughtAmount,
-    &RtRealSoldQty, &RtRealSoldAmount};
+    &PreUnclosedBuyLimit,
+    &PreUnclosedSellLimit,
+    &PreUnclosedBoughtQty,
+    &PreUnclosedSoldQty,
+    &DailyBuyLimit,
+    &DailySellLimit,
+    &DailyBoughtQty,
+    &DailySoldQty,
+    &RtPoolTotalQty,
+    &PreUnclosedBoughtAmount,
+    &PreUnclosedSoldAmount,
+    &DailyBoughtAmount,
+    &DailySoldAmount,
+    &DailyBuyTradeFee,
+    &DailySellTradeFee,
+    &PreUnclosedSide,
+    &Orvane_Fields::Security::symbol,
+    &RtTotalBuyLimit,
+    &RtTotalSellLimit,
+    &PreOpenQty,
+    &DailyOpenQty,
+    &OpenPosQty,
+    &OpenPosSide,
+    &OpenAvgPrice,
+    &RtRealBoughtQty,
+    &RtRealBoughtAmount,
+    &RtRealSoldQty,
+    &RtRealSoldAmount};
 
 const std::array<UsageDerivation::Field, UsageDerivation::FieldCount> &UsageDerivation::inOrder()
 {

@@ -1,0 +1,84 @@
+#include "ReceivedPool.h"
+
+#include "DisplayUnits.h"
+#include "ManualT0Logic.h"
+#include "MasterFields.h"
+#include "Quantity.h"
+
+using namespace Master_Fields::ManualT0;
+
+namespace {
+
+bool isScaled(const QString &field)
+{
+    return field == PoolTotalQty || field == MaxExposureQty || field == MaxPendExposureQty;
+}
+
+QVariant scaled(const QString &field, const QVariant &value, int factor, ReceivedPool::Answer answer)
+{
+    // deliberate: the first answers of a load scale a limit of -1 too; readers take every negative limit as none.
+    if (field == PoolTotalQty || answer == ReceivedPool::Answer::First)
+        return Quantity::toNum(value) * factor;
+    const int limit = Quantity::toIntQty(value);
+    return limit == ManualT0Logic::InvalidExposure ? value : QVariant(Quantity::clampToInt(qint64(limit) * factor));
+}
+
+/// Whether two values are equal; notes when they are of different types.
+bool isLike(const QVariant &a, const QVariant &b, ReceivedPool::Likeness &likeness)
+{
+    if (a.userType() != b.userType())
+        likeness = ReceivedPool::Likeness::SameValues;
+    return a == b;
+}
+
+} // namespace
+
+ReceivedPool::ReceivedPool(VariantRecord row)
+    : m_row(std::move(row))
+    , m_symbol(symbolOf(m_row))
+    , m_factor(displayFactor(m_symbol))
+{}
+
+VariantRecord ReceivedPool::inDisplayUnits(Answer answer) const &
+{
+    return ReceivedPool(*this).inDisplayUnits(answer);
+}
+
+VariantRecord ReceivedPool::inDisplayUnits(Answer answer) &&
+{
+    m_row.insert(Orvane_Fields::Security::symbol, m_symbol);
+    if (m_factor > 1) {
+        for (const QString &field : {PoolTotalQty, MaxExposureQty, MaxPendExposureQty}) {
+            const auto value = m_row.find(field);
+            if (value != m_row.end())
+                *value = scaled(field, *value, m_factor, answer);
+        }
+    }
+    return std::move(m_row);
+}
+
+ReceivedPool::Likeness ReceivedPool::likenessTo(const VariantRecord &held) const
+{
+    using Orvane_Fields::Security::symbol;
+    if (text(held, symbol) != m_symbol)
+        return Likeness::Different;
+    auto likeness = Likeness::Same;
+    auto other = held.cbegin();
+    for (auto sent = m_row.cbegin(); sent != m_row.cend(); ++sent) {
+        if (sent.key() == symbol)
+            continue; // the host's stands in its place
+        if (other != held.cend() && other.key() == symbol)
+            ++other;
+        if (other == held.cend() || other.key() != sent.key())
+            return Likeness::Different;
+        const bool equal = m_factor > 1 && isScaled(sent.key())
+                               ? isLike(scaled(sent.key(), *sent, m_factor, Answer::Later), *other, likeness)
+                               : isLike(*sent, *other, likeness);
+        if (!equal)
+            return Likeness::Different;
+        ++other;
+    }
+    if (other != held.cend() && other.key() == symbol)
+        ++other;
+    return other == held.cend() ? likeness : Likeness::Different;
+}

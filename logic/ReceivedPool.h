@@ -1,0 +1,28 @@
+#pragma once
+
+#include "VariantRecord.h"
+
+/// A pool as the server sent it, and what it is in display units. Most pools of an answer are those that are held
+/// already, so that they are compared before a record is made of them.
+class ReceivedPool
+{
+public:
+    /// How the quantities are scaled: a first answer of a load, or a later one.
+    enum class Answer { First, Later };
+    enum class Likeness { Same, SameValues, Different };
+
+    ReceivedPool() = default;
+    /// Asks the host for symbol and display factor.
+    explicit ReceivedPool(VariantRecord row);
+
+    VariantRecord inDisplayUnits(Answer answer) const &;
+    VariantRecord inDisplayUnits(Answer answer) &&;
+    /// To a record that is held in display units, this one being of a later answer. SameValues: some are of another
+    /// type, such as 5 and 5.0.
+    Likeness likenessTo(const VariantRecord &held) const;
+
+private:
+    VariantRecord m_row;
+    QString m_symbol;
+    int m_factor = 1;
+};

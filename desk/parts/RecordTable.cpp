@@ -11,6 +11,7 @@
 #include <QtCore/QSortFilterProxyModel>
 #include <QtGui/QClipboard>
 #include <QtGui/QContextMenuEvent>
+#include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QHeaderView>
@@ -128,6 +129,7 @@ RecordTable::RecordTable(const QString &name, RecordModel *model, QWidget *paren
     setAlternatingRowColors(true);
     setSortingEnabled(true);
     setWordWrap(false);
+    setShowGrid(false); // drawGrid()
     setTabKeyNavigation(false);
     setHorizontalScrollMode(ScrollPerPixel);
     verticalHeader()->hide();
@@ -293,15 +295,45 @@ void RecordTable::openSearch()
     m_search->show();
     m_search->setFocus();
     m_search->selectAll();
-    resizeEvent(nullptr);
+    placeSearch();
 }
 
 void RecordTable::resizeEvent(QResizeEvent *event)
 {
-    if (event)
-        QTableView::resizeEvent(event);
+    QTableView::resizeEvent(event);
+    placeSearch();
+}
+
+void RecordTable::placeSearch()
+{
     const QSize size = m_search->sizeHint();
     m_search->setGeometry(width() - size.width() - 24, height() - size.height() - 4, size.width(), size.height());
+}
+
+void RecordTable::paintEvent(QPaintEvent *event)
+{
+    QTableView::paintEvent(event);
+    drawGrid();
+}
+
+/// As filled rectangles: the lines of the view's own grid are drawn pixel by pixel, which took as long as all the
+/// cells.
+void RecordTable::drawGrid() const
+{
+    QStyleOptionViewItem option;
+    option.initFrom(this);
+    const QColor colour = QColor::fromRgba(QRgb(style()->styleHint(QStyle::SH_Table_GridLineColor, &option, this)));
+    const int right = horizontalHeader()->length() - horizontalHeader()->offset();
+    const int last = rowAt(viewport()->height() - 1);
+    const int end = last < 0 ? m_proxy->rowCount() : last + 1;
+    QPainter painter(viewport());
+    for (int row = std::max(0, rowAt(0)); row < end; ++row)
+        painter.fillRect(0, rowViewportPosition(row) + rowHeight(row) - 1, right, 1, colour);
+    const int bottom = verticalHeader()->length() - verticalHeader()->offset();
+    for (int column = 0; column < m_model->columns().size(); ++column) {
+        if (!isColumnHidden(column))
+            painter.fillRect(columnViewportPosition(column) + columnWidth(column) - 1, 0, 1, bottom, colour);
+    }
 }
 
 void RecordTable::keyPressEvent(QKeyEvent *event)

@@ -46,6 +46,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     class Proxy;
@@ -55,7 +56,9 @@ private:
     void takeFont();
     int columnOf(const QString &columnId) const; ///< -1: none
     void sortByDefault();
+    void drawGrid() const;
     void openSearch();
+    void placeSearch();
     void askForExport();
     QString layoutName() const;
     QVector<int> shownColumns() const; ///< in the order shown

@@ -2,10 +2,12 @@
 
 #include "BarDelegate.h"
 #include "CsvText.h"
+#include "EventBus.h"
 #include "Format.h"
 #include "Layout.h"
 #include "PageShell.h"
 #include "PinyinInitials.h"
+#include "VantaKeys.h"
 
 #include <QtCore/QSaveFile>
 #include <QtCore/QSortFilterProxyModel>
@@ -155,6 +157,9 @@ RecordTable::RecordTable(const QString &name, RecordModel *model, QWidget *paren
     connect(this, &QTableView::doubleClicked, this,
             [this](const QModelIndex &index) { emit activatedRecord(recordsOf({index}).value(0)); });
 
+    // Names of traders come with a load, and may come after the rows that show them.
+    EventBus::listen(Vanta_Keys::EventMsgName::ManualT0DataInited, this,
+                     [this](const QVariant &) { viewport()->update(); });
     const PageShell *shell = PageShell::instance();
     if (!shell)
         return;
@@ -310,6 +315,22 @@ void RecordTable::placeSearch()
     m_search->setGeometry(width() - size.width() - 24, height() - size.height() - 4, size.width(), size.height());
 }
 
+int RecordTable::endOfSeen() const
+{
+    const int last = rowAt(viewport()->height() - 1);
+    return last < 0 ? m_proxy->rowCount() : last + 1;
+}
+
+/// One range spans all that changed, and the base class draws all of it: of the rows that are seen few have changed.
+void RecordTable::dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight, const QVector<int> &)
+{
+    const int end = std::min(bottomRight.row() + 1, endOfSeen());
+    for (int row = std::max({0, topLeft.row(), rowAt(0)}); row < end; ++row) {
+        if (m_model->hasChanged(m_proxy->mapToSource(m_proxy->index(row, 0)).row()))
+            viewport()->update(0, rowViewportPosition(row), viewport()->width(), rowHeight(row));
+    }
+}
+
 void RecordTable::paintEvent(QPaintEvent *event)
 {
     QTableView::paintEvent(event);
@@ -324,8 +345,7 @@ void RecordTable::drawGrid() const
     option.initFrom(this);
     const QColor colour = QColor::fromRgba(QRgb(style()->styleHint(QStyle::SH_Table_GridLineColor, &option, this)));
     const int right = horizontalHeader()->length() - horizontalHeader()->offset();
-    const int last = rowAt(viewport()->height() - 1);
-    const int end = last < 0 ? m_proxy->rowCount() : last + 1;
+    const int end = endOfSeen();
     QPainter painter(viewport());
     for (int row = std::max(0, rowAt(0)); row < end; ++row)
         painter.fillRect(0, rowViewportPosition(row) + rowHeight(row) - 1, right, 1, colour);

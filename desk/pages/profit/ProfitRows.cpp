@@ -108,6 +108,7 @@ void ProfitRows::replace(const QHash<QString, UsageEntry> &entries)
     m_changed.clear();
     for (auto entry = entries.cbegin(); entry != entries.cend(); ++entry)
         put(entry.key(), *entry);
+    m_changed.clear();
 }
 
 /// A record that no longer passes is kept: within a day what was active stays so, and the rest of the filter is fixed

@@ -38,7 +38,7 @@ QString loadPlugins()
     return {};
 }
 
-Heartbeat::Result measure(int seconds)
+Beats::Result measure(int seconds)
 {
     QEventLoop loop;
     const Heartbeat heartbeat;
@@ -49,11 +49,11 @@ Heartbeat::Result measure(int seconds)
 
 QString line(const QString &page, const QString &beats, const QString &late, const QString &share, const QString &worst)
 {
-    return page.leftJustified(12) + beats.rightJustified(8) + late.rightJustified(8) + share.rightJustified(12) +
+    return page.leftJustified(24) + beats.rightJustified(8) + late.rightJustified(8) + share.rightJustified(12) +
            worst.rightJustified(12) + QLatin1Char('\n');
 }
 
-QString line(const QString &page, const Heartbeat::Result &result)
+QString line(const QString &page, const Beats::Result &result)
 {
     const double share = result.beats > 0 ? double(result.late) / double(result.beats) : 0;
     return line(page, QString::number(result.beats), QString::number(result.late), QString::number(share, 'f', 5),
@@ -68,20 +68,21 @@ int measurePages(MainWindow &window, DeskServer &server, int seconds)
                "more than %6 ms\n\n")
                .arg(QString::number(DeskServer::Accounts), QString::number(DeskServer::UsageRecords),
                     QString::number(pushesPerSecond), QString::number(pushesPerSecond / 10),
-                    QString::number(Heartbeat::IntervalMs), QString::number(Heartbeat::LateMs));
+                    QString::number(Beats::IntervalMs), QString::number(Beats::LateMs));
     out << line(QStringLiteral("page"), QStringLiteral("beats"), QStringLiteral("late"), QStringLiteral("share"),
                 QStringLiteral("worst ms"));
-    Heartbeat::Result all;
+    Beats::Result all;
+    BareThread bare;
     server.startPushing(pushesPerSecond);
     for (const QString &page : window.pageIds()) {
         window.showPage(page);
-        const Heartbeat::Result result = measure(seconds);
+        const Beats::Result result = measure(seconds);
         out << line(page, result);
         out.flush();
         all = {all.beats + result.beats, all.late + result.late, std::max(all.worst, result.worst)};
     }
     server.stopPushing();
-    out << line(QStringLiteral("all"), all)
+    out << line(QStringLiteral("all"), all) << line(QStringLiteral("a bare thread beside it"), bare.stop())
         << QStringLiteral("\n%1 usage pushes sent; at most 1 late beat in %2: ")
                .arg(server.pushed())
                .arg(beatsPerLateOne)

@@ -98,12 +98,14 @@ void RecordModel::flush()
             newRows.append(record);
         } else if (m_rows.at(row) != record) {
             m_rows[row] = record;
+            m_changed.insert(row);
             first = std::min(first, row);
             last = std::max(last, row);
         }
     }
     if (last >= 0)
         emit dataChanged(index(first, 0), index(last, m_columns.size() - 1));
+    m_changed.clear();
     appendShown(newKeys, newRows);
     emit shown();
 }

@@ -44,6 +44,9 @@ public:
     /// Every cell that is computed from more than its row (a price, a colour) is to be drawn again.
     void refreshCells();
 
+    /// While dataChanged is told: whether this row of its range is among those that changed.
+    bool hasChanged(int row) const { return m_changed.isEmpty() || m_changed.contains(row); }
+
     VariantRecord record(int row) const { return m_rows.value(row); }
     VariantRecord record(const QString &key) const; ///< as shown; empty when there is none
     RecordList records() const { return m_rows.toList(); }
@@ -71,6 +74,7 @@ private:
     QVector<QString> m_keys;
     QHash<QString, int> m_index;
     QSet<QString> m_busy;
+    QSet<int> m_changed; ///< while they are told; empty: the whole range
 
     QVector<QString> m_waitingOrder; ///< keys that wait, in the order they first came
     QHash<QString, VariantRecord> m_waiting;

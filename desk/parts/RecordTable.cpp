@@ -2,15 +2,18 @@
 
 #include "BarDelegate.h"
 #include "CsvText.h"
+#include "EventBus.h"
 #include "Format.h"
 #include "Layout.h"
 #include "PageShell.h"
 #include "PinyinInitials.h"
+#include "VantaKeys.h"
 
 #include <QtCore/QSaveFile>
 #include <QtCore/QSortFilterProxyModel>
 #include <QtGui/QClipboard>
 #include <QtGui/QContextMenuEvent>
+#include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QHeaderView>
@@ -128,6 +131,7 @@ RecordTable::RecordTable(const QString &name, RecordModel *model, QWidget *paren
     setAlternatingRowColors(true);
     setSortingEnabled(true);
     setWordWrap(false);
+    setShowGrid(false); // drawGrid()
     setTabKeyNavigation(false);
     setHorizontalScrollMode(ScrollPerPixel);
     verticalHeader()->hide();
@@ -153,6 +157,9 @@ RecordTable::RecordTable(const QString &name, RecordModel *model, QWidget *paren
     connect(this, &QTableView::doubleClicked, this,
             [this](const QModelIndex &index) { emit activatedRecord(recordsOf({index}).value(0)); });
 
+    // Names of traders come with a load, and may come after the rows that show them.
+    EventBus::listen(Vanta_Keys::EventMsgName::ManualT0DataInited, this,
+                     [this](const QVariant &) { viewport()->update(); });
     const PageShell *shell = PageShell::instance();
     if (!shell)
         return;
@@ -293,15 +300,60 @@ void RecordTable::openSearch()
     m_search->show();
     m_search->setFocus();
     m_search->selectAll();
-    resizeEvent(nullptr);
+    placeSearch();
 }
 
 void RecordTable::resizeEvent(QResizeEvent *event)
 {
-    if (event)
-        QTableView::resizeEvent(event);
+    QTableView::resizeEvent(event);
+    placeSearch();
+}
+
+void RecordTable::placeSearch()
+{
     const QSize size = m_search->sizeHint();
     m_search->setGeometry(width() - size.width() - 24, height() - size.height() - 4, size.width(), size.height());
+}
+
+int RecordTable::endOfSeen() const
+{
+    const int last = rowAt(viewport()->height() - 1);
+    return last < 0 ? m_proxy->rowCount() : last + 1;
+}
+
+/// One range spans all that changed, and the base class draws all of it: of the rows that are seen few have changed.
+void RecordTable::dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight, const QVector<int> &)
+{
+    const int end = std::min(bottomRight.row() + 1, endOfSeen());
+    for (int row = std::max({0, topLeft.row(), rowAt(0)}); row < end; ++row) {
+        if (m_model->hasChanged(m_proxy->mapToSource(m_proxy->index(row, 0)).row()))
+            viewport()->update(0, rowViewportPosition(row), viewport()->width(), rowHeight(row));
+    }
+}
+
+void RecordTable::paintEvent(QPaintEvent *event)
+{
+    QTableView::paintEvent(event);
+    drawGrid();
+}
+
+/// As filled rectangles: the lines of the view's own grid are drawn pixel by pixel, which took as long as all the
+/// cells.
+void RecordTable::drawGrid() const
+{
+    QStyleOptionViewItem option;
+    option.initFrom(this);
+    const QColor colour = QColor::fromRgba(QRgb(style()->styleHint(QStyle::SH_Table_GridLineColor, &option, this)));
+    const int right = horizontalHeader()->length() - horizontalHeader()->offset();
+    const int end = endOfSeen();
+    QPainter painter(viewport());
+    for (int row = std::max(0, rowAt(0)); row < end; ++row)
+        painter.fillRect(0, rowViewportPosition(row) + rowHeight(row) - 1, right, 1, colour);
+    const int bottom = verticalHeader()->length() - verticalHeader()->offset();
+    for (int column = 0; column < m_model->columns().size(); ++column) {
+        if (!isColumnHidden(column))
+            painter.fillRect(columnViewportPosition(column) + columnWidth(column) - 1, 0, 1, bottom, colour);
+    }
 }
 
 void RecordTable::keyPressEvent(QKeyEvent *event)

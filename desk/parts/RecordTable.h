@@ -43,9 +43,12 @@ signals:
     void activatedRecord(const VariantRecord &row); ///< double click or Enter
 
 protected:
+    void dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                     const QVector<int> &roles = {}) override;
     void keyPressEvent(QKeyEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     class Proxy;
@@ -55,7 +58,10 @@ private:
     void takeFont();
     int columnOf(const QString &columnId) const; ///< -1: none
     void sortByDefault();
+    int endOfSeen() const; ///< behind the last row that is seen
+    void drawGrid() const;
     void openSearch();
+    void placeSearch();
     void askForExport();
     QString layoutName() const;
     QVector<int> shownColumns() const; ///< in the order shown

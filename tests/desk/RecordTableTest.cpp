@@ -6,6 +6,7 @@
 
 #include <QtCore/QRandomGenerator>
 #include <QtGui/QClipboard>
+#include <QtGui/QPaintEvent>
 #include <QtTest/QAbstractItemModelTester>
 #include <QtTest/QtTest>
 #include <QtWidgets/QApplication>
@@ -45,6 +46,37 @@ QStringList ids(const RecordList &rows)
     return ids;
 }
 
+/// The ids of the rows that a table draws.
+class PaintedRows : public QObject
+{
+public:
+    explicit PaintedRows(RecordTable *table)
+        : QObject(table)
+        , m_table(table)
+    {
+        table->viewport()->installEventFilter(this);
+    }
+
+    QStringList rows;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() != QEvent::Paint)
+            return false;
+        const QRegion region = static_cast<QPaintEvent *>(event)->region();
+        for (int row = 0; row < m_table->model()->rowCount(); ++row) {
+            const QModelIndex id = m_table->model()->index(row, 0);
+            if (region.intersects(m_table->visualRect(id)))
+                rows.append(id.data().toString());
+        }
+        return false;
+    }
+
+private:
+    RecordTable *m_table;
+};
+
 } // namespace
 
 class RecordTableTest : public QObject
@@ -54,6 +86,7 @@ class RecordTableTest : public QObject
 private slots:
     void changesAreShownTogether();
     void randomChangesKeepRowsAndPlaces();
+    void onlyRowsThatChangedAreDrawnAgain();
     void sortingPutsWhatIsMissingLast();
     void filterAndSearchHideRows();
     void filesKeepCodesAndQuotes();
@@ -115,6 +148,33 @@ void RecordTableTest::randomChangesKeepRowsAndPlaces()
             QCOMPARE(model.record(i), rows.value(order.at(i)));
         }
     }
+}
+
+void RecordTableTest::onlyRowsThatChangedAreDrawnAgain()
+{
+    RecordModel model(columns(), keyOf);
+    model.setRows({row("a", 1), row("b", 2), row("c", 3), row("d", 4), row("e", 5)});
+    RecordTable table("test.drawn", &model);
+    table.sortByColumn(0, Qt::DescendingOrder);
+    table.resize(500, 400);
+    table.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&table));
+    PaintedRows painted(&table);
+    const auto paintedBy = [&](const std::function<void()> &change) {
+        QCoreApplication::processEvents();
+        painted.rows.clear();
+        change();
+        [&] { QTRY_VERIFY(!painted.rows.isEmpty()); }();
+        return painted.rows;
+    };
+    const auto put = [&](const RecordList &rows) {
+        model.put(rows);
+        model.flush();
+    };
+    QCOMPARE(paintedBy([&] { put({row("a", 9), row("d", 9)}); }), QStringList({"d", "a"}));
+    QCOMPARE(paintedBy([&] { put({row("c", 9), row("d", 9)}); }), QStringList({"c"}));
+    QCOMPARE(paintedBy([&] { model.setBusy({"b"}, true); }), QStringList({"b"}));
+    QCOMPARE(paintedBy([&] { model.refreshCells(); }), QStringList({"e", "d", "c", "b", "a"}));
 }
 
 void RecordTableTest::sortingPutsWhatIsMissingLast()

@@ -26,7 +26,6 @@ QwtPlotGrid *ChartStyle::prepare(QwtPlot *plot, const QString &title)
 {
     plot->setTitle(title);
     plot->setAutoReplot(false);
-    plot->setMinimumSize(160, 120); // its own is that of all its labels, too much for three side by side
     plot->plotLayout()->setAlignCanvasToScales(true);
     static_cast<QwtPlotCanvas *>(plot->canvas())->setFrameStyle(QFrame::NoFrame);
     auto *grid = new QwtPlotGrid;

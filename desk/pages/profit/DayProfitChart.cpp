@@ -56,7 +56,7 @@ QwtDateScaleDraw *timeScale()
 } // namespace
 
 DayProfitChart::DayProfitChart(QWidget *parent)
-    : QwtPlot(parent)
+    : Chart(parent)
     , m_grid(ChartStyle::prepare(this, tr("当日总盈亏")))
 {
     setObjectName(QStringLiteral("profit.chart.day"));

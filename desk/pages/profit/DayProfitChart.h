@@ -1,14 +1,13 @@
 #pragma once
 
+#include "Chart.h"
 #include "ProfitHistory.h"
-
-#include <qwt_plot.h>
 
 class QwtPlotCurve;
 class QwtPlotGrid;
 
 /// The total profit over the market's time; where no samples were taken there is no line.
-class DayProfitChart : public QwtPlot
+class DayProfitChart : public Chart
 {
     Q_OBJECT
 

@@ -34,7 +34,7 @@ QwtColumnSymbol *fill(QColor colour, int alpha)
 } // namespace
 
 ExposureChart::ExposureChart(QWidget *parent)
-    : QwtPlot(parent)
+    : Chart(parent)
     , m_grid(ChartStyle::prepare(this, tr("敞口与限额（竖线为限额，浅色不受限）")))
     , m_names(new NameScale)
     , m_all(bars(this, 0.7))

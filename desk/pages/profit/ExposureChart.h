@@ -1,12 +1,11 @@
 #pragma once
 
+#include "Chart.h"
 #include "UsageFigures.h"
 
 #include <QtCore/QMap>
 
 #include <functional>
-
-#include <qwt_plot.h>
 
 class NameScale;
 class QwtPlotBarChart;
@@ -15,7 +14,7 @@ class QwtPlotGrid;
 
 /// Exposure of each trader as a bar, with a mark where the limits of his pools end. Only what is limited counts against
 /// the mark: the light bar is all of it, the full one what is limited.
-class ExposureChart : public QwtPlot
+class ExposureChart : public Chart
 {
     Q_OBJECT
 

@@ -30,7 +30,7 @@ public:
 } // namespace
 
 ProfitBarChart::ProfitBarChart(QWidget *parent)
-    : QwtPlot(parent)
+    : Chart(parent)
     , m_grid(ChartStyle::prepare(this, {}))
     , m_names(new NameScale)
     , m_bars(new SignedBars)

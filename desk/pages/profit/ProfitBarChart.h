@@ -1,19 +1,18 @@
 #pragma once
 
+#include "Chart.h"
 #include "UsageFigures.h"
 
 #include <QtCore/QMap>
 
 #include <functional>
 
-#include <qwt_plot.h>
-
 class NameScale;
 class QwtPlotBarChart;
 class QwtPlotGrid;
 
 /// The groups that have won or lost most, as bars.
-class ProfitBarChart : public QwtPlot
+class ProfitBarChart : public Chart
 {
     Q_OBJECT
 

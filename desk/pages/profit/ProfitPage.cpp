@@ -144,7 +144,6 @@ void ProfitPage::takeAll()
     m_filter->offer(m_book->entries());
     m_rows = ProfitRows(m_filter->group(), m_filter->filter()); // a choice that is gone narrows no longer
     m_rows.replace(m_book->entries());
-    m_rows.takeChanged();
     m_table->records()->setRows(m_rows.rows());
     m_totals->show(m_rows.total());
     showCharts();

@@ -39,10 +39,11 @@ QString groupOf(ProfitRows::Group group, const QString &key, const VariantRecord
 {
     if (group == ProfitRows::Group::Detail)
         return key;
-    QStringList parts;
-    for (const QString &field : commonFields(group))
-        parts.append(usage.value(field).toString());
-    return parts.join(QLatin1Char('_'));
+    const QVector<QString> &fields = commonFields(group);
+    QString text = usage.value(fields.constFirst()).toString();
+    for (int i = 1; i < fields.size(); ++i)
+        text += QLatin1Char('_') + usage.value(fields.at(i)).toString();
+    return text;
 }
 
 void insertFigures(VariantRecord &row, const UsageTotals &totals)
@@ -107,6 +108,7 @@ void ProfitRows::replace(const QHash<QString, UsageEntry> &entries)
     m_changed.clear();
     for (auto entry = entries.cbegin(); entry != entries.cend(); ++entry)
         put(entry.key(), *entry);
+    m_changed.clear();
 }
 
 /// A record that no longer passes is kept: within a day what was active stays so, and the rest of the filter is fixed

@@ -39,7 +39,7 @@ public:
 
     Group group() const { return m_group; }
 
-    /// Every record anew.
+    /// Every record anew: rows() has them all, takeChanged() none.
     void replace(const QHash<QString, UsageEntry> &entries);
 
     /// A record came or changed.

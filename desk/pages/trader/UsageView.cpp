@@ -169,12 +169,12 @@ void UsageView::take(const RecordList &usage)
     RecordList rows;
     QStringList gone;
     for (const VariantRecord &record : usage) {
+        const QString key = ManualT0Logic::GetRealtimePoolKey(record);
         if (isShown(record)) {
             rows.append(priced(record));
-        } else {
-            gone.append(ManualT0Logic::GetRealtimePoolKey(record));
-            m_usage.remove(gone.constLast());
-            m_figures.remove(gone.constLast());
+        } else if (m_usage.remove(key) > 0) {
+            m_figures.remove(key);
+            gone.append(key);
         }
     }
     m_model->put(rows);

@@ -54,6 +54,14 @@ private:
     const ManualT0LogicPrivate &m_hub;
 };
 
+using Kept = std::map<std::tuple<Side, Family, int>, std::unique_ptr<Store>>;
+
+Kept &kept()
+{
+    static Kept stores;
+    return stores;
+}
+
 std::unique_ptr<Store> reference(Family family, BenchHub &hub)
 {
     const RecordList rows = hub.records();
@@ -107,9 +115,13 @@ std::unique_ptr<Store> makeStore(Side side, Family family, BenchHub &hub)
 
 const Store &keptStore(Side side, Family family, int records)
 {
-    static std::map<std::tuple<Side, Family, int>, std::unique_ptr<Store>> stores;
-    std::unique_ptr<Store> &store = stores[{side, family, records}];
+    std::unique_ptr<Store> &store = kept()[{side, family, records}];
     if (!store)
         store = makeStore(side, family, BenchHub::of(family, records));
     return *store;
+}
+
+void forgetStores()
+{
+    kept().clear();
 }

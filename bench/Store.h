@@ -24,5 +24,6 @@ const char *nameOf(Side side);
 /// Holds what the hub holds of its family, Usage or Pools. The library's and the scan's share its records.
 std::unique_ptr<Store> makeStore(Side side, Family family, BenchHub &hub);
 
-/// One store of a kind, on BenchHub::of(), kept until the program ends.
+/// One store of a kind, on BenchHub::of(), kept until forgetStores(), which comes before BenchHub::forgetAll().
 const Store &keptStore(Side side, Family family, int records);
+void forgetStores();

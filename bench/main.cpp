@@ -8,6 +8,13 @@ std::string Bench::name(const char *operation, const char *side, int records)
     return std::string(operation) + '/' + side + '/' + std::to_string(records);
 }
 
+/// Before the session closes and while Qt still knows its databases.
+static void forgetAll()
+{
+    forgetStores();
+    BenchHub::forgetAll();
+}
+
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
@@ -17,7 +24,7 @@ int main(int argc, char **argv)
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.value(1) == QLatin1String("--count")) {
         runCounted(arguments.value(2).toInt());
-        BenchHub::forgetAll();
+        forgetAll();
         return 0;
     }
     for (const auto add : {Bench::registerLookups, Bench::registerLists, Bench::registerPushes, Bench::registerAnswers,
@@ -28,6 +35,6 @@ int main(int argc, char **argv)
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;
     benchmark::RunSpecifiedBenchmarks();
-    BenchHub::forgetAll(); // before the session closes
+    forgetAll();
     return 0;
 }

@@ -2,7 +2,8 @@
 
 #include "OrvaneFields.h"
 
-#include <sqlite3.h>
+#include <QtCore/QUuid>
+#include <QtSql/QSqlError>
 
 using Master_Fields::ManualT0::T0TraderId;
 using Orvane_Fields::Security::symbol;
@@ -11,154 +12,128 @@ using Orvane_Fields::UserAccount::tradingAccount;
 
 namespace {
 
-QByteArray quoted(const QString &column)
+QString quoted(const QString &column)
 {
-    return '"' + column.toUtf8() + '"';
+    return '"' + column + '"';
 }
 
-QByteArray quoted(const QStringList &columns)
+QString quoted(const QStringList &columns)
 {
-    QByteArray list;
-    for (const QString &column : columns)
-        list += (list.isEmpty() ? "" : ", ") + quoted(column);
-    return list;
+    return '"' + columns.join(QStringLiteral("\", \"")) + '"';
 }
 
 /// "column" IN (?, ?, …)
-QByteArray isOneOf(const QString &column, int values)
+QString isOneOf(const QString &column, int values)
 {
-    return quoted(column) + " IN (" + QByteArray("?, ").repeated(values - 1) + "?)";
+    return quoted(column) + QStringLiteral(" IN (") + QStringLiteral("?, ").repeated(values - 1) + QStringLiteral("?)");
 }
 
-void bind(sqlite3_stmt *statement, int place, const QVariant &value)
+void run(QSqlQuery &query)
 {
-    switch (int(value.type())) {
-    case QMetaType::Int:
-    case QMetaType::LongLong:
-    case QMetaType::Bool:
-        sqlite3_bind_int64(statement, place, value.toLongLong());
-        return;
-    case QMetaType::Double:
-        sqlite3_bind_double(statement, place, value.toDouble());
-        return;
-    default:
-        const QString text = value.toString();
-        sqlite3_bind_text16(statement, place, text.utf16(), text.size() * 2, SQLITE_TRANSIENT);
-    }
-}
-
-QVariant cell(sqlite3_stmt *statement, int column)
-{
-    switch (sqlite3_column_type(statement, column)) {
-    case SQLITE_INTEGER:
-        return qlonglong(sqlite3_column_int64(statement, column));
-    case SQLITE_FLOAT:
-        return sqlite3_column_double(statement, column);
-    default:
-        const auto *text = static_cast<const QChar *>(sqlite3_column_text16(statement, column));
-        return QString(text, sqlite3_column_bytes16(statement, column) / 2);
-    }
+    if (!query.exec())
+        qFatal("%s: %s", qUtf8Printable(query.lastQuery()), qUtf8Printable(query.lastError().text()));
 }
 
 } // namespace
 
 SqliteStore::SqliteStore(const RecordList &rows, const TraderNames &names)
-    : m_names(rows.value(0).keys())
+    : m_connection(QUuid::createUuid().toString())
+    , m_db(QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection))
+    , m_names(rows.value(0).keys())
     , m_traderNames(names)
 {
-    if (sqlite3_open_v2(":memory:", &m_db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr) != SQLITE_OK)
-        qFatal("no database in memory");
+    m_db.setDatabaseName(QStringLiteral(":memory:"));
+    if (!m_db.open())
+        qFatal("no database in memory: %s", qUtf8Printable(m_db.lastError().text()));
     // Texts are kept as the program wants them.
-    execute("PRAGMA encoding = 'UTF-16le'");
-    execute("CREATE TABLE record (" + quoted(m_names) + ")");
+    execute(QStringLiteral("PRAGMA encoding = 'UTF-16le'"));
+    execute(QStringLiteral("CREATE TABLE record (%1)").arg(quoted(m_names)));
     insert(rows);
-    execute("CREATE UNIQUE INDEX bySymbol ON record (" +
-            quoted(QStringList{tradingAccount, symbol, securityExchange, T0TraderId}) + ")");
-    execute("CREATE INDEX byTrader ON record (" + quoted(QStringList{T0TraderId, tradingAccount}) + ")");
-    execute("ANALYZE");
+    execute(QStringLiteral("CREATE UNIQUE INDEX bySymbol ON record (%1)")
+                .arg(quoted(QStringList{tradingAccount, symbol, securityExchange, T0TraderId})));
+    execute(
+        QStringLiteral("CREATE INDEX byTrader ON record (%1)").arg(quoted(QStringList{T0TraderId, tradingAccount})));
+    execute(QStringLiteral("ANALYZE"));
 }
 
 SqliteStore::~SqliteStore()
 {
-    for (sqlite3_stmt *statement : qAsConst(m_statements))
-        sqlite3_finalize(statement);
-    sqlite3_close(m_db);
+    m_queries.clear();
+    m_db = QSqlDatabase(); // a connection that is in use is not removed
+    QSqlDatabase::removeDatabase(m_connection);
 }
 
-void SqliteStore::execute(const QByteArray &sql)
+QSqlQuery SqliteStore::prepared(const QString &sql) const
 {
-    if (sqlite3_exec(m_db, sql.constData(), nullptr, nullptr, nullptr) != SQLITE_OK)
-        qFatal("%s: %s", sql.constData(), sqlite3_errmsg(m_db));
+    QSqlQuery query(m_db);
+    query.setForwardOnly(true);
+    if (!query.prepare(sql))
+        qFatal("%s: %s", qUtf8Printable(sql), qUtf8Printable(query.lastError().text()));
+    return query;
+}
+
+void SqliteStore::execute(const QString &sql)
+{
+    QSqlQuery query = prepared(sql);
+    run(query);
 }
 
 void SqliteStore::insert(const RecordList &rows)
 {
-    sqlite3_stmt *statement = nullptr;
-    const QByteArray sql = "INSERT INTO record VALUES (" + QByteArray("?, ").repeated(m_names.size() - 1) + "?)";
-    sqlite3_prepare_v2(m_db, sql.constData(), -1, &statement, nullptr);
-    execute("BEGIN");
+    QSqlQuery query = prepared(
+        QStringLiteral("INSERT INTO record VALUES (%1?)").arg(QStringLiteral("?, ").repeated(m_names.size() - 1)));
+    m_db.transaction();
     for (const VariantRecord &row : rows) {
         for (int i = 0; i < m_names.size(); ++i)
-            bind(statement, i + 1, row.value(m_names.at(i)));
-        if (sqlite3_step(statement) != SQLITE_DONE)
-            qFatal("%s", sqlite3_errmsg(m_db));
-        sqlite3_reset(statement);
+            query.bindValue(i, row.value(m_names.at(i)));
+        run(query);
     }
-    sqlite3_finalize(statement);
-    execute("COMMIT");
+    m_db.commit();
 }
 
-sqlite3_stmt *SqliteStore::prepared(const QByteArray &condition) const
+RecordList SqliteStore::select(const QString &condition, const QStringList &values) const
 {
-    sqlite3_stmt *&statement = m_statements[condition];
-    const QByteArray sql = "SELECT * FROM record WHERE " + condition;
-    if (!statement && sqlite3_prepare_v2(m_db, sql.constData(), -1, &statement, nullptr) != SQLITE_OK)
-        qFatal("%s: %s", sql.constData(), sqlite3_errmsg(m_db));
-    return statement;
+    auto query = m_queries.find(condition);
+    if (query == m_queries.end())
+        query = m_queries.insert(condition, prepared(QStringLiteral("SELECT * FROM record WHERE ") + condition));
+    for (int i = 0; i < values.size(); ++i)
+        query->bindValue(i, values.at(i));
+    run(*query);
+    RecordList found;
+    while (query->next())
+        found.append(row(*query));
+    query->finish();
+    return found;
 }
 
-VariantRecord SqliteStore::row(sqlite3_stmt *statement) const
+VariantRecord SqliteStore::row(const QSqlQuery &query) const
 {
     VariantRecord record;
     for (int i = 0; i < m_names.size(); ++i)
-        record.insert(record.constEnd(), m_names.at(i), cell(statement, i));
+        record.insert(record.constEnd(), m_names.at(i), query.value(i));
     m_traderNames.fill(record);
     return record;
 }
 
 VariantRecord SqliteStore::one(const Records::Keys &keys) const
 {
-    static const QByteArray condition = quoted(tradingAccount) + "=? AND " + quoted(T0TraderId) + "=? AND " +
-                                        quoted(symbol) + "=? AND " + quoted(securityExchange) + "=?";
-    sqlite3_stmt *statement = prepared(condition);
-    int place = 0;
-    for (const QString *key : {&keys.account, &keys.trader, &keys.symbol, &keys.exchange})
-        sqlite3_bind_text16(statement, ++place, key->utf16(), key->size() * 2, SQLITE_STATIC);
-    const VariantRecord found = sqlite3_step(statement) == SQLITE_ROW ? row(statement) : VariantRecord();
-    sqlite3_reset(statement);
-    return found;
+    static const QString condition = QStringLiteral("\"%1\" = ? AND \"%2\" = ? AND \"%3\" = ? AND \"%4\" = ?")
+                                         .arg(tradingAccount, T0TraderId, symbol, securityExchange);
+    return select(condition, {keys.account, keys.trader, keys.symbol, keys.exchange}).value(0);
 }
 
 RecordList SqliteStore::list(const Records::Filter &filter) const
 {
-    QByteArray condition = isOneOf(tradingAccount, filter.accounts.size());
+    QString condition = isOneOf(tradingAccount, filter.accounts.size());
     QStringList values = filter.accounts;
     const auto narrow = [&](const QString &column, const QStringList &allowed) {
         if (allowed.isEmpty())
             return;
-        condition += " AND " + isOneOf(column, allowed.size());
+        condition += QStringLiteral(" AND ") + isOneOf(column, allowed.size());
         values += allowed;
     };
     narrow(T0TraderId, filter.traders);
     narrow(symbol, filter.symbol.isEmpty() ? QStringList() : QStringList(filter.symbol));
     narrow(securityExchange, filter.exchange.isEmpty() ? QStringList() : QStringList(filter.exchange));
-
-    sqlite3_stmt *statement = prepared(condition);
-    for (int i = 0; i < values.size(); ++i)
-        sqlite3_bind_text16(statement, i + 1, values.at(i).utf16(), values.at(i).size() * 2, SQLITE_STATIC);
-    RecordList found;
-    while (sqlite3_step(statement) == SQLITE_ROW)
-        found.append(row(statement));
-    sqlite3_reset(statement);
-    return found;
+    return select(condition, values);
 }

@@ -4,12 +4,11 @@
 #include "TraderNames.h"
 
 #include <QtCore/QHash>
+#include <QtSql/QSqlDatabase>
+#include <QtSql/QSqlQuery>
 
-struct sqlite3;
-struct sqlite3_stmt;
-
-/// A table in memory with a column a field, an index for every shape of question and statements that are prepared
-/// once. One thread.
+/// A table in memory through Qt's driver, with a column a field, an index for every shape of question and queries that
+/// are prepared once and only step forward. One thread.
 class SqliteStore : public Store
 {
 public:
@@ -20,13 +19,15 @@ public:
     RecordList list(const Records::Filter &filter) const override;
 
 private:
-    sqlite3_stmt *prepared(const QByteArray &condition) const;
-    VariantRecord row(sqlite3_stmt *statement) const;
-    void execute(const QByteArray &sql);
+    QSqlQuery prepared(const QString &sql) const;
+    RecordList select(const QString &condition, const QStringList &values) const;
+    VariantRecord row(const QSqlQuery &query) const;
+    void execute(const QString &sql);
     void insert(const RecordList &rows);
 
-    sqlite3 *m_db = nullptr;
+    const QString m_connection;
+    QSqlDatabase m_db;
     const QStringList m_names; ///< of the columns, ascending
     const TraderNames m_traderNames;
-    mutable QHash<QByteArray, sqlite3_stmt *> m_statements;
+    mutable QHash<QString, QSqlQuery> m_queries;
 };

@@ -10,9 +10,21 @@ namespace {
 
 constexpr int firstListReserve = 64; ///< a nested list may declare much and hold nothing
 
+bool isAscii(const char *data, int size)
+{
+    uchar all = 0;
+    for (int i = 0; i < size; ++i)
+        all |= uchar(data[i]);
+    return all < 0x80;
+}
+
 /// Strict UTF-8 to UTF-16. QString::fromUtf8 would drop a byte order mark and repair what is invalid.
 bool decodeUtf8(const char *data, int size, QString &text)
 {
+    if (isAscii(data, size)) {
+        text = QString::fromLatin1(data, size);
+        return true;
+    }
     QString out(size, Qt::Uninitialized);
     auto *to = reinterpret_cast<ushort *>(out.data());
     const auto *from = reinterpret_cast<const uchar *>(data);
@@ -61,7 +73,7 @@ bool CborReader::fail(const char *what)
     return false;
 }
 
-bool CborReader::head(int &major, quint64 &number)
+inline bool CborReader::head(int &major, quint64 &number)
 {
     if (failed())
         return false;
@@ -71,19 +83,34 @@ bool CborReader::head(int &major, quint64 &number)
     const uchar first = uchar(m_data[m_at++]);
     major = first >> 5;
     m_shortForm = first & 31;
-    if (m_shortForm < 24) {
-        number = quint64(m_shortForm);
-        return true;
-    }
+    number = quint64(m_shortForm);
+    return m_shortForm < 24 || longHead(number);
+}
+
+/// The number in the bytes after the first.
+bool CborReader::longHead(quint64 &number)
+{
     if (m_shortForm > 27)
         return fail(m_shortForm == 31 ? "indefinite length" : "reserved length form");
     const int size = 1 << (m_shortForm - 24);
     if (left() < size)
         return fail("unexpected end");
-    number = 0;
-    for (int i = 0; i < size; ++i)
-        number = number << 8 | uchar(m_data[m_at++]);
-    return true;
+    const char *const data = m_data + m_at;
+    m_at += size;
+    switch (size) {
+    case 1:
+        number = uchar(*data);
+        return true;
+    case 2:
+        number = qFromBigEndian<quint16>(data);
+        return true;
+    case 4:
+        number = qFromBigEndian<quint32>(data);
+        return true;
+    default:
+        number = qFromBigEndian<quint64>(data);
+        return true;
+    }
 }
 
 bool CborReader::expect(int major, const char *what, quint64 &number)
@@ -158,16 +185,29 @@ bool CborReader::takeUndefined()
     return true;
 }
 
-QByteArray CborReader::peekText() const
+bool CborReader::countValue()
+{
+    return ++m_values <= CborWriter::maxValues || fail("too many values");
+}
+
+CborReader::EncodedText CborReader::nextText() const
 {
     if (failed() || left() < 1)
         return {};
-    const int first = uchar(m_data[m_at]);
-    const int size = first == 0x78 ? (left() < 2 ? -1 : 2 + uchar(m_data[m_at + 1])) : 1 + (first & 31);
-    const bool shortText = first == 0x78 || (first >> 5 == 3 && (first & 31) < 24);
-    if (!shortText || size < 0 || size > left())
-        return {};
-    return QByteArray::fromRawData(m_data + m_at, size);
+    const uchar first = uchar(m_data[m_at]);
+    const int size = 1 + (first & 31);
+    const bool isShortText = first >> 5 == 3 && size <= 24 && size <= left();
+    return isShortText ? EncodedText{m_data + m_at, size} : EncodedText();
+}
+
+bool CborReader::takeAgain(const EncodedText &text)
+{
+    // No item begins with the bytes of another one.
+    if (text.size == 0 || text.size > left() || std::memcmp(m_data + m_at, text.data, size_t(text.size)) != 0)
+        return false;
+    m_itemStart = m_at;
+    m_at += text.size;
+    return countValue();
 }
 
 bool CborReader::end()
@@ -205,8 +245,8 @@ bool CborReader::value(QVariant &value, int depth)
     quint64 number = 0;
     if (!head(major, number))
         return false;
-    if (++m_values > CborWriter::maxValues)
-        return fail("too many values");
+    if (!countValue())
+        return false;
     const char *data = nullptr;
     switch (major) {
     case 0:

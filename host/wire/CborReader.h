@@ -24,19 +24,24 @@ public:
 
     bool takeUndefined(); ///< true when the next item is `undefined`, which is consumed
 
-    /// The encoded form of the next item when it is a text; empty when it is none. Nothing is consumed.
-    QByteArray peekText() const;
-    void skip(int size) ///< past that text, which counts as a value read
-    {
-        m_at += size;
-        ++m_values;
-    }
+    /// A short text as it stands in the bytes, which outlive it; empty: none.
+    struct EncodedText {
+        const char *data = nullptr;
+        int size = 0;
+    };
+
+    EncodedText nextText() const; ///< empty when the next item is anything else; nothing is consumed
+
+    /// True when the next item is this text, which is consumed and counts as a value read.
+    bool takeAgain(const EncodedText &text);
 
     bool end(); ///< false and an error unless all bytes were read
 
 private:
     int left() const { return m_size - m_at; }
     bool head(int &major, quint64 &number);
+    bool longHead(quint64 &number);
+    bool countValue();
     bool expect(int major, const char *what, quint64 &number);
     bool payload(quint64 size, const char *&data);
     bool simple(quint64 number, QVariant &value);

@@ -51,75 +51,166 @@ bool writeRow(CborWriter &writer, const VariantRecord &row, const QStringList &n
     return true;
 }
 
-/// One column of the table while it is read. Neighbouring rows often repeat a text (an account, an
-/// exchange): the same bytes then give the same, shared QVariant.
-struct Column {
-    QString name;
-    QByteArray lastBytes; ///< a view into the message
-    QVariant lastText;
+/// One copy of a name serves all rows that a thread reads, from whichever message: names take much memory otherwise,
+/// and reading many records misses the processor's caches less.
+QString sharedName(const QString &name)
+{
+    constexpr int most = 1000; // who invents names fills no memory
+    constexpr int longest = 64;
+    thread_local QSet<QString> names;
+    const auto known = names.constFind(name);
+    if (known != names.cend())
+        return *known;
+    if (names.size() < most && name.size() <= longest)
+        names.insert(name);
+    return name;
+}
+
+/// Texts of a table that were read, a few of them. Rows repeat accounts, traders and exchanges: the same bytes then
+/// give the same, shared text.
+class RecentTexts
+{
+public:
+    explicit RecentTexts(quint64 rows)
+        : m_slots(int(qBound(quint64(1), rows, quint64(512))))
+    {}
+
+    bool read(CborReader &reader, QVariant &value)
+    {
+        const CborReader::EncodedText next = reader.nextText();
+        if (next.size == 0)
+            return reader.value(value);
+        Slot &slot = m_slots[int(hash(next) % quint32(m_slots.size()))];
+        if (slot.bytes.size == next.size && reader.takeAgain(slot.bytes)) {
+            value = slot.text;
+            return true;
+        }
+        if (!reader.value(value))
+            return false;
+        slot = {next, value};
+        return true;
+    }
+
+private:
+    struct Slot {
+        CborReader::EncodedText bytes;
+        QVariant text;
+    };
+
+    static quint32 hash(const CborReader::EncodedText &text)
+    {
+        quint32 hash = 0;
+        for (int i = 0; i < text.size; ++i)
+            hash = hash * 31 + uchar(text.data[i]);
+        return hash;
+    }
+
+    QVector<Slot> m_slots;
 };
 
-bool readNames(CborReader &reader, QVector<Column> &columns)
+/// One column of the table, with its cell of the row that is being read.
+struct Column {
+    QString name;
+    QVariant cell;
+    bool absent = false; ///< from that row
+};
+
+/// Reads the names and the rows under them.
+class TableReader
+{
+public:
+    explicit TableReader(CborReader &reader)
+        : m_reader(reader)
+    {}
+
+    bool read(RecordList &rows) { return readNames() && readRows(rows); }
+
+private:
+    bool readNames();
+    bool readRows(RecordList &rows);
+    bool readCells(RecentTexts &texts, bool &whole);
+    VariantRecord wholeRow();
+    VariantRecord partOfRow() const;
+
+    CborReader &m_reader;
+    QVector<Column> m_columns; ///< as they come
+    QVector<Column *> m_ascending;
+    VariantRecord m_blank; ///< every name, no value
+};
+
+bool TableReader::readNames()
 {
     quint64 count = 0;
-    if (!reader.array(count))
+    if (!m_reader.array(count))
         return false;
     if (count > quint64(maxFields))
-        return reader.fail("too many fields");
-    QSet<QString> known;
-    columns.resize(int(count));
-    for (Column &column : columns) {
-        if (!reader.text(column.name))
+        return m_reader.fail("too many fields");
+    m_columns.resize(int(count));
+    for (Column &column : m_columns) {
+        if (!m_reader.text(column.name))
             return false;
-        if (known.contains(column.name))
-            return reader.fail("field name twice");
-        known.insert(column.name);
+        if (m_blank.contains(column.name))
+            return m_reader.fail("field name twice");
+        column.name = sharedName(column.name);
+        m_blank.insert(column.name, QVariant());
+        m_ascending.append(&column);
     }
+    std::sort(m_ascending.begin(), m_ascending.end(), [](Column *a, Column *b) { return a->name < b->name; });
     return true;
 }
 
-bool readCell(CborReader &reader, Column &column, VariantRecord &row)
+/// whole: no field is absent.
+bool TableReader::readCells(RecentTexts &texts, bool &whole)
 {
-    if (reader.takeUndefined())
-        return true;
-    const QByteArray encoded = reader.peekText();
-    if (!encoded.isEmpty() && encoded == column.lastBytes) {
-        reader.skip(encoded.size());
-        row.insert(row.constEnd(), column.name, column.lastText);
-        return true;
-    }
-    QVariant value;
-    if (!reader.value(value))
+    quint64 cells = 0;
+    if (!m_reader.array(cells))
         return false;
-    if (!encoded.isEmpty()) {
-        column.lastBytes = encoded;
-        column.lastText = value;
+    if (cells != quint64(m_columns.size()))
+        return m_reader.fail("row of another width");
+    whole = true;
+    for (Column &column : m_columns) {
+        column.absent = m_reader.takeUndefined();
+        if (!column.absent && !texts.read(m_reader, column.cell))
+            return false;
+        whole = whole && !column.absent;
     }
-    // names usually ascend: at the end then, without a search
-    row.insert(row.constEnd(), column.name, value);
     return true;
 }
 
-bool readRows(CborReader &reader, QVector<Column> &columns, RecordList &rows)
+/// Copying all names at once takes half the time of inserting them one by one, which compares and rebalances.
+VariantRecord TableReader::wholeRow()
+{
+    VariantRecord row = m_blank;
+    auto field = row.begin();
+    for (Column *column : qAsConst(m_ascending))
+        (field++)->swap(column->cell);
+    return row;
+}
+
+VariantRecord TableReader::partOfRow() const
+{
+    VariantRecord row;
+    for (const Column *column : m_ascending) {
+        if (!column->absent)
+            row.insert(row.constEnd(), column->name, column->cell);
+    }
+    return row;
+}
+
+bool TableReader::readRows(RecordList &rows)
 {
     quint64 count = 0;
-    if (!reader.array(count))
+    if (!m_reader.array(count))
         return false;
     if (count > quint64(maxRows))
-        return reader.fail("too many rows");
+        return m_reader.fail("too many rows");
     rows.reserve(int(count));
+    RecentTexts texts(count);
     for (quint64 i = 0; i < count; ++i) {
-        quint64 cells = 0;
-        if (!reader.array(cells))
+        bool whole = false;
+        if (!readCells(texts, whole))
             return false;
-        if (cells != quint64(columns.size()))
-            return reader.fail("row of another width");
-        VariantRecord row;
-        for (Column &column : columns) {
-            if (!readCell(reader, column, row))
-                return false;
-        }
-        rows.append(std::move(row));
+        rows.append(whole ? wholeRow() : partOfRow());
     }
     return true;
 }
@@ -152,14 +243,12 @@ bool MessageBody::decode(const QByteArray &bytes, MessageBody &body, QString &er
 {
     CborReader reader(bytes);
     MessageBody read;
-    QVector<Column> columns;
     quint64 parts = 0;
     if (bytes.size() > maxSize)
         reader.fail("message too large");
     if (reader.array(parts) && parts != 3)
         reader.fail("array of three expected");
-    if (!reader.dictionary(read.values, 0) || !readNames(reader, columns) || !readRows(reader, columns, read.rows) ||
-        !reader.end()) {
+    if (!reader.dictionary(read.values, 0) || !TableReader(reader).read(read.rows) || !reader.end()) {
         errorText = reader.errorText();
         return false;
     }

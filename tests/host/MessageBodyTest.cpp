@@ -163,10 +163,13 @@ void MessageBodyTest::everyTypeArrivesAsPromised()
 
 void MessageBodyTest::rowsShareNamesAndRepeatedTexts()
 {
-    const MessageBody back = decoded(MessageBody{{}, {{{"account", "A1"}}, {{"account", "A1"}}}}.encode());
-    QCOMPARE(back.rows.size(), 2);
-    QCOMPARE(back.rows.at(0).firstKey().constData(), back.rows.at(1).firstKey().constData());
-    QCOMPARE(back.rows.at(0).first().toString().constData(), back.rows.at(1).first().toString().constData());
+    const MessageBody page{{}, {{{"account", "A1"}}, {{"account", "A2"}}, {{"account", "A1"}}}};
+    const RecordList rows = decoded(page.encode()).rows;
+    QCOMPARE(rows, page.rows);
+    QCOMPARE(rows.at(0).firstKey().constData(), rows.at(1).firstKey().constData());
+    QCOMPARE(rows.at(0).first().toString().constData(), rows.at(2).first().toString().constData());
+    const RecordList later = decoded(page.encode()).rows; // as pushes come, each with its own names
+    QCOMPARE(later.at(0).firstKey().constData(), rows.at(0).firstKey().constData());
 }
 
 void MessageBodyTest::hostileBytesAreRefused_data()
@@ -229,7 +232,7 @@ void MessageBodyTest::whatExceedsTheLimitsIsNotEncoded()
     QCOMPARE(decoded(MessageBody{{{"d", deep}}, {}}.encode()).values.size(), 1);
     QVERIFY(MessageBody({{{"d", QVariantList{deep}}}, {}}).encode().isEmpty());
 
-    // Small on the wire, large in memory: the list and its items count, the names do not.
+    // Small on the wire, large in memory: the list, its items and every cell count, the names do not.
     QVariantList many;
     many.reserve(4000000);
     for (int i = 1; i < 4000000; ++i)
@@ -245,6 +248,12 @@ void MessageBodyTest::whatExceedsTheLimitsIsNotEncoded()
     QString errorText;
     QVERIFY(!MessageBody::decode(oneMore, body, errorText));
     QVERIFY2(errorText.startsWith("too many values"), qUtf8Printable(errorText));
+    QByteArray repeatedText = largest;
+    repeatedText.replace(5, 4, QByteArray::fromHex("003d08fe")); // 3,999,998 items, then two cells
+    repeatedText.chop(3);
+    repeatedText.append(QByteArray::fromHex("8161638281617881 6178"));
+    QVERIFY(!MessageBody::decode(repeatedText, body, errorText));
+    QCOMPARE(errorText, QStringLiteral("too many values at byte %1").arg(repeatedText.size() - 2));
 }
 
 void MessageBodyTest::envelopeRoundTrip()

@@ -1,5 +1,7 @@
 #include "Bench.h"
 
+#include "MasterFields.h"
+
 #include <map>
 
 // One record by account, trader, symbol and exchange, with random keys.
@@ -63,6 +65,24 @@ void run(benchmark::State &state, const Lookup &lookup, Side side, int records)
     Bench::setItems(state, 1);
 }
 
+/// What a held pool costs when it need not be looked up: its record is copied for the name that joins it.
+void copyAlone(benchmark::State &state)
+{
+    const RecordList rows = BenchHub::of(Family::Pools, Bench::Large).records();
+    QVector<int> drawn(Drawn);
+    std::mt19937 random(3);
+    for (int &row : drawn)
+        row = int(random() % unsigned(rows.size()));
+    const QString name = QStringLiteral("name");
+    int next = 0;
+    for (auto _ : state) {
+        VariantRecord pool = rows.at(drawn.at(next++ % Drawn));
+        pool.insert(Master_Fields::ManualT0::T0TraderName, name);
+        benchmark::DoNotOptimize(pool);
+    }
+    Bench::setItems(state, 1);
+}
+
 void add(const Lookup &lookup, Side side, int records)
 {
     Bench::add(lookup.name, nameOf(side), records,
@@ -79,4 +99,5 @@ void Bench::registerLookups()
         for (const Side side : AllSides)
             add(lookup, side, Large);
     }
+    add("pools.hit", "copy_alone", Large, copyAlone);
 }

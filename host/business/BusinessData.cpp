@@ -62,6 +62,7 @@ QStringList CBusinessDataBase::GetSymbolListByTypeList(const QString &type, cons
             passes(suffixes, it.value(), Stand_Fields::Security::marketSuffix))
             symbols.append(it.key());
     }
+    symbols.sort();
     return symbols;
 }
 

@@ -30,7 +30,7 @@ public:
     QList<Account> accounts; ///< by product account and trading account
     QHash<QString, int> accountIndex;
     QMap<QString, QString> productNames;
-    QMap<QString, VariantRecord> instruments;        ///< by symbol; of several exchanges the first
+    QHash<QString, VariantRecord> instruments;       ///< by symbol; of several exchanges the first
     QHash<QPair<QString, QString>, QString> symbols; ///< by security id and exchange
     QHash<QString, RecordList> marginSecurities;
 

@@ -17,6 +17,7 @@
 
 class MasterDelayBuffer;
 class QTimer;
+class ReceivedUsage;
 class ZrPresenterClass;
 
 /// Milliseconds of the hub's own timers.
@@ -332,7 +333,7 @@ private:
     struct PoolChanges {
         QStringList changedIds; ///< new and changed pools, ascending
         QStringList deletedIds;
-        RecordList records; ///< to be stored; equal ones too whose numbers are of another type
+        QVector<ReceivedPools::const_iterator> pools; ///< to be stored; equal ones too of other types of numbers
     };
     PoolChanges comparePools(const QString &tradingAccount, const ReceivedPools &fresh) const
         T0_REQUIRES_SHARED(securityPoolLock);
@@ -340,9 +341,11 @@ private:
     QVariantList applyPools(const PoolChanges &changes) T0_REQUIRES(securityPoolLock);
     bool isInResourceIndex(HeldRecord pool) const T0_REQUIRES_SHARED(securityPoolLock);
     void clearSecurityPools() T0_REQUIRES(securityPoolLock);
-    void storePool(const VariantRecord &pool) T0_REQUIRES(securityPoolLock);
-    VariantRecord takePool(const QString &poolId) T0_REQUIRES(securityPoolLock);
     struct PoolKeys;
+    void storePool(const VariantRecord &pool) T0_REQUIRES(securityPoolLock);
+    void storePool(const QString &id, const ReceivedPool &pool) T0_REQUIRES(securityPoolLock);
+    void reindexPool(const QString &id, const PoolKeys &held, const PoolKeys &now) T0_REQUIRES(securityPoolLock);
+    VariantRecord takePool(const QString &poolId) T0_REQUIRES(securityPoolLock);
     void indexPool(const QString &id, const PoolKeys &keys) T0_REQUIRES(securityPoolLock);
     void unindexPool(const QString &id, const PoolKeys &keys) T0_REQUIRES(securityPoolLock);
     void resetSecurityPoolIndex() T0_REQUIRES(securityPoolLock);
@@ -396,8 +399,7 @@ private:
     void takeLaterRealtime(const RecordList &rows)
         T0_EXCLUDES(currentTradeAccountLock, currentInputSymbolLock, realtimePoolLock);
     /// Takes a received record over when it is newer than the one held; else the result is empty.
-    VariantRecord mergeRealtimeRecord(const VariantRecord &received, const QString &symbol, int factor)
-        T0_REQUIRES(realtimePoolLock);
+    VariantRecord mergeRealtimeRecord(const ReceivedUsage &received) T0_REQUIRES(realtimePoolLock);
     /// Whether a usage record brings the user a symbol that the chosen accounts could not trade before.
     bool bringsNewSymbol(const VariantRecord &record) const
         T0_EXCLUDES(currentTradeAccountLock, currentInputSymbolLock);

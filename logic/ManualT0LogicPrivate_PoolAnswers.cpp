@@ -154,7 +154,7 @@ ManualT0LogicPrivate::PoolChanges ManualT0LogicPrivate::comparePools(const QStri
         if (likeness == Likeness::Different)
             changes.changedIds.append(pool.key());
         if (likeness != Likeness::Same || !isInResourceIndex(held))
-            changes.records.append(pool->inDisplayUnits(ReceivedPool::Answer::Later));
+            changes.pools.append(pool);
     }
     changes.changedIds.sort();
     return changes;
@@ -171,8 +171,8 @@ QVariantList ManualT0LogicPrivate::applyPools(const PoolChanges &changes)
     QVariantList deletedRecords;
     for (const QString &id : changes.deletedIds)
         deletedRecords.append(takePool(id));
-    for (const VariantRecord &pool : changes.records)
-        storePool(pool);
+    for (const auto pool : changes.pools)
+        storePool(pool.key(), *pool);
     if (poolTradersAreUsers)
         resetSecurityPoolIndex();
     return deletedRecords;
@@ -213,12 +213,32 @@ void ManualT0LogicPrivate::storePool(const VariantRecord &pool)
     }
     const PoolKeys heldKeys(*held, poolTraderField());
     *held = pool;
-    if (heldKeys == keys) {
+    reindexPool(id, heldKeys, keys);
+}
+
+void ManualT0LogicPrivate::storePool(const QString &id, const ReceivedPool &pool)
+{
+    const auto held = securityPoolMap.find(id);
+    if (held == securityPoolMap.end()) {
+        storePool(pool.inDisplayUnits(ReceivedPool::Answer::Later));
+        return;
+    }
+    ++poolVersion;
+    const PoolKeys heldKeys(*held, poolTraderField());
+    if (!held->isDetached())
+        held->clear(); // somebody holds a copy: a new record costs less than one more copy to overwrite
+    pool.writeTo(*held, ReceivedPool::Answer::Later);
+    reindexPool(id, heldKeys, PoolKeys(*held, poolTraderField()));
+}
+
+void ManualT0LogicPrivate::reindexPool(const QString &id, const PoolKeys &held, const PoolKeys &now)
+{
+    if (held == now) {
         // A deleted resource takes this key along before its pools are answered for.
-        poolIdsByResource.insert(keys.resource, id);
+        poolIdsByResource.insert(now.resource, id);
     } else {
-        unindexPool(id, heldKeys);
-        indexPool(id, keys);
+        unindexPool(id, held);
+        indexPool(id, now);
     }
 }
 

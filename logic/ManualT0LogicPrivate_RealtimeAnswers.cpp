@@ -5,8 +5,7 @@
 #include "MasterFields.h"
 #include "OrvaneFields.h"
 #include "OrvaneValues.h"
-#include "RealtimeFields.h"
-#include "UsageDerivation.h"
+#include "ReceivedUsage.h"
 #include "VantaKeys.h"
 
 #include <QtCore/QTimer>
@@ -52,10 +51,8 @@ void ManualT0LogicPrivate::takeFirstRealtime(const RecordList &rows)
     QHash<QString, VariantRecord> fresh;
     fresh.reserve(rows.size());
     for (const VariantRecord &record : rows) {
-        const Instrument instrument(record);
-        VariantRecord derived;
-        UsageDerivation(record, instrument.symbol, instrument.factor).writeTo(derived);
-        fresh.insert(RealtimeFields::key(record, instrument.symbol), derived);
+        const ReceivedUsage received(record);
+        received.writeTo(fresh[received.key()] = {});
     }
 
     WriteLock lock(realtimePoolLock);
@@ -82,8 +79,9 @@ void ManualT0LogicPrivate::takeLaterRealtime(const RecordList &rows)
     QVariantList changed;
     WriteLock lock(realtimePoolLock);
     for (int i = 0; i < rows.size(); ++i) {
+        const Instrument &instrument = instruments.at(i);
         const VariantRecord merged =
-            mergeRealtimeRecord(rows.at(i), instruments.at(i).symbol, instruments.at(i).factor);
+            mergeRealtimeRecord(ReceivedUsage(rows.at(i), instrument.symbol, instrument.factor));
         if (!merged.isEmpty())
             changed.append(merged);
     }
@@ -101,9 +99,9 @@ void ManualT0LogicPrivate::slotRecvPoolRealtimeChangedPush(QVariantMap realtimeM
 {
     if (!enterSlot())
         return;
-    const Instrument instrument(realtimeMap);
+    const ReceivedUsage received(realtimeMap);
     WriteLock lock(realtimePoolLock);
-    const VariantRecord merged = mergeRealtimeRecord(realtimeMap, instrument.symbol, instrument.factor);
+    const VariantRecord merged = mergeRealtimeRecord(received);
     lock.unlock();
     if (merged.isEmpty())
         return;
@@ -122,20 +120,18 @@ void ManualT0LogicPrivate::slotRecvPoolRealtimeChangedPush(QVariantMap realtimeM
     realtimeDelayBuffer->AppendItem(QVariant());
 }
 
-VariantRecord ManualT0LogicPrivate::mergeRealtimeRecord(const VariantRecord &received, const QString &symbol,
-                                                        int factor)
+VariantRecord ManualT0LogicPrivate::mergeRealtimeRecord(const ReceivedUsage &received)
 {
-    using Master_Fields::System::ModifyTime;
-    const QString key = RealtimeFields::key(received, symbol);
+    const QString key = received.key();
     const auto held = realtimePoolCache.find(key);
     const bool isNew = held == realtimePoolCache.end();
     // deliberate: an equal time is no news
-    if (!isNew && !(text(*held, ModifyTime) < text(received, ModifyTime)))
+    if (!isNew && !(text(*held, Master_Fields::System::ModifyTime) < received.modifyTime()))
         return {};
     VariantRecord &record = isNew ? *realtimePoolCache.insert(key, {}) : *held;
     if (!record.isDetached())
         record.clear(); // somebody holds a copy: a new record costs less than one more copy to overwrite
-    UsageDerivation(received, symbol, factor).writeTo(record);
+    received.writeTo(record);
     if (isNew)
         indexRealtime(key, record);
     return record;

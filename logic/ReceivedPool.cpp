@@ -4,6 +4,7 @@
 #include "ManualT0Logic.h"
 #include "MasterFields.h"
 #include "Quantity.h"
+#include "RecordWriter.h"
 
 using namespace Master_Fields::ManualT0;
 
@@ -55,6 +56,27 @@ VariantRecord ReceivedPool::inDisplayUnits(Answer answer) &&
         }
     }
     return std::move(m_row);
+}
+
+void ReceivedPool::writeTo(VariantRecord &record, Answer answer) const
+{
+    using Orvane_Fields::Security::symbol;
+    RecordWriter writer(record);
+    bool isSymbolWritten = false;
+    const auto writeSymbol = [&] {
+        writer.write(symbol, m_symbol);
+        isSymbolWritten = true;
+    };
+    for (auto sent = m_row.cbegin(); sent != m_row.cend(); ++sent) {
+        if (!isSymbolWritten && !(sent.key() < symbol))
+            writeSymbol();
+        if (m_factor > 1 && isScaled(sent.key()))
+            writer.write(sent.key(), scaled(sent.key(), *sent, m_factor, answer));
+        else if (sent.key() != symbol)
+            writer.write(sent.key(), *sent);
+    }
+    if (!isSymbolWritten)
+        writeSymbol();
 }
 
 ReceivedPool::Likeness ReceivedPool::likenessTo(const VariantRecord &held) const

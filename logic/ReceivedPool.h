@@ -16,6 +16,8 @@ public:
     explicit ReceivedPool(VariantRecord row);
 
     VariantRecord inDisplayUnits(Answer answer) const &;
+    /// Overwrites a record with it; fields that the record has already keep their place in memory.
+    void writeTo(VariantRecord &record, Answer answer) const;
     VariantRecord inDisplayUnits(Answer answer) &&;
     /// To a record that is held in display units, this one being of a later answer. SameValues: some are of another
     /// type, such as 5 and 5.0.

@@ -2,7 +2,7 @@
 #include "Tests.h"
 
 #include "RealtimeFields.h"
-#include "UsageDerivation.h"
+#include "ReceivedUsage.h"
 
 #include <cmath>
 #include <random>
@@ -26,7 +26,7 @@ VariantRecord position(double bought, double sold, double preBought, double preS
 VariantRecord derived(const VariantRecord &received, int factor = 1)
 {
     VariantRecord record;
-    UsageDerivation(received, "S", factor).writeTo(record);
+    ReceivedUsage(received, "S", factor).writeTo(record);
     return record;
 }
 
@@ -116,7 +116,7 @@ void RealtimeTest::overwrittenRecordsAreAsNewOnes()
         const VariantRecord received = someFields(random);
         const VariantRecord copy = held;
         const VariantRecord before(copy.toStdMap());
-        UsageDerivation(received, "S", 3).writeTo(held);
+        ReceivedUsage(received, "S", 3).writeTo(held);
         QCOMPARE(held, derived(received, 3));
         QCOMPARE(held.keys(), derived(received, 3).keys()); // in order, too
         QCOMPARE(copy, before);

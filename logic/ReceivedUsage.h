@@ -8,17 +8,22 @@
 
 /// A received usage record with what the library derives from it. Fields are gathered once, reckoned with by
 /// number and written once: a record of names is slow to ask and to change.
-class UsageDerivation
+class ReceivedUsage
 {
 public:
-    /// factor: display units of one server unit, at least 1. The received record must stay alive.
-    UsageDerivation(const VariantRecord &received, const QString &symbol, int factor);
+    /// Asks the host for symbol and display factor. The record must stay alive.
+    explicit ReceivedUsage(const VariantRecord &record);
+    /// factor: display units of one server unit, at least 1.
+    ReceivedUsage(const VariantRecord &record, const QString &symbol, int factor);
+
+    QString key() const;
+    QString modifyTime() const;
 
     /// Makes a record the derived one; fields that it has already keep their place in memory.
     void writeTo(VariantRecord &record) const;
 
-    UsageDerivation(const UsageDerivation &) = delete;
-    UsageDerivation &operator=(const UsageDerivation &) = delete;
+    ReceivedUsage(const ReceivedUsage &) = delete;
+    ReceivedUsage &operator=(const ReceivedUsage &) = delete;
 
 private:
     /// The fields that are read or written. Those up to PoolTotal are scaled.
@@ -39,6 +44,11 @@ private:
         BuyFee,
         SellFee,
         PreSide,
+        SecurityId,
+        Account,
+        Trader,
+        Exchange,
+        ModifyTime,
         Symbol,
         TotalBuyLimit,
         TotalSellLimit,
@@ -67,12 +77,14 @@ private:
     static const std::array<Field, FieldCount> &inOrder();
     static double averagePrice(const Side &side);
 
-    void gather(const VariantRecord &received);
+    void gather(const VariantRecord &record);
+    void complete(const QString &symbol, int factor);
     void scale(int factor);
     void derive();
     void deriveOpenPosition(const Side &bought, const Side &sold);
     Side realBought() const;
     Side realSold() const;
+    QString text(Field field) const;
     qint64 quantity(Field field) const;
     double number(Field field) const;
     void set(Field field, const QVariant &value);

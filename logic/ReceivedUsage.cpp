@@ -1,9 +1,11 @@
-#include "UsageDerivation.h"
+#include "ReceivedUsage.h"
 
+#include "DisplayUnits.h"
 #include "MasterFields.h"
 #include "MasterValues.h"
 #include "OrvaneFields.h"
 #include "Quantity.h"
+#include "RealtimeFields.h"
 #include "RecordWriter.h"
 
 #include <algorithm>
@@ -23,7 +25,7 @@ qint64 scaled(double value, int factor)
 
 } // namespace
 
-const std::array<const QString *, UsageDerivation::FieldCount> UsageDerivation::names = {
+const std::array<const QString *, ReceivedUsage::FieldCount> ReceivedUsage::names = {
     &PreUnclosedBuyLimit,
     &PreUnclosedSellLimit,
     &PreUnclosedBoughtQty,
@@ -40,6 +42,11 @@ const std::array<const QString *, UsageDerivation::FieldCount> UsageDerivation::
     &DailyBuyTradeFee,
     &DailySellTradeFee,
     &PreUnclosedSide,
+    &Orvane_Fields::Security::securityID,
+    &Orvane_Fields::UserAccount::tradingAccount,
+    &T0TraderId,
+    &Orvane_Fields::UserAccount::securityExchange,
+    &Master_Fields::System::ModifyTime,
     &Orvane_Fields::Security::symbol,
     &RtTotalBuyLimit,
     &RtTotalSellLimit,
@@ -51,9 +58,10 @@ const std::array<const QString *, UsageDerivation::FieldCount> UsageDerivation::
     &RtRealBoughtQty,
     &RtRealBoughtAmount,
     &RtRealSoldQty,
-    &RtRealSoldAmount};
+    &RtRealSoldAmount,
+};
 
-const std::array<UsageDerivation::Field, UsageDerivation::FieldCount> &UsageDerivation::inOrder()
+const std::array<ReceivedUsage::Field, ReceivedUsage::FieldCount> &ReceivedUsage::inOrder()
 {
     static const std::array<Field, FieldCount> fields = [] {
         std::array<Field, FieldCount> all;
@@ -65,15 +73,38 @@ const std::array<UsageDerivation::Field, UsageDerivation::FieldCount> &UsageDeri
     return fields;
 }
 
-UsageDerivation::UsageDerivation(const VariantRecord &received, const QString &symbol, int factor)
+ReceivedUsage::ReceivedUsage(const VariantRecord &record)
 {
-    gather(received);
+    gather(record);
+    const QString symbol =
+        MasterBusinessDataInterface::GetSymbolBySecurityIDAndExchange(text(SecurityId), text(Exchange));
+    complete(symbol, displayFactor(symbol));
+}
+
+ReceivedUsage::ReceivedUsage(const VariantRecord &record, const QString &symbol, int factor)
+{
+    gather(record);
+    complete(symbol, factor);
+}
+
+QString ReceivedUsage::key() const
+{
+    return RealtimeFields::key(text(Account), text(Trader), text(Symbol), text(Exchange));
+}
+
+QString ReceivedUsage::modifyTime() const
+{
+    return text(ModifyTime);
+}
+
+void ReceivedUsage::complete(const QString &symbol, int factor)
+{
     scale(factor);
     set(Symbol, symbol);
     derive();
 }
 
-void UsageDerivation::writeTo(VariantRecord &record) const
+void ReceivedUsage::writeTo(VariantRecord &record) const
 {
     RecordWriter writer(record);
     for (const Entry &entry : m_entries) {
@@ -82,7 +113,7 @@ void UsageDerivation::writeTo(VariantRecord &record) const
     }
 }
 
-void UsageDerivation::gather(const VariantRecord &received)
+void ReceivedUsage::gather(const VariantRecord &record)
 {
     auto known = inOrder().cbegin();
     const auto end = inOrder().cend();
@@ -90,7 +121,7 @@ void UsageDerivation::gather(const VariantRecord &received)
         m_entries.append({names[*known], &m_values[*known], *known});
         ++known;
     };
-    for (auto value = received.cbegin(); value != received.cend(); ++value) {
+    for (auto value = record.cbegin(); value != record.cend(); ++value) {
         int order = 1;
         while (known != end && (order = names[*known]->compare(value.key())) < 0)
             appendKnown();
@@ -105,7 +136,7 @@ void UsageDerivation::gather(const VariantRecord &received)
         appendKnown();
 }
 
-void UsageDerivation::scale(int factor)
+void ReceivedUsage::scale(int factor)
 {
     for (int i = 0; i <= PoolTotal; ++i) {
         const auto field = Field(i);
@@ -114,7 +145,7 @@ void UsageDerivation::scale(int factor)
     }
 }
 
-void UsageDerivation::derive()
+void ReceivedUsage::derive()
 {
     set(TotalBuyLimit, Quantity::satAdd(quantity(BuyLimit), quantity(PreBuyLimit)));
     set(TotalSellLimit, Quantity::satAdd(quantity(SellLimit), quantity(PreSellLimit)));
@@ -131,7 +162,7 @@ void UsageDerivation::derive()
     deriveOpenPosition(bought, sold);
 }
 
-void UsageDerivation::deriveOpenPosition(const Side &bought, const Side &sold)
+void ReceivedUsage::deriveOpenPosition(const Side &bought, const Side &sold)
 {
     const qint64 open = quantity(Open);
     if (open > 0) {
@@ -147,39 +178,44 @@ void UsageDerivation::deriveOpenPosition(const Side &bought, const Side &sold)
 }
 
 /// The carried-over part pays a fee only where it is closed: a short by buying, a long by selling.
-UsageDerivation::Side UsageDerivation::realBought() const
+ReceivedUsage::Side ReceivedUsage::realBought() const
 {
     const double fee = number(BuyFee);
-    const double carriedFee = m_values[PreSide].toString() == SellOpen ? fee : 0.0;
+    const double carriedFee = text(PreSide) == SellOpen ? fee : 0.0;
     return {Quantity::satAdd(quantity(Bought), quantity(PreBought)),
             number(BoughtAmount) * (1 + fee) + number(PreBoughtAmount) * (1 + carriedFee)};
 }
 
-UsageDerivation::Side UsageDerivation::realSold() const
+ReceivedUsage::Side ReceivedUsage::realSold() const
 {
     const double fee = number(SellFee);
-    const double carriedFee = m_values[PreSide].toString() == BuyOpen ? fee : 0.0;
+    const double carriedFee = text(PreSide) == BuyOpen ? fee : 0.0;
     return {Quantity::satAdd(quantity(Sold), quantity(PreSold)),
             number(SoldAmount) * (1 - fee) + number(PreSoldAmount) * (1 - carriedFee)};
 }
 
 /// deliberate: no guard, a zero quantity gives an infinite or not-a-number price.
-double UsageDerivation::averagePrice(const Side &side)
+double ReceivedUsage::averagePrice(const Side &side)
 {
     return side.amount / double(side.quantity);
 }
 
-qint64 UsageDerivation::quantity(Field field) const
+QString ReceivedUsage::text(Field field) const
+{
+    return m_values[field].toString();
+}
+
+qint64 ReceivedUsage::quantity(Field field) const
 {
     return Quantity::toQty(m_values[field]);
 }
 
-double UsageDerivation::number(Field field) const
+double ReceivedUsage::number(Field field) const
 {
     return Quantity::toNum(m_values[field]);
 }
 
-void UsageDerivation::set(Field field, const QVariant &value)
+void ReceivedUsage::set(Field field, const QVariant &value)
 {
     m_values[field] = value;
     m_present[field] = true;

@@ -110,6 +110,24 @@ template <typename Load> void direct(Load &load, const QVector<QByteArray> &page
     });
 }
 
+/// What of direct() is neither storing nor indexing.
+template <typename Load> void decodeAlone(benchmark::State &state)
+{
+    const QVector<QByteArray> encoded = pages(Load::codec);
+    for (auto _ : state) {
+        Load load;
+        malloc_trim(0);
+        QVector<RecordList> decoded;
+        const CpuTimer timer(CpuTimer::Process);
+        onThreadOf(load.receiver(), [&] {
+            for (const QByteArray &bytes : encoded)
+                decoded.append(Load::codec.decode(bytes));
+        });
+        Bench::setTime(state, timer.nanoseconds());
+    }
+    Bench::setItems(state, Bench::Large);
+}
+
 template <typename Load> void run(benchmark::State &state, void (*bring)(Load &load, const QVector<QByteArray> &pages))
 {
     static const QVector<QByteArray> encoded = pages(Load::codec);
@@ -134,4 +152,6 @@ void Bench::registerLoading()
     addTimed("load.queued", "reference", Large, [](State &state) { run<ReferenceLoad>(state, queued); })->Iterations(1);
     addTimed("load.direct", "library", Large, [](State &state) { run<LibraryLoad>(state, direct); })->Iterations(1);
     addTimed("load.direct", "reference", Large, [](State &state) { run<ReferenceLoad>(state, direct); })->Iterations(1);
+    addTimed("load.decode", "library", Large, decodeAlone<LibraryLoad>)->Iterations(1);
+    addTimed("load.decode", "reference", Large, decodeAlone<ReferenceLoad>)->Iterations(1);
 }

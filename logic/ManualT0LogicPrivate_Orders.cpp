@@ -8,6 +8,7 @@
 #include "OrderChecks.h"
 #include "OrvaneValues.h"
 #include "Quantity.h"
+#include "RealtimeFields.h"
 #include "VantaKeys.h"
 
 using namespace Master_Fields::ManualT0;
@@ -132,5 +133,15 @@ QVector<HeldRecord> ManualT0LogicPrivate::ownUsage(const QStringList &tradingAcc
     if (symbol.isEmpty() || exchange.isEmpty())
         return {}; // here an empty key is not "any"
     // A user without an id has no records: his key is that of nobody's.
-    return usageLookup().find({tradingAccounts, {loginUserId}, symbol, exchange});
+    QStringList accounts = tradingAccounts;
+    accounts.removeDuplicates();
+    QVector<HeldRecord> records;
+    for (const QString &account : qAsConst(accounts)) {
+        const HeldRecord record =
+            realtimePoolCache.constFind(RealtimeFields::key(account, loginUserId, symbol, exchange));
+        // An id with the separator in it can make the key of another account.
+        if (record != realtimePoolCache.cend() && text(*record, Orvane_Fields::UserAccount::tradingAccount) == account)
+            records.append(record);
+    }
+    return records;
 }

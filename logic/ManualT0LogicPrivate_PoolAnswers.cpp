@@ -205,14 +205,14 @@ void ManualT0LogicPrivate::storePool(const VariantRecord &pool)
     ++poolVersion;
     const QString id = text(pool, PoolDetailId);
     const PoolKeys keys(pool, poolTraderField());
-    const auto held = securityPoolMap.find(id);
-    if (held == securityPoolMap.end()) {
-        securityPoolMap.insert(id, pool);
+    VariantRecord &held = securityPoolMap[id];
+    if (held.isEmpty()) { // new: no record is empty, each has a symbol
+        held = pool;
         indexPool(id, keys);
         return;
     }
-    const PoolKeys heldKeys(*held, poolTraderField());
-    *held = pool;
+    const PoolKeys heldKeys(held, poolTraderField());
+    held = pool;
     reindexPool(id, heldKeys, keys);
 }
 

@@ -14,12 +14,12 @@ using KeyPair = QPair<QString, QString>;
 
 /// From a key to the set of ids that have it. An id stands under one key at a time, so that the sets of
 /// different keys never share one.
-class IdIndex
+template <typename Key> class IdIndex
 {
 public:
-    void insert(const QString &key, const QString &id) { m_sets[key].insert(id); }
+    void insert(const Key &key, const QString &id) { m_sets[key].insert(id); }
 
-    void remove(const QString &key, const QString &id)
+    void remove(const Key &key, const QString &id)
     {
         const auto set = m_sets.find(key);
         if (set == m_sets.end())
@@ -29,24 +29,24 @@ public:
             m_sets.erase(set);
     }
 
-    void removeKey(const QString &key) { m_sets.remove(key); }
+    void removeKey(const Key &key) { m_sets.remove(key); }
 
     /// Null when no id has the key.
-    const IdSet *find(const QString &key) const
+    const IdSet *find(const Key &key) const
     {
         const auto set = m_sets.constFind(key);
         return set == m_sets.constEnd() ? nullptr : &*set;
     }
 
     void clear() { m_sets.clear(); }
-    const QHash<QString, IdSet> &sets() const { return m_sets; }
+    const QHash<Key, IdSet> &sets() const { return m_sets; }
 
 private:
-    QHash<QString, IdSet> m_sets;
+    QHash<Key, IdSet> m_sets;
 };
 
-/// From a key that few records share to their ids. Holds no set of its own for each key, which a key of one or
-/// two ids would pay for in memory and time.
+/// From a key that few records share to their ids. Holds no set for each key, which a key of one or two ids would pay
+/// for in memory and time; taking an id out costs as much as its key has ids.
 template <typename Key> class NarrowIndex
 {
 public:
@@ -74,28 +74,33 @@ public:
     HeldIds() = default;
 
     /// Those under any of the keys; a key given twice counts once.
-    template <typename Keys> static HeldIds under(const IdIndex &index, const Keys &keys)
+    template <typename Keys> static HeldIds under(const IdIndex<QString> &index, const Keys &keys)
     {
         HeldIds ids;
-        for (const QString &key : keys) {
-            if (const IdSet *set = index.find(key))
-                ids.m_sets.append(set);
-        }
-        dropRepeated(ids.m_sets);
-        for (const IdSet *set : qAsConst(ids.m_sets))
-            ids.m_size += set->size();
+        for (const QString &key : keys)
+            ids.append(index.find(key));
+        ids.dropRepeatedSets();
         return ids;
     }
 
     /// Those under any pair of one of the first and one of the second.
-    template <typename First, typename Second>
-    static HeldIds underPairs(const NarrowIndex<KeyPair> &index, const First &first, const Second &second)
+    static HeldIds underPairs(const IdIndex<KeyPair> &index, const QStringList &first, const QStringList &second)
     {
         HeldIds ids;
         for (const QString &one : first) {
             for (const QString &other : second)
-                index.forEach({one, other}, [&ids](const QString &id) { ids.m_ids.append(&id); });
+                ids.append(index.find({one, other}));
         }
+        ids.dropRepeatedSets();
+        return ids;
+    }
+
+    /// Those under any pair of one of the first and this second.
+    static HeldIds underPairs(const NarrowIndex<KeyPair> &index, const QStringList &first, const QString &second)
+    {
+        HeldIds ids;
+        for (const QString &one : first)
+            index.forEach({one, second}, [&ids](const QString &id) { ids.m_ids.append(&id); });
         dropRepeated(ids.m_ids);
         ids.m_size = ids.m_ids.size();
         return ids;
@@ -114,6 +119,19 @@ public:
     }
 
 private:
+    void append(const IdSet *set)
+    {
+        if (set)
+            m_sets.append(set);
+    }
+
+    void dropRepeatedSets()
+    {
+        dropRepeated(m_sets);
+        for (const IdSet *set : qAsConst(m_sets))
+            m_size += set->size();
+    }
+
     template <typename Pointers> static void dropRepeated(Pointers &pointers)
     {
         std::sort(pointers.begin(), pointers.end(), std::less<>());

@@ -291,9 +291,9 @@ private:
 
     mutable FamilyLock resourceLock;
     RecordCache resourceCache T0_GUARDED_BY(resourceLock);
-    IdIndex resourceAccountIndex T0_GUARDED_BY(resourceLock);
-    IdIndex resourceSymbolIndex T0_GUARDED_BY(resourceLock);
-    IdIndex resourceExchangeIndex T0_GUARDED_BY(resourceLock);
+    IdIndex<QString> resourceAccountIndex T0_GUARDED_BY(resourceLock);
+    IdIndex<QString> resourceSymbolIndex T0_GUARDED_BY(resourceLock);
+    IdIndex<QString> resourceExchangeIndex T0_GUARDED_BY(resourceLock);
     QMap<QString, int> pendingResourceAccounts T0_GUARDED_BY(resourceLock); ///< account to failures so far
 
     // ---- ManualT0LogicPrivate_ResourceChanges.cpp --------------------------------------------------------
@@ -348,6 +348,8 @@ private:
     VariantRecord takePool(const QString &poolId) T0_REQUIRES(securityPoolLock);
     void indexPool(const QString &id, const PoolKeys &keys) T0_REQUIRES(securityPoolLock);
     void unindexPool(const QString &id, const PoolKeys &keys) T0_REQUIRES(securityPoolLock);
+    void indexTradingKey(const QString &id, const TradingKey &key) T0_REQUIRES(securityPoolLock);
+    void unindexTradingKey(const QString &id, const TradingKey &key) T0_REQUIRES(securityPoolLock);
     void resetSecurityPoolIndex() T0_REQUIRES(securityPoolLock);
     /// poolType: of PoolTypes.
     RecordList poolsOfResource(const QString &resourceId, int poolType) const T0_REQUIRES_SHARED(securityPoolLock);
@@ -366,12 +368,13 @@ private:
 
     mutable FamilyLock securityPoolLock T0_ACQUIRED_AFTER(resourceLock);
     RecordCache securityPoolMap T0_GUARDED_BY(securityPoolLock);
-    IdIndex poolIdsByTradingAccount T0_GUARDED_BY(securityPoolLock);
-    IdIndex poolIdsBySymbol T0_GUARDED_BY(securityPoolLock);
-    IdIndex poolIdsByExchange T0_GUARDED_BY(securityPoolLock);
-    IdIndex poolIdsByTrader T0_GUARDED_BY(securityPoolLock);
-    IdIndex poolIdsByResource T0_GUARDED_BY(securityPoolLock);
-    NarrowIndex<KeyPair> poolIdsByAccountAndTrader T0_GUARDED_BY(securityPoolLock);
+    IdIndex<QString> poolIdsByTradingAccount T0_GUARDED_BY(securityPoolLock);
+    IdIndex<QString> poolIdsBySymbol T0_GUARDED_BY(securityPoolLock);
+    IdIndex<QString> poolIdsByExchange T0_GUARDED_BY(securityPoolLock);
+    IdIndex<QString> poolIdsByTrader T0_GUARDED_BY(securityPoolLock);
+    IdIndex<QString> poolIdsByResource T0_GUARDED_BY(securityPoolLock);
+    IdIndex<KeyPair> poolIdsByAccountAndTrader T0_GUARDED_BY(securityPoolLock);
+    /// These two hold no pool whose symbol the host does not know: there may be many, and nobody looks them up.
     NarrowIndex<KeyPair> poolIdsByAccountAndSymbol T0_GUARDED_BY(securityPoolLock);
     NarrowIndex<TradingKey> poolIdsByTradingKey T0_GUARDED_BY(securityPoolLock);
     quint64 poolVersion T0_GUARDED_BY(securityPoolLock) = 0; ///< counts the changes of pools and their indexes
@@ -398,8 +401,10 @@ private:
     void takeFirstRealtime(const RecordList &rows) T0_EXCLUDES(realtimePoolLock);
     void takeLaterRealtime(const RecordList &rows)
         T0_EXCLUDES(currentTradeAccountLock, currentInputSymbolLock, realtimePoolLock);
-    /// Takes a received record over when it is newer than the one held; else the result is empty.
-    VariantRecord mergeRealtimeRecord(const ReceivedUsage &received) T0_REQUIRES(realtimePoolLock);
+    /// Whether a record of that time is newer than the one held.
+    bool isNews(const QString &key, const QString &modifyTime) const T0_REQUIRES_SHARED(realtimePoolLock);
+    /// The record as it is held then.
+    VariantRecord takeRealtimeRecord(const ReceivedUsage &received) T0_REQUIRES(realtimePoolLock);
     /// Whether a usage record brings the user a symbol that the chosen accounts could not trade before.
     bool bringsNewSymbol(const VariantRecord &record) const
         T0_EXCLUDES(currentTradeAccountLock, currentInputSymbolLock);
@@ -410,11 +415,11 @@ private:
 
     mutable FamilyLock realtimePoolLock;
     RecordCache realtimePoolCache T0_GUARDED_BY(realtimePoolLock);
-    IdIndex realtimeAccountIndex T0_GUARDED_BY(realtimePoolLock);
-    IdIndex realtimeTraderIndex T0_GUARDED_BY(realtimePoolLock);
-    IdIndex realtimeSymbolIndex T0_GUARDED_BY(realtimePoolLock);
-    IdIndex realtimeExchangeIndex T0_GUARDED_BY(realtimePoolLock);
-    NarrowIndex<KeyPair> realtimeAccountAndTraderIndex T0_GUARDED_BY(realtimePoolLock);
+    IdIndex<QString> realtimeAccountIndex T0_GUARDED_BY(realtimePoolLock);
+    IdIndex<QString> realtimeTraderIndex T0_GUARDED_BY(realtimePoolLock);
+    IdIndex<QString> realtimeSymbolIndex T0_GUARDED_BY(realtimePoolLock);
+    IdIndex<QString> realtimeExchangeIndex T0_GUARDED_BY(realtimePoolLock);
+    IdIndex<KeyPair> realtimeAccountAndTraderIndex T0_GUARDED_BY(realtimePoolLock);
     NarrowIndex<KeyPair> realtimeAccountAndSymbolIndex T0_GUARDED_BY(realtimePoolLock);
     /// The login user's records of one security; none when symbol or exchange is empty.
     QVector<HeldRecord> ownUsage(const QStringList &tradingAccounts, const QString &symbol,

@@ -123,16 +123,14 @@ void ManualT0LogicPrivate::takeLaterPools(const QString &tradingAccount, const R
         changes = comparePools(tradingAccount, fresh);
     const int countBefore = securityPoolMap.size();
     const QVariantList deletedRecords = applyPools(changes);
-    const int countAfter = securityPoolMap.size();
+    HOST_INFO("ManualT0LogicPrivate", "ManualT0LogicPrivate::slotQuerySecurityPoolResponse"
+                                          << countsText(countBefore, fresh.size(), deletedRecords.size(),
+                                                        tradingAccount, securityPoolMap.size()));
     // deliberate: sent under the lock, as after a load
     if (!changes.changedIds.isEmpty())
         sendEvent(Vanta_Keys::EventMsgName::ManualT0SecurityPoolUpdated, changes.changedIds);
     if (!deletedRecords.isEmpty())
         sendEvent(Vanta_Keys::EventMsgName::ManualT0SecurityPoolDeleted, deletedRecords);
-    lock.unlock();
-    HOST_INFO("ManualT0LogicPrivate",
-              "ManualT0LogicPrivate::slotQuerySecurityPoolResponse"
-                  << countsText(countBefore, fresh.size(), deletedRecords.size(), tradingAccount, countAfter));
 }
 
 ManualT0LogicPrivate::PoolChanges ManualT0LogicPrivate::comparePools(const QString &tradingAccount,
@@ -227,19 +225,20 @@ void ManualT0LogicPrivate::storePool(const QString &id, const ReceivedPool &pool
     const PoolKeys heldKeys(*held, poolTraderField());
     if (!held->isDetached())
         held->clear(); // somebody holds a copy: a new record costs less than one more copy to overwrite
-    pool.writeTo(*held, ReceivedPool::Answer::Later);
+    pool.writeTo(*held);
     reindexPool(id, heldKeys, PoolKeys(*held, poolTraderField()));
 }
 
 void ManualT0LogicPrivate::reindexPool(const QString &id, const PoolKeys &held, const PoolKeys &now)
 {
-    if (held == now) {
-        // A deleted resource takes this key along before its pools are answered for.
-        poolIdsByResource.insert(now.resource, id);
-    } else {
-        unindexPool(id, held);
-        indexPool(id, now);
-    }
+    if (held.resource != now.resource)
+        poolIdsByResource.remove(held.resource, id);
+    // Also when it is the same: a deleted resource takes this key along before its pools are answered for.
+    poolIdsByResource.insert(now.resource, id);
+    if (static_cast<const TradingKey &>(held) == now)
+        return;
+    unindexTradingKey(id, held);
+    indexTradingKey(id, now);
 }
 
 VariantRecord ManualT0LogicPrivate::takePool(const QString &poolId)
@@ -252,26 +251,40 @@ VariantRecord ManualT0LogicPrivate::takePool(const QString &poolId)
 
 void ManualT0LogicPrivate::indexPool(const QString &id, const PoolKeys &keys)
 {
-    poolIdsByTradingAccount.insert(keys.account, id);
-    poolIdsBySymbol.insert(keys.symbol, id);
-    poolIdsByExchange.insert(keys.exchange, id);
-    poolIdsByTrader.insert(keys.trader, id);
     poolIdsByResource.insert(keys.resource, id);
-    poolIdsByAccountAndTrader.insert({keys.account, keys.trader}, id);
-    poolIdsByAccountAndSymbol.insert({keys.account, keys.symbol}, id);
-    poolIdsByTradingKey.insert(keys, id);
+    indexTradingKey(id, keys);
 }
 
 void ManualT0LogicPrivate::unindexPool(const QString &id, const PoolKeys &keys)
 {
-    poolIdsByTradingAccount.remove(keys.account, id);
-    poolIdsBySymbol.remove(keys.symbol, id);
-    poolIdsByExchange.remove(keys.exchange, id);
-    poolIdsByTrader.remove(keys.trader, id);
     poolIdsByResource.remove(keys.resource, id);
-    poolIdsByAccountAndTrader.remove({keys.account, keys.trader}, id);
-    poolIdsByAccountAndSymbol.remove({keys.account, keys.symbol}, id);
-    poolIdsByTradingKey.remove(keys, id);
+    unindexTradingKey(id, keys);
+}
+
+void ManualT0LogicPrivate::indexTradingKey(const QString &id, const TradingKey &key)
+{
+    poolIdsByTradingAccount.insert(key.account, id);
+    poolIdsBySymbol.insert(key.symbol, id);
+    poolIdsByExchange.insert(key.exchange, id);
+    poolIdsByTrader.insert(key.trader, id);
+    poolIdsByAccountAndTrader.insert({key.account, key.trader}, id);
+    if (key.symbol.isEmpty())
+        return;
+    poolIdsByAccountAndSymbol.insert({key.account, key.symbol}, id);
+    poolIdsByTradingKey.insert(key, id);
+}
+
+void ManualT0LogicPrivate::unindexTradingKey(const QString &id, const TradingKey &key)
+{
+    poolIdsByTradingAccount.remove(key.account, id);
+    poolIdsBySymbol.remove(key.symbol, id);
+    poolIdsByExchange.remove(key.exchange, id);
+    poolIdsByTrader.remove(key.trader, id);
+    poolIdsByAccountAndTrader.remove({key.account, key.trader}, id);
+    if (key.symbol.isEmpty())
+        return;
+    poolIdsByAccountAndSymbol.remove({key.account, key.symbol}, id);
+    poolIdsByTradingKey.remove(key, id);
 }
 
 void ManualT0LogicPrivate::resetSecurityPoolIndex()

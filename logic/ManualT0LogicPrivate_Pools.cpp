@@ -216,19 +216,18 @@ RecordList ManualT0LogicPrivate::GetSecurityPoolDetail(const QStringList &produc
 HeldRecord ManualT0LogicPrivate::findPool(const TradingKey &key) const
 {
     HeldRecord first = securityPoolMap.cend();
-    const auto takeSmaller = [&](const QString &id) {
-        if (first == securityPoolMap.cend() || id < first.key())
-            first = securityPoolMap.constFind(id);
-    };
     if (!key.symbol.isEmpty() && !key.exchange.isEmpty() && !key.trader.isEmpty()) {
-        poolIdsByTradingKey.forEach(key, takeSmaller);
+        const auto &ids = poolIdsByTradingKey.ids();
+        for (auto id = ids.constFind(key); id != ids.cend() && id.key() == key; ++id) {
+            if (first == securityPoolMap.cend() || *id < first.key())
+                first = securityPoolMap.constFind(*id);
+        }
         return first;
     }
     // Here an empty symbol or exchange means any, an empty trader nobody.
-    const QVector<HeldRecord> pools = namedPools({{key.account}, {key.trader}, key.symbol, key.exchange});
-    for (const HeldRecord pool : pools)
-        takeSmaller(pool.key());
-    return first;
+    QVector<HeldRecord> pools = namedPools({{key.account}, {key.trader}, key.symbol, key.exchange});
+    sortById(pools);
+    return pools.isEmpty() ? first : pools.first();
 }
 
 TradingLookup ManualT0LogicPrivate::poolLookup() const

@@ -5,6 +5,7 @@
 #include "MasterFields.h"
 #include "OrvaneFields.h"
 #include "OrvaneValues.h"
+#include "RealtimeFields.h"
 #include "ReceivedUsage.h"
 #include "VantaKeys.h"
 
@@ -80,10 +81,9 @@ void ManualT0LogicPrivate::takeLaterRealtime(const RecordList &rows)
     WriteLock lock(realtimePoolLock);
     for (int i = 0; i < rows.size(); ++i) {
         const Instrument &instrument = instruments.at(i);
-        const VariantRecord merged =
-            mergeRealtimeRecord(ReceivedUsage(rows.at(i), instrument.symbol, instrument.factor));
-        if (!merged.isEmpty())
-            changed.append(merged);
+        const VariantRecord &row = rows.at(i);
+        if (isNews(RealtimeFields::key(row, instrument.symbol), text(row, Master_Fields::System::ModifyTime)))
+            changed.append(takeRealtimeRecord(ReceivedUsage(row, instrument.symbol, instrument.factor)));
     }
     // deliberate: sent under the lock, so that no newer push slips in between the change and its announcement;
     // the host queues events, listeners read once the lock is free
@@ -101,10 +101,10 @@ void ManualT0LogicPrivate::slotRecvPoolRealtimeChangedPush(QVariantMap realtimeM
         return;
     const ReceivedUsage received(realtimeMap);
     WriteLock lock(realtimePoolLock);
-    const VariantRecord merged = mergeRealtimeRecord(received);
-    lock.unlock();
-    if (merged.isEmpty())
+    if (!isNews(received.key(), received.modifyTime()))
         return;
+    const VariantRecord merged = takeRealtimeRecord(received);
+    lock.unlock();
     sendEvent(Vanta_Keys::EventMsgName::ManualT0PoolRealTimeUpdated, QVariantList{merged});
 
     if (!bringsNewSymbol(merged))
@@ -120,15 +120,18 @@ void ManualT0LogicPrivate::slotRecvPoolRealtimeChangedPush(QVariantMap realtimeM
     realtimeDelayBuffer->AppendItem(QVariant());
 }
 
-VariantRecord ManualT0LogicPrivate::mergeRealtimeRecord(const ReceivedUsage &received)
+bool ManualT0LogicPrivate::isNews(const QString &key, const QString &modifyTime) const
+{
+    const HeldRecord held = realtimePoolCache.constFind(key);
+    // deliberate: an equal time is no news
+    return held == realtimePoolCache.cend() || text(*held, Master_Fields::System::ModifyTime) < modifyTime;
+}
+
+VariantRecord ManualT0LogicPrivate::takeRealtimeRecord(const ReceivedUsage &received)
 {
     const QString key = received.key();
-    const auto held = realtimePoolCache.find(key);
-    const bool isNew = held == realtimePoolCache.end();
-    // deliberate: an equal time is no news
-    if (!isNew && !(text(*held, Master_Fields::System::ModifyTime) < received.modifyTime()))
-        return {};
-    VariantRecord &record = isNew ? *realtimePoolCache.insert(key, {}) : *held;
+    VariantRecord &record = realtimePoolCache[key];
+    const bool isNew = record.isEmpty();
     if (!record.isDetached())
         record.clear(); // somebody holds a copy: a new record costs less than one more copy to overwrite
     received.writeTo(record);
@@ -170,7 +173,8 @@ void ManualT0LogicPrivate::indexRealtime(const QString &key, const VariantRecord
     realtimeSymbolIndex.insert(symbol, key);
     realtimeExchangeIndex.insert(text(record, Orvane_Fields::UserAccount::securityExchange), key);
     realtimeAccountAndTraderIndex.insert({account, trader}, key);
-    realtimeAccountAndSymbolIndex.insert({account, symbol}, key);
+    if (!symbol.isEmpty()) // of unknown ones there may be many, and nobody looks them up
+        realtimeAccountAndSymbolIndex.insert({account, symbol}, key);
 }
 
 void ManualT0LogicPrivate::announceNewSymbols()

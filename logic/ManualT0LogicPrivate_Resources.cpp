@@ -218,28 +218,29 @@ void ManualT0LogicPrivate::removeResource(const QString &resourceId)
 QVector<HeldRecord> ManualT0LogicPrivate::findResources(const QStringList &accounts, const QString &symbol,
                                                         const QString &exchange) const
 {
-    HeldIds ids = HeldIds::under(resourceAccountIndex, accounts);
+    const QSet<QString> accountSet(accounts.cbegin(), accounts.cend());
+    HeldIds ids = HeldIds::under(resourceAccountIndex, accountSet);
     if (!symbol.isEmpty())
         ids = smaller(ids, HeldIds::under(resourceSymbolIndex, std::array{symbol}));
     if (!exchange.isEmpty())
         ids = smaller(ids, HeldIds::under(resourceExchangeIndex, std::array{exchange}));
-    QVector<HeldRecord> resources;
-    ids.forEach([&](const QString &id) {
-        const HeldRecord resource = resourceCache.constFind(id);
-        if ((symbol.isEmpty() || text(*resource, Orvane_Fields::Security::symbol) == symbol) &&
-            (exchange.isEmpty() || text(*resource, Orvane_Fields::UserAccount::securityExchange) == exchange) &&
-            accounts.contains(text(*resource, Orvane_Fields::UserAccount::tradingAccount)))
-            resources.append(resource);
-    });
+    QVector<HeldRecord> resources = recordsOf(ids, resourceCache);
+    const auto isOther = [&](HeldRecord resource) {
+        return (!symbol.isEmpty() && text(*resource, Orvane_Fields::Security::symbol) != symbol) ||
+               (!exchange.isEmpty() && text(*resource, Orvane_Fields::UserAccount::securityExchange) != exchange) ||
+               !accountSet.contains(text(*resource, Orvane_Fields::UserAccount::tradingAccount));
+    };
+    resources.erase(std::remove_if(resources.begin(), resources.end(), isOther), resources.end());
     return resources;
 }
 
 bool ManualT0LogicPrivate::hasPoolOf(const QString &resourceId, const QStringList &traderIds) const
 {
-    const IdSet *ids = poolIdsByResource.find(resourceId);
-    return ids && std::any_of(ids->cbegin(), ids->cend(), [&](const QString &id) {
-               return traderIds.contains(text(securityPoolMap.value(id), poolTraderField()));
-           });
+    const RecordList pools = poolsOfResource(resourceId, PoolTypes::All);
+    const auto isOfThem = [&traderIds, field = poolTraderField()](const VariantRecord &pool) {
+        return traderIds.contains(text(pool, field));
+    };
+    return std::any_of(pools.cbegin(), pools.cend(), isOfThem);
 }
 
 void ManualT0LogicPrivate::packSecurityPoolInfoIntoResource(VariantRecord &resource) const

@@ -24,12 +24,20 @@ QVariant scaled(const QString &field, const QVariant &value, int factor, Receive
     return limit == ManualT0Logic::InvalidExposure ? value : QVariant(Quantity::clampToInt(qint64(limit) * factor));
 }
 
-/// Whether two values are equal; notes when they are of different types.
-bool isLike(const QVariant &a, const QVariant &b, ReceivedPool::Likeness &likeness)
+/// Of two equal values: whether nobody can tell them apart. Values inside lists are not looked at.
+bool isSame(const QVariant &a, const QVariant &b)
 {
-    if (a.userType() != b.userType())
+    const int type = a.userType();
+    const bool isList = type == QMetaType::QVariantList || type == QMetaType::QVariantMap;
+    return type == b.userType() && a.isNull() == b.isNull() && !isList;
+}
+
+/// Whether two values are equal; notes when they are not the same.
+bool isLike(const QVariant &held, const QVariant &sent, ReceivedPool::Likeness &likeness)
+{
+    if (!isSame(held, sent))
         likeness = ReceivedPool::Likeness::SameValues;
-    return a == b;
+    return held == sent; // in this order: a text and a number are not compared alike both ways
 }
 
 } // namespace
@@ -58,7 +66,7 @@ VariantRecord ReceivedPool::inDisplayUnits(Answer answer) &&
     return std::move(m_row);
 }
 
-void ReceivedPool::writeTo(VariantRecord &record, Answer answer) const
+void ReceivedPool::writeTo(VariantRecord &record) const
 {
     using Orvane_Fields::Security::symbol;
     RecordWriter writer(record);
@@ -71,7 +79,7 @@ void ReceivedPool::writeTo(VariantRecord &record, Answer answer) const
         if (!isSymbolWritten && !(sent.key() < symbol))
             writeSymbol();
         if (m_factor > 1 && isScaled(sent.key()))
-            writer.write(sent.key(), scaled(sent.key(), *sent, m_factor, answer));
+            writer.write(sent.key(), scaled(sent.key(), *sent, m_factor, Answer::Later));
         else if (sent.key() != symbol)
             writer.write(sent.key(), *sent);
     }
@@ -94,8 +102,8 @@ ReceivedPool::Likeness ReceivedPool::likenessTo(const VariantRecord &held) const
         if (other == held.cend() || other.key() != sent.key())
             return Likeness::Different;
         const bool equal = m_factor > 1 && isScaled(sent.key())
-                               ? isLike(scaled(sent.key(), *sent, m_factor, Answer::Later), *other, likeness)
-                               : isLike(*sent, *other, likeness);
+                               ? isLike(*other, scaled(sent.key(), *sent, m_factor, Answer::Later), likeness)
+                               : isLike(*other, *sent, likeness);
         if (!equal)
             return Likeness::Different;
         ++other;

@@ -15,12 +15,12 @@ public:
     /// Asks the host for symbol and display factor.
     explicit ReceivedPool(VariantRecord row);
 
-    VariantRecord inDisplayUnits(Answer answer) const &;
-    /// Overwrites a record with it; fields that the record has already keep their place in memory.
-    void writeTo(VariantRecord &record, Answer answer) const;
+    VariantRecord inDisplayUnits(Answer answer) const &; ///< a copy
     VariantRecord inDisplayUnits(Answer answer) &&;
-    /// To a record that is held in display units, this one being of a later answer. SameValues: some are of another
-    /// type, such as 5 and 5.0.
+    /// Overwrites a record with that of a later answer; fields that the record has already keep their place in memory.
+    void writeTo(VariantRecord &record) const;
+    /// To a record that is held in display units, this one being of a later answer. SameValues: equal, but
+    /// some may be told apart, such as 5 and 5.0.
     Likeness likenessTo(const VariantRecord &held) const;
 
 private:

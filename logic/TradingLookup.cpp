@@ -71,11 +71,10 @@ TradingLookup::Candidates TradingLookup::candidates(const TradingFilter &filter)
 
 TradingLookup::Candidates TradingLookup::candidatesOfSymbol(const TradingFilter &filter) const
 {
-    const std::array symbols{filter.symbol};
     if (filter.accounts.size() > 1) {
-        const HeldIds ofSymbol = HeldIds::under(m_indexes.bySymbol, symbols);
+        const HeldIds ofSymbol = HeldIds::under(m_indexes.bySymbol, std::array{filter.symbol});
         if (ofSymbol.size() < filter.accounts.size())
             return {ofSymbol, false, false, true};
     }
-    return {HeldIds::underPairs(m_indexes.byAccountAndSymbol, filter.accounts, symbols), true, false, true};
+    return {HeldIds::underPairs(m_indexes.byAccountAndSymbol, filter.accounts, filter.symbol), true, false, true};
 }

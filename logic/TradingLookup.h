@@ -11,6 +11,14 @@ using RecordCache = QHash<QString, VariantRecord>; ///< by id
 /// A record where it is held, key() is its id. Valid while the lock of its cache is held.
 using HeldRecord = RecordCache::const_iterator;
 
+inline QVector<HeldRecord> recordsOf(const HeldIds &ids, const RecordCache &cache)
+{
+    QVector<HeldRecord> records;
+    records.reserve(ids.size());
+    ids.forEach([&](const QString &id) { records.append(cache.constFind(id)); });
+    return records;
+}
+
 inline void sortById(QVector<HeldRecord> &records)
 {
     std::sort(records.begin(), records.end(), [](HeldRecord a, HeldRecord b) { return a.key() < b.key(); });
@@ -51,11 +59,11 @@ class TradingLookup
 {
 public:
     struct Indexes {
-        const IdIndex &byAccount;
-        const IdIndex &byTrader;
-        const IdIndex &bySymbol;
-        const IdIndex &byExchange;
-        const NarrowIndex<KeyPair> &byAccountAndTrader;
+        const IdIndex<QString> &byAccount;
+        const IdIndex<QString> &byTrader;
+        const IdIndex<QString> &bySymbol;
+        const IdIndex<QString> &byExchange;
+        const IdIndex<KeyPair> &byAccountAndTrader;
         const NarrowIndex<KeyPair> &byAccountAndSymbol;
     };
 

@@ -202,7 +202,7 @@ CborReader::EncodedText CborReader::nextText() const
 
 bool CborReader::takeAgain(const EncodedText &text)
 {
-    // No item begins with the bytes of another one.
+    // No encoded item is the beginning of another one.
     if (text.size == 0 || text.size > left() || std::memcmp(m_data + m_at, text.data, size_t(text.size)) != 0)
         return false;
     m_itemStart = m_at;

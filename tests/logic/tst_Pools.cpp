@@ -12,6 +12,8 @@ private slots:
     void limitsOfBothLoadPaths();
     void announcesWhatChanged_data();
     void announcesWhatChanged();
+    void whatIsSentIsStored_data();
+    void whatIsSentIsStored();
     void deletedRecordsAreSentAsTheyWere();
 };
 
@@ -85,6 +87,41 @@ void PoolsTest::announcesWhatChanged()
     QCOMPARE(takeEvents(), QStringList());
     answerPools("A1", answer);
     QCOMPARE(takeEvents(), QStringList());
+}
+
+void PoolsTest::whatIsSentIsStored_data()
+{
+    QTest::addColumn<QVariant>("held");
+    QTest::addColumn<QVariant>("sent");
+    QTest::addColumn<bool>("announced");
+    QTest::newRow("a whole number for a fraction") << QVariant(20.0) << QVariant(20) << false;
+    QTest::newRow("a number for a text that reads otherwise") << QVariant("010") << QVariant(10) << true;
+    QTest::newRow("a text for a number") << QVariant(10.0) << QVariant("10.0") << false;
+    QTest::newRow("no text for a null one") << QVariant(QString()) << QVariant("") << false;
+    QTest::newRow("inside a list") << QVariant(QVariantList{10}) << QVariant(QVariantList{10.0}) << false;
+    QTest::newRow("another number") << QVariant(20) << QVariant(21) << true;
+}
+
+void PoolsTest::whatIsSentIsStored()
+{
+    QFETCH(QVariant, held);
+    QFETCH(QVariant, sent);
+    QFETCH(bool, announced);
+    VariantRecord pool = Rows::pool("p1", "A1", "110001 SH", "t2", 10, "r1");
+    pool.insert(T0SymbolFlag, held);
+    start({}, {pool});
+    answerPools("A1", {pool}); // the load is over: this one is compared
+    takeEvents();
+    pool.insert(T0SymbolFlag, sent);
+    answerPools("A1", {pool});
+    QCOMPARE(takeEvents(), announced ? QStringList("pools p1") : QStringList());
+    const auto written = [](const QVariant &value) {
+        QString text;
+        QDebug(&text) << value;
+        return text;
+    };
+    QCOMPARE(written(hub->GetSecurityPoolDetailById("p1").value(T0SymbolFlag)), written(sent));
+    QCOMPARE(hub->GetSecurityPoolDetailById("p1").value(T0SymbolFlag).isNull(), sent.isNull());
 }
 
 void PoolsTest::deletedRecordsAreSentAsTheyWere()

@@ -204,15 +204,15 @@ def scale_lines(values):
 
 
 def further_lines(values):
-    lines = [("measured", "side", "value")]
+    lines = [("measured", "side", "of records", "value")]
     for name, value in sorted(values.items()):
         if name.endswith(":rows"):
             continue
-        if re.match(r"(page|memory|gateway|load)\.|push\.newer/reference|usage\.(profits|sums)/|.*/scan/", name):
-            operation, side = name.split("/")[:2]
-            counter = name.partition(":")[2]
+        if re.match(r"(page|memory|gateway|load)\.|push\.newer/reference|usage\.(profits|sums)/|.*/(scan|copy_alone)/", name):
+            path, _, counter = name.partition(":")
+            operation, side, records = path.split("/")
             shown = f"{number(value)} {counter}" if counter else cost(value) + " an item"
-            lines.append((operation, side, shown))
+            lines.append((operation, side, grouped(records), shown))
     return lines
 
 

@@ -322,7 +322,7 @@ private:
     qint64 heldWithoutTrading(const QString &tradingAccount, const QString &symbol, const QString &exchange,
                               bool isT0) const T0_EXCLUDES(realtimePoolLock);
 
-    // ---- ManualT0LogicPrivate_PoolAnswers.cpp, ManualT0LogicPrivate_Pools.cpp ----------------------------
+    // ---- ManualT0LogicPrivate_PoolAnswers.cpp, _PoolIndex.cpp, _Pools.cpp ---------------------------------
 
     void loadSecurityPools() T0_EXCLUDES(productLock, securityPoolLock);
     void takeFirstPools(const QString &tradingAccount, RecordList &&rows) T0_EXCLUDES(securityPoolLock);

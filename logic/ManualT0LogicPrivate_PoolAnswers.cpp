@@ -70,7 +70,7 @@ void ManualT0LogicPrivate::loadSecurityPools()
 void ManualT0LogicPrivate::takeFirstPools(const QString &tradingAccount, RecordList &&rows)
 {
     for (VariantRecord &row : rows)
-        row = ReceivedPool(std::move(row)).inDisplayUnits(ReceivedPool::Answer::First);
+        row = ReceivedPool(std::move(row)).takeAsFirst();
 
     WriteLock lock(securityPoolLock);
     for (const VariantRecord &row : qAsConst(rows))

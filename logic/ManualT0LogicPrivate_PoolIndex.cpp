@@ -48,7 +48,9 @@ void ManualT0LogicPrivate::storePool(const QString &id, const ReceivedPool &pool
 {
     const auto held = securityPoolMap.find(id);
     if (held == securityPoolMap.end()) {
-        storePool(pool.inDisplayUnits(ReceivedPool::Answer::Later));
+        VariantRecord record;
+        pool.writeTo(record);
+        storePool(record);
         return;
     }
     ++poolVersion;

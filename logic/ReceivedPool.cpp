@@ -10,15 +10,18 @@ using namespace Master_Fields::ManualT0;
 
 namespace {
 
+/// How the quantities are scaled: of a first answer of a load, or of a later one.
+enum class Answer { First, Later };
+
 bool isScaled(const QString &field)
 {
     return field == PoolTotalQty || field == MaxExposureQty || field == MaxPendExposureQty;
 }
 
-QVariant scaled(const QString &field, const QVariant &value, int factor, ReceivedPool::Answer answer)
+QVariant scaled(const QString &field, const QVariant &value, int factor, Answer answer)
 {
     // deliberate: the first answers of a load scale a limit of -1 too; readers take every negative limit as none.
-    if (field == PoolTotalQty || answer == ReceivedPool::Answer::First)
+    if (field == PoolTotalQty || answer == Answer::First)
         return Quantity::toNum(value) * factor;
     const int limit = Quantity::toIntQty(value);
     return limit == ManualT0Logic::InvalidExposure ? value : QVariant(Quantity::clampToInt(qint64(limit) * factor));
@@ -48,19 +51,14 @@ ReceivedPool::ReceivedPool(VariantRecord row)
     , m_factor(displayFactor(m_symbol))
 {}
 
-VariantRecord ReceivedPool::inDisplayUnits(Answer answer) const &
-{
-    return ReceivedPool(*this).inDisplayUnits(answer);
-}
-
-VariantRecord ReceivedPool::inDisplayUnits(Answer answer) &&
+VariantRecord ReceivedPool::takeAsFirst()
 {
     m_row.insert(Orvane_Fields::Security::symbol, m_symbol);
     if (m_factor > 1) {
         for (const QString &field : {PoolTotalQty, MaxExposureQty, MaxPendExposureQty}) {
             const auto value = m_row.find(field);
             if (value != m_row.end())
-                *value = scaled(field, *value, m_factor, answer);
+                *value = scaled(field, *value, m_factor, Answer::First);
         }
     }
     return std::move(m_row);

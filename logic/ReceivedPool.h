@@ -7,17 +7,15 @@
 class ReceivedPool
 {
 public:
-    /// How the quantities are scaled: a first answer of a load, or a later one.
-    enum class Answer { First, Later };
     enum class Likeness { Same, SameValues, Different };
 
     ReceivedPool() = default;
     /// Asks the host for symbol and display factor.
     explicit ReceivedPool(VariantRecord row);
 
-    VariantRecord inDisplayUnits(Answer answer) const &; ///< a copy
-    VariantRecord inDisplayUnits(Answer answer) &&;
-    /// Overwrites a record with that of a later answer; fields that the record has already keep their place in memory.
+    /// The record when it is of a first answer of a load; this pool is empty then.
+    VariantRecord takeAsFirst();
+    /// Overwrites a record with it as of a later answer; fields that the record has already keep their place in memory.
     void writeTo(VariantRecord &record) const;
     /// To a record that is held in display units, this one being of a later answer. SameValues: equal, but
     /// some may be told apart, such as 5 and 5.0.

@@ -77,7 +77,7 @@ const QVector<Commands::Own> &Commands::ownCommands()
         {"init", "init", 0, 0, &Commands::init},
         {"login", "login USER", 1, 1, &Commands::login},
         {"wait", "wait inited FAMILY,… [MS]", 2, 3, &Commands::wait},
-        {"picture", "picture", 0, 0, &Commands::picture},
+        {"picture", "picture [hash]", 0, 1, &Commands::picture},
         {"gateway", "gateway picture", 1, 1, &Commands::gateway},
         {"events", "events", 0, 0, &Commands::events},
         {"quote", "quote SYMBOL PRICE", 2, 2, &Commands::quote},
@@ -199,11 +199,17 @@ Outcome Commands::wait(const QVector<Argument> &arguments)
     return outcome;
 }
 
-Outcome Commands::picture(const QVector<Argument> &)
+Outcome Commands::picture(const QVector<Argument> &arguments)
 {
-    const QString errorText = m_host.openLibrary();
+    Reader reader(arguments);
+    const QString what = reader.get<QString>(0);
+    if (reader.errorText.isEmpty() && !arguments.isEmpty() && what != QLatin1String("hash"))
+        reader.errorText = QStringLiteral("argument 1: hash is expected, not %1").arg(what);
+    const QString errorText = reader.errorText.isEmpty() ? m_host.openLibrary() : reader.errorText;
     if (!errorText.isEmpty())
         return bad(errorText);
+    if (!arguments.isEmpty())
+        return Picture::hash();
     QTextStream errorStream(stderr);
     const QMap<int, qint64> times = m_host.events().loadTimes();
     for (auto time = times.cbegin(); time != times.cend(); ++time)

@@ -16,6 +16,8 @@ ConsoleHost::~ConsoleHost() = default;
 
 std::unique_ptr<MessageChannel> ConsoleHost::connectServer(QString &errorText) const
 {
+    if (m_settings.otherServer)
+        return m_settings.otherServer();
     if (m_settings.gateway)
         return std::make_unique<LocalChannel>(m_settings.gateway);
     auto channel = std::make_unique<SocketChannel>(m_settings.serverName);
@@ -66,6 +68,7 @@ QString ConsoleHost::openSession()
     config.user = m_settings.user;
     config.settingsDir = m_settings.settingsDir;
     config.requestTimeoutMs = m_settings.requestTimeoutMs;
+    config.journal = m_settings.journal;
     m_session = HostSession::open(std::move(config), errorText);
     if (!m_session) {
         m_channel = nullptr;

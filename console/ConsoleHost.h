@@ -18,6 +18,8 @@ public:
         QString settingsDir;
         QString pluginDir;
         int requestTimeoutMs = 5000;
+        std::shared_ptr<JournalSink> journal;                         ///< of all sessions; null: none
+        std::function<std::unique_ptr<MessageChannel>()> otherServer; ///< in place of both gateways; empty: none
     };
 
     explicit ConsoleHost(Settings settings);

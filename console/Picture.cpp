@@ -1,11 +1,14 @@
 #include "Picture.h"
 
+#include "JsonText.h"
 #include "ManualT0Logic.h"
 #include "MasterFields.h"
 #include "OrvaneFields.h"
 #include "RowOrder.h"
 #include "StandFields.h"
 #include "TextTable.h"
+
+#include <QtCore/QCryptographicHash>
 
 #include <algorithm>
 
@@ -169,6 +172,15 @@ Outcome Picture::take()
         album.add(number, all.at(number), present(ManualT0Logic::GetInitStateByType(number)).toString(),
                   all.at(number).rows());
     return album.outcome();
+}
+
+Outcome Picture::hash()
+{
+    const QByteArray all = jsonText(take().result).toUtf8();
+    Outcome outcome;
+    outcome.result = QString::fromLatin1(QCryptographicHash::hash(all, QCryptographicHash::Sha256).toHex());
+    outcome.text = QStringLiteral("picture %1").arg(outcome.result.toString());
+    return outcome;
 }
 
 Outcome Picture::ofGateway(const VariantRecord &values)

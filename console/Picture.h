@@ -12,6 +12,9 @@ QString familyName(int family);
 /// result: a record with the list "families" (family, name, state, count, rows); text: the tables.
 Outcome take();
 
+/// The SHA-256 of everything in it, also of the fields that the tables leave out.
+Outcome hash();
+
 /// The same of what a gateway holds, the values of its answer: only the families and columns it knows, no state.
 Outcome ofGateway(const VariantRecord &values);
 

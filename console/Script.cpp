@@ -24,14 +24,16 @@ void print(FILE *to, const QString &line)
 
 } // namespace
 
-Script::Script(Commands &commands, int descriptor, const QString &source, Format format)
+Script::Script(Commands &commands, const QString &source, Format format)
     : m_commands(commands)
-    , m_descriptor(descriptor)
     , m_source(source)
     , m_format(format)
-    , m_readable(descriptor, QSocketNotifier::Read)
+{}
+
+void Script::read(int descriptor)
 {
-    connect(&m_readable, &QSocketNotifier::activated, this, &Script::readSome);
+    m_readable = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
+    connect(m_readable.get(), &QSocketNotifier::activated, this, &Script::readSome);
 }
 
 bool Script::hadBadCommand() const
@@ -47,26 +49,30 @@ bool Script::isOver() const
 void Script::readSome()
 {
     // One command may run this thread's events: the next lines must wait until it is done.
-    m_readable.setEnabled(false);
+    m_readable->setEnabled(false);
     QByteArray bytes(chunk, Qt::Uninitialized);
-    const auto count = ::read(m_descriptor, bytes.data(), size_t(bytes.size()));
+    const auto count = ::read(int(m_readable->socket()), bytes.data(), size_t(bytes.size()));
     if (count < 0 && (errno == EINTR || errno == EAGAIN))
-        return m_readable.setEnabled(true);
+        return m_readable->setEnabled(true);
     if (count < 0)
         printBad(QString::fromLocal8Bit(std::strerror(errno)));
     const bool atEnd = count <= 0;
-    m_rest += atEnd ? QByteArray(m_rest.isEmpty() ? "" : "\n") : bytes.left(int(count));
+    run(atEnd ? QByteArray(m_rest.isEmpty() ? "" : "\n") : bytes.left(int(count)));
+    if (atEnd || isOver())
+        QCoreApplication::quit();
+    else
+        m_readable->setEnabled(true);
+}
 
+void Script::run(const QByteArray &lines)
+{
+    m_rest += lines;
     int begin = 0;
     for (int end = m_rest.indexOf('\n'); end >= 0 && !isOver(); end = m_rest.indexOf('\n', begin)) {
         runLine(m_rest.mid(begin, end - begin));
         begin = end + 1;
     }
     m_rest.remove(0, begin);
-    if (atEnd || isOver())
-        QCoreApplication::quit();
-    else
-        m_readable.setEnabled(true);
 }
 
 void Script::runLine(const QByteArray &line)

@@ -5,8 +5,9 @@
 #include <QtCore/QFile>
 #include <QtCore/QSocketNotifier>
 
-/// Runs the lines of a file or of standard input, on the main thread's event loop, and prints what comes of
-/// them; ends the loop at the last line, at quit, and with strict at the first bad command.
+#include <memory>
+
+/// Runs lines of commands, on the main thread's event loop, and prints what comes of them.
 class Script : public QObject
 {
     Q_OBJECT
@@ -17,8 +18,14 @@ public:
         bool strict = false;
     };
 
-    /// descriptor: open for reading, not closed here. source: what messages call it.
-    Script(Commands &commands, int descriptor, const QString &source, Format format);
+    /// source: what messages call the lines.
+    Script(Commands &commands, const QString &source, Format format);
+
+    /// Runs the lines of a file or of standard input as they come; ends the loop at the last one, at quit, and with
+    /// strict at the first bad command. descriptor: open for reading, not closed here.
+    void read(int descriptor);
+
+    void run(const QByteArray &lines); ///< these, at once; each with its end
 
     bool hadBadCommand() const;
 
@@ -31,10 +38,9 @@ private:
     bool isOver() const;
 
     Commands &m_commands;
-    const int m_descriptor;
     const QString m_source;
     const Format m_format;
-    QSocketNotifier m_readable;
+    std::unique_ptr<QSocketNotifier> m_readable;
     QByteArray m_rest; ///< the beginning of a line whose end was not read yet
     int m_line = 0;
     bool m_hadBadCommand = false;

@@ -4,6 +4,7 @@
 #include "Books.h"
 #include "FaultChannel.h"
 #include "HostSession.h"
+#include "JournalWriter.h"
 #include "LocalChannel.h"
 #include "MainWindow.h"
 #include "OrvaneValues.h"
@@ -97,6 +98,11 @@ QString Desk::openSession()
         auto faults = std::make_unique<FaultChannel>(std::move(config.channel));
         m_faults = faults.get();
         config.channel = std::move(faults);
+    }
+    if (!m_options.journal.isEmpty()) {
+        config.journal = JournalWriter::create(m_options.journal, errorText);
+        if (!config.journal)
+            return errorText;
     }
     config.user = m_options.user;
     config.settingsDir = m_options.settingsDirOf(m_options.user);

@@ -20,7 +20,7 @@ public:
     {
         m_parser.setApplicationDescription(QStringLiteral("The window for manual T0 trading."));
         m_parser.addOptions({m_help, m_books, m_state, m_seed, m_immediate, m_slippage, m_market, m_connect, m_user,
-                             m_settings, m_lang, m_plugins, m_offscreen, m_script, m_shots});
+                             m_settings, m_journal, m_lang, m_plugins, m_offscreen, m_script, m_shots});
     }
 
     QString read(const QStringList &arguments, DeskOptions &options)
@@ -34,6 +34,7 @@ public:
         options.user = m_parser.value(m_user);
         options.settingsDir = m_parser.value(m_settings);
         options.pluginDirs = m_parser.values(m_plugins);
+        options.journal = m_parser.value(m_journal);
         options.script = m_parser.value(m_script);
         options.shotsDir = m_parser.value(m_shots);
         options.isOffscreen = m_parser.isSet(m_offscreen);
@@ -72,7 +73,8 @@ private:
                                       m_parser.isSet(m_immediate) || m_parser.isSet(m_slippage);
         if (!m_parser.positionalArguments().isEmpty())
             return QStringLiteral("\"%1\" is no option").arg(m_parser.positionalArguments().constFirst());
-        for (const QCommandLineOption &given : {m_books, m_state, m_connect, m_user, m_settings, m_plugins, m_script})
+        for (const QCommandLineOption &given :
+             {m_books, m_state, m_connect, m_user, m_settings, m_journal, m_plugins, m_script})
             if (m_parser.isSet(given) && m_parser.value(given).isEmpty())
                 return QStringLiteral("--%1 needs a value").arg(given.names().constFirst());
         if (m_parser.isSet(m_connect) && isEmbeddedWanted)
@@ -100,6 +102,8 @@ private:
     const QCommandLineOption m_user = option("user", "Who logs in; default: the first manager of the books.", "ID");
     const QCommandLineOption m_settings =
         option("settings", "Where settings are kept, a folder a user; with --script in memory without it.", "DIR");
+    const QCommandLineOption m_journal =
+        option("journal", "Take down every message in a new file, for t0-console --replay.", "FILE");
     const QCommandLineOption m_lang = option("lang", "Language of the window: zh (default) or en.", "LANGUAGE");
     const QCommandLineOption m_plugins =
         option("plugins", "A folder of plug-ins, one or more, in place of the library's and the pages'.", "DIR");

@@ -15,6 +15,7 @@ struct DeskOptions {
     bool keepsSettings = true; ///< false: in memory only
     QStringList pluginDirs;    ///< empty: the library and the pages of this program
     QString language = QStringLiteral("zh");
+    QString journal; ///< empty: none
     QString script;
     QString shotsDir;
     GatewayOptions market;

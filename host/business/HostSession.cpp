@@ -18,9 +18,11 @@
 #include "core/LivingObjects.h"
 #include "core/SettingsStore.h"
 #include "message/AnswerStatus.h"
+#include "message/JournalChannel.h"
 #include "message/PresenterLine.h"
 #include "message/RequestTexts.h"
 #include "message/Server.h"
+#include "message/SessionJournal.h"
 #include "message/WatchedChannel.h"
 #include "trade/RequestFates.h"
 
@@ -96,6 +98,15 @@ void onPush(const Envelope &envelope)
             family.pushed(body.rows);
     }
     PresenterLines::push(envelope);
+}
+
+/// The channel with its journal in front, which begins.
+std::unique_ptr<MessageChannel> takenDown(HostConfig &config)
+{
+    Envelope opened;
+    opened.sender = config.user;
+    config.journal->append(JournalRecord::Kind::Opened, opened);
+    return std::make_unique<JournalChannel>(std::move(config.channel), config.journal);
 }
 
 void clearStores()
@@ -195,6 +206,8 @@ std::unique_ptr<HostSession> HostSession::open(HostConfig config, QString &error
         return nullptr;
     }
     auto d = std::make_unique<Private>();
+    if (config.journal)
+        config.channel = takenDown(config);
     d->channel = std::make_unique<WatchedChannel>(std::move(config.channel));
     d->user = config.user;
     d->timeoutMs = config.requestTimeoutMs;
@@ -202,6 +215,7 @@ std::unique_ptr<HostSession> HostSession::open(HostConfig config, QString &error
 
     MasterInitStateMgr::instance().clear();
     clearStores();
+    SessionJournal::open(config.journal);
     SettingsStore::open(config.settingsDir);
     MessageChannel &channel = session->channel();
     session->d->news = NewsDesk::open(channel);
@@ -229,6 +243,7 @@ HostSession::~HostSession()
     d->channel.reset();
     EventBusState::clear();
     MasterInitStateMgr::instance().clear();
+    SessionJournal::close();
     SettingsStore::close();
     clearStores();
 }

@@ -1,5 +1,7 @@
 #include "MasterInitStateMgr.h"
 
+#include "message/SessionJournal.h"
+
 #include <QtCore/QMutexLocker>
 
 MasterInitStateMgr &MasterInitStateMgr::instance()
@@ -14,6 +16,7 @@ bool MasterInitStateMgr::StartInit(const QString &key)
     if (m_states.value(key, NotInit) != NotInit)
         return false;
     m_states.insert(key, Initing);
+    SessionJournal::note(JournalRecord::Kind::FamilyStarted, key);
     return true;
 }
 
@@ -25,7 +28,10 @@ bool MasterInitStateMgr::IsInited(const QString &key) const
 bool MasterInitStateMgr::Reset(const QString &key)
 {
     QMutexLocker lock(&m_mutex);
-    return m_states.remove(key) > 0;
+    const bool isKnown = m_states.remove(key) > 0;
+    if (isKnown)
+        SessionJournal::note(JournalRecord::Kind::FamilyReset, key);
+    return isKnown;
 }
 
 void MasterInitStateMgr::FinishInit(const QString &key, bool success, bool)

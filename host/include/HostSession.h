@@ -8,6 +8,7 @@
 #include <memory>
 
 class HostNews;
+class JournalSink;
 class MessageChannel;
 
 /// What a session needs to open.
@@ -16,6 +17,7 @@ struct HostConfig {
     QString user;                            ///< logged in; empty: no login detail and no reference data
     QString settingsDir;                     ///< where settings are kept; empty: in memory only
     int requestTimeoutMs = 5000;             ///< of every request to the server
+    std::shared_ptr<JournalSink> journal;    ///< takes down every message; null: nobody does
 };
 
 /// Progress of a paged query, for whoever shows that something is loading.

@@ -62,4 +62,9 @@ inline QString fateKnown(int accepted, int refused)
         .arg(QString::number(accepted), QString::number(refused));
 }
 
+inline QString journalEnded(const QString &why)
+{
+    return QStringLiteral("消息日志无法继续写入，之后的消息不再记录：%1").arg(why);
+}
+
 } // namespace RequestTexts

@@ -2,6 +2,8 @@
 
 #include "CborReader.h"
 #include "CborWriter.h"
+#include "StandFields.h"
+#include "StandMsgType.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QUuid>
@@ -79,6 +81,14 @@ Envelope Envelope::answer(const MessageBody &body) const
     envelope.type = type;
     envelope.body = body.encode();
     return envelope;
+}
+
+Envelope Envelope::subscription(const QString &pushType, const VariantRecord &filter, const QString &serviceName,
+                                int validMs)
+{
+    const VariantRecord values{{Stand_Fields::Subscription::pushType, pushType},
+                               {Stand_Fields::Subscription::serviceName, serviceName}};
+    return request(Stand_MsgType::SubscribeRequest, {}, validMs, {values, {filter}});
 }
 
 Envelope Envelope::push(const QString &type, const MessageBody &body)

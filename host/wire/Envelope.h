@@ -27,6 +27,10 @@ struct T0_WIRE_EXPORT Envelope {
     /// The answer to this request: its id and type, the given body.
     Envelope answer(const MessageBody &body) const;
 
+    /// What asks for pushes of a type: a Stand_MsgType::SubscribeRequest.
+    static Envelope subscription(const QString &pushType, const VariantRecord &filter, const QString &serviceName,
+                                 int validMs);
+
     /// A push of one type.
     static Envelope push(const QString &type, const MessageBody &body);
 };

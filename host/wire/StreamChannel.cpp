@@ -2,8 +2,6 @@
 
 #include "OrvaneFields.h"
 #include "OrvaneValues.h"
-#include "StandFields.h"
-#include "StandMsgType.h"
 
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QDebug>
@@ -210,11 +208,7 @@ bool StreamChannel::transmitUnlessClosed(const Envelope &envelope)
 bool StreamChannel::subscribe(const QString &pushType, const VariantRecord &filter, const QString &serviceName,
                               int timeoutMs)
 {
-    MessageBody body;
-    body.values.insert(Stand_Fields::Subscription::pushType, pushType);
-    body.values.insert(Stand_Fields::Subscription::serviceName, serviceName);
-    body.rows.append(filter);
-    const Reply reply = request(Envelope::request(Stand_MsgType::SubscribeRequest, {}, timeoutMs, body), timeoutMs);
+    const Reply reply = request(Envelope::subscription(pushType, filter, serviceName, timeoutMs), timeoutMs);
     MessageBody answer;
     QString errorText;
     return reply.outcome == Outcome::Answered && MessageBody::decode(reply.envelope.body, answer, errorText) &&

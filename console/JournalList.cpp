@@ -45,6 +45,10 @@ QString nameOf(const JournalRecord &record)
         return QStringLiteral("%1 to be loaded anew").arg(type);
     case Kind::FamilyStarted:
         return QStringLiteral("%1 begins to load").arg(type);
+    case Kind::FamilyFinished:
+        return QStringLiteral("%1 is loaded or has failed").arg(type);
+    case Kind::FamilyAsked:
+        return QStringLiteral("%1: an answer is taken").arg(type);
     case Kind::Closed:
         return QStringLiteral("end");
     default:

@@ -11,11 +11,14 @@
 #include "OrvaneFields.h"
 #include "OrvaneValues.h"
 #include "Picture.h"
-#include "PresenterCalls.h"
+#include "PresenterTakeover.h"
 #include "ReplayChannel.h"
+#include "StandFields.h"
 
 #include <QtCore/QMutex>
 #include <QtCore/QMutexLocker>
+
+#include <algorithm>
 
 using Kind = JournalRecord::Kind;
 
@@ -27,6 +30,12 @@ public:
     {
         QMutexLocker lock(&m_mutex);
         ++m_counts[{int(kind), envelope.type}];
+    }
+
+    void clear()
+    {
+        QMutexLocker lock(&m_mutex);
+        m_counts.clear();
     }
 
     int count(Kind kind, const QString &key) const
@@ -44,17 +53,36 @@ namespace {
 
 constexpr int settleMs = 60000;
 
-/// The slot of the presenter that asks a query; empty for what no presenter asks.
-QByteArray slotOf(const QString &type)
+/// A query of the presenter.
+struct Query {
+    QString type;
+    QByteArray slot;
+    int family;
+    Kind taken; ///< the note that says that its answer was taken
+};
+
+const QVector<Query> &queries()
 {
-    static const QHash<QString, QByteArray> slotsByType{
-        {Master_MsgType::QueryManualT0ProductsRequest, "slotQueryT0Products(QVariantMap)"},
-        {Master_MsgType::QueryUserIdByUserRoleRequest, "slotQueryT0Traders()"},
-        {Master_MsgType::QueryManualT0ResourceRequest, "slotQueryResources(QVariantMap)"},
-        {Master_MsgType::QueryManualT0SecurityPoolRequest, "slotQuerySecurityPool(QVariantMap)"},
-        {Master_MsgType::QueryManualT0RealTimePoolUsageRequest, "slotQueryPoolRealTime(QVariantMap)"},
-        {Master_MsgType::QueryManualT0TraderAccountPriorityRequest, "slotQueryAccountPriority(QVariantMap)"}};
-    return slotsByType.value(type);
+    using namespace Master_MsgType;
+    using T0 = ManualT0Logic;
+    static const QVector<Query> all{
+        {QueryManualT0ProductsRequest, "slotQueryT0Products(QVariantMap)", T0::Products, Kind::FamilyFinished},
+        {QueryUserIdByUserRoleRequest, "slotQueryT0Traders()", T0::Traders, Kind::FamilyFinished},
+        {QueryManualT0TraderAccountPriorityRequest, "slotQueryAccountPriority(QVariantMap)", T0::AccountPriority,
+         Kind::FamilyFinished},
+        {QueryManualT0ResourceRequest, "slotQueryResources(QVariantMap)", T0::Resources, Kind::FamilyAsked},
+        {QueryManualT0SecurityPoolRequest, "slotQuerySecurityPool(QVariantMap)", T0::SecurityPools, Kind::FamilyAsked},
+        {QueryManualT0RealTimePoolUsageRequest, "slotQueryPoolRealTime(QVariantMap)", T0::RealtimeUsage,
+         Kind::FamilyAsked}};
+    return all;
+}
+
+/// Null for what no presenter asks.
+const Query *queryOf(const QString &type)
+{
+    const auto query =
+        std::find_if(queries().cbegin(), queries().cend(), [&type](const Query &query) { return query.type == type; });
+    return query == queries().cend() ? nullptr : &*query;
 }
 
 MessageBody bodyOf(const JournalRecord &record)
@@ -82,6 +110,16 @@ int familyOf(const QString &key)
         if (key == keyOf(family))
             return family;
     return RecordedDay::nothing;
+}
+
+/// The traders are asked for by two queries, managers first.
+bool isLastOfItsQuery(const MessageBody &query, const JournalRecord &end)
+{
+    const VariantRecord answer = bodyOf(end).values;
+    const bool hasMore = isSuccess(end) && (answer.value(Stand_Fields::Paging::hasMore).toBool() ||
+                                            !answer.value(Stand_Fields::Paging::position).toString().isEmpty());
+    return !hasMore && query.rows.value(0).value(Master_Fields::UserAccount::UserRoleId).toString() !=
+                           Master_Values::UserRoles::ManualT0Mangager;
 }
 
 /// The rows behind the header of a change.
@@ -132,53 +170,79 @@ std::shared_ptr<JournalSink> Replay::journal() const
 
 QString Replay::run()
 {
-    QString errorText;
+    prepare();
     const int count = m_day.records().size();
-    for (int record = 0; record < count && errorText.isEmpty() && !Interrupt::requested(); ++record)
-        errorText = repeat(record);
-    return errorText.isEmpty() ? settle(m_day.records().constLast()) : errorText;
+    for (int i = 0; i < count && !Interrupt::requested(); ++i) {
+        repeat(i);
+        const QString halt = settle(m_day.records().at(i));
+        if (!halt.isEmpty())
+            return halt;
+    }
+    m_channel->pushUntil(count - 1);
+    return settle(m_day.records().constLast());
 }
 
-QString Replay::repeat(int record)
+/// The first load would ask before anybody can prevent it: it finds that all is begun already.
+void Replay::prepare()
+{
+    MasterInitStateMgr &states = MasterInitStateMgr::instance();
+    for (int family = 0; family < Picture::familyCount; ++family)
+        states.StartInit(keyOf(family));
+    ManualT0Logic::InitData();
+    for (int family = 0; family < Picture::familyCount; ++family)
+        states.Reset(keyOf(family));
+    PresenterTakeover::begin();
+    m_now->clear();
+}
+
+void Replay::repeat(int record)
 {
     const JournalRecord &recorded = m_day.records().at(record);
     switch (recorded.kind) {
     case Kind::Push:
     case Kind::Connection:
-        m_channel->pushUntil(record);
-        return {};
+        // A push stands behind the answers before it in the library's queues.
+        if (m_answered.value(Master_MsgType::QueryManualT0RealTimePoolUsageRequest).isEmpty())
+            m_channel->pushUntil(record);
+        break;
     case Kind::FamilyReset:
     case Kind::FamilyStarted:
-        return repeatNote(recorded, record);
+        repeatNote(record);
+        break;
+    case Kind::FamilyFinished:
+    case Kind::FamilyAsked:
+        for (const Query &query : queries())
+            if (query.taken == recorded.kind && keyOf(query.family) == recorded.envelope.type)
+                repeatNextQuery(query.type);
+        break;
     case Kind::Answer:
     case Kind::TimedOut:
     case Kind::NotSent:
-        return repeatRequest(m_day.requestOf(record), record);
+        repeatRequest(m_day.requestOf(record), record);
+        break;
     default:
-        return {};
+        break;
     }
 }
 
 /// What the library has noted as often as the recorded one it has done by itself; else somebody had told it to.
-QString Replay::repeatNote(const JournalRecord &note, int record)
+void Replay::repeatNote(int record)
 {
+    const JournalRecord &note = m_day.records().at(record);
     const QString key = note.envelope.type;
     const int family = familyOf(key);
-    const QString halt = settle(note);
-    m_then->append(note.kind, note.envelope);
     const bool isStart = note.kind == Kind::FamilyStarted;
-    const bool isProducts = family == ManualT0Logic::Products;
-    if (isProducts)
+    m_then->append(note.kind, note.envelope);
+    if (family == ManualT0Logic::Products)
         m_isRefreshingAll = !isStart && beginsFullRefresh(record);
     if (family == RecordedDay::nothing || m_now->count(note.kind, key) >= m_then->count(note.kind, key))
-        return halt;
+        return;
     if (isStart)
         ManualT0Logic::InitData(); // begins all that is not begun
     else if (m_isRefreshingAll)
         MasterInitStateMgr::instance().Reset(key); // the library itself refuses a second refresh within seconds
     else
         ManualT0Logic::RefreshDataByType(family);
-    return halt;
 }
 
 /// The products alone are reset directly before they are loaded; with everything else the priorities are reset in
@@ -196,41 +260,67 @@ bool Replay::beginsFullRefresh(int reset) const
     return false;
 }
 
-QString Replay::repeatRequest(int request, int end)
+void Replay::repeatRequest(int request, int end)
 {
-    if (request == RecordedDay::nothing)
-        return {};
-    const JournalRecord &asked = m_day.records().at(request);
-    const QString type = asked.envelope.type;
-    const QByteArray slot = slotOf(type);
-    const bool isKept =
-        type == Master_MsgType::AlterManualT0ProductsRequest || type == Master_MsgType::DeleteManualT0ResourceRequest;
-    if (slot.isEmpty() && !(isKept && isSuccess(m_day.records().at(end))))
-        return {};
-    QString halt = settle(m_day.records().at(end));
-    if (!halt.isEmpty() || m_channel->isRepeated(request))
-        return halt;
-
-    QString errorText;
-    if (type == Master_MsgType::AlterManualT0ProductsRequest)
-        alterProducts(rowsOf(asked));
-    else if (type == Master_MsgType::DeleteManualT0ResourceRequest)
-        ManualT0Logic::DeleteT0Resource(rowsOf(asked), errorText);
+    if (request == RecordedDay::nothing || m_channel->isRepeated(request))
+        return;
+    if (queryOf(m_day.records().at(request).envelope.type))
+        takeQuery(request, end);
     else
-        halt = repeatQuery(asked, slot);
-    if (!m_channel->isRepeated(request))
-        m_remarks.append(QStringLiteral("record %1: %2 could not be repeated, this library asks it otherwise")
-                             .arg(QString::number(asked.sequence), type));
-    return halt;
+        repeatChange(request, end);
 }
 
-QString Replay::repeatQuery(const JournalRecord &query, const QByteArray &slot)
+void Replay::takeQuery(int request, int end)
 {
-    m_channel->expect(query.envelope.type);
-    PresenterCalls::call(slot, bodyOf(query).rows.value(0));
-    const QString halt = settle(query);
-    m_channel->expect({});
-    return halt;
+    const JournalRecord &asked = m_day.records().at(request);
+    const JournalRecord &answer = m_day.records().at(end);
+    if (!isLastOfItsQuery(bodyOf(asked), answer))
+        return;
+    // A failed one of these ends no load, unless it is the last of several: nobody notes when it was taken.
+    if (queryOf(asked.envelope.type)->taken == Kind::FamilyFinished && !isSuccess(answer) &&
+        asked.envelope.type != Master_MsgType::QueryUserIdByUserRoleRequest)
+        repeatQuery(request);
+    else
+        m_answered[asked.envelope.type].append(request);
+}
+
+void Replay::repeatNextQuery(const QString &type)
+{
+    QVector<int> &answered = m_answered[type];
+    if (!answered.isEmpty())
+        repeatQuery(answered.takeFirst());
+}
+
+void Replay::repeatQuery(int request)
+{
+    const JournalRecord &asked = m_day.records().at(request);
+    PresenterTakeover::call(queryOf(asked.envelope.type)->slot, bodyOf(asked).rows.value(0));
+    HostSession::current()->settle(settleMs);
+    checkRepeated(request);
+}
+
+/// Only what changes the caller's picture directly; the rest comes with answers and pushes.
+void Replay::repeatChange(int request, int end)
+{
+    const JournalRecord &asked = m_day.records().at(request);
+    if (!isSuccess(m_day.records().at(end)))
+        return;
+    QString errorText;
+    if (asked.envelope.type == Master_MsgType::AlterManualT0ProductsRequest)
+        alterProducts(rowsOf(asked));
+    else if (asked.envelope.type == Master_MsgType::DeleteManualT0ResourceRequest)
+        ManualT0Logic::DeleteT0Resource(rowsOf(asked), errorText);
+    else
+        return;
+    checkRepeated(request);
+}
+
+void Replay::checkRepeated(int request)
+{
+    const JournalRecord &asked = m_day.records().at(request);
+    if (!m_channel->isRepeated(request))
+        m_remarks.append(QStringLiteral("record %1: %2 could not be repeated, this library asks it otherwise")
+                             .arg(QString::number(asked.sequence), asked.envelope.type));
 }
 
 QString Replay::settle(const JournalRecord &record) const

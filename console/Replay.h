@@ -8,10 +8,11 @@
 class FamilyNotes;
 class ReplayChannel;
 
-/// Brings a fresh library to where a recorded one was: walks through the records one by one and repeats what the
-/// library does not do by itself. Answers and pushes come from the journal; a query that nobody asks is asked through
-/// the presenter, so that its pages are read as ever; a reload is begun, and a change is made, where the caller's own
-/// picture changes with it. Orders, cancels and other changes are not sent: what they did is in the answers and pushes.
+/// Brings a fresh library to where a recorded one was. Walks through the records one by one: answers and pushes come
+/// from the journal in the order they had; the library's own asking reaches nobody, since its timers know nothing of
+/// the recorded day. A query is asked when the journal has its last page, through the presenter, so that its pages are
+/// read as ever; a load is begun, and a change is made, where that changes the caller's own picture. Orders, cancels
+/// and other changes are not sent: what they did is in the answers and pushes.
 ///
 /// Not repeated: what is in no message. That is what the user chose in his client (accounts, settings of symbols), and
 /// which of two threads of that client was first where the journal does not say.
@@ -36,17 +37,23 @@ public:
     QStringList remarks() const;
 
 private:
-    QString repeat(int record);
-    QString repeatNote(const JournalRecord &note, int record);
-    QString repeatRequest(int request, int end);
-    QString repeatQuery(const JournalRecord &query, const QByteArray &slot);
+    void repeat(int record);
+    void repeatNote(int record);
+    void repeatRequest(int request, int end);
+    void repeatChange(int request, int end);
+    void checkRepeated(int request);
+    void takeQuery(int request, int end);
+    void repeatNextQuery(const QString &type);
+    void repeatQuery(int request);
+    void prepare();
     bool beginsFullRefresh(int reset) const;
     QString settle(const JournalRecord &record) const;
 
     RecordedDay m_day;
-    const std::shared_ptr<FamilyNotes> m_now;  ///< what this library has noted
+    const std::shared_ptr<FamilyNotes> m_now;  ///< what this library has noted since it was prepared
     const std::shared_ptr<FamilyNotes> m_then; ///< what the recorded one had noted by the record that is repeated
     ReplayChannel *m_channel = nullptr;
+    QHash<QString, QVector<int>> m_answered; ///< by type: queries that have their answer, which was not taken yet
     bool m_isRefreshingAll = false;
     QStringList m_remarks;
 };

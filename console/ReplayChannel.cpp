@@ -1,7 +1,5 @@
 #include "ReplayChannel.h"
 
-#include "ManualT0Logic.h"
-#include "MasterMsgType.h"
 #include "StandMsgType.h"
 
 using Kind = JournalRecord::Kind;
@@ -74,11 +72,6 @@ bool ReplayChannel::isRepeated(int request)
     return isRepeated;
 }
 
-void ReplayChannel::expect(const QString &type)
-{
-    onOwnThread([&] { m_expected = type; });
-}
-
 QStringList ReplayChannel::unanswered()
 {
     QStringList types;
@@ -97,27 +90,10 @@ int ReplayChannel::find(const Envelope &envelope) const
     return RecordedDay::nothing;
 }
 
-/// Asked again by a timer of the library, whose clock is not that of the recorded day: the day's own such queries come
-/// where the journal has them. While a family loads it waits for the next answer, whoever asks.
-bool ReplayChannel::isOfItsClock(const QString &type) const
-{
-    const auto isLoading = [](int family) {
-        return ManualT0Logic::GetInitStateByType(family) == MasterInitStateMgr::Initing;
-    };
-    if (type == m_expected)
-        return false;
-    if (type == Master_MsgType::QueryManualT0RealTimePoolUsageRequest)
-        return !isLoading(ManualT0Logic::RealtimeUsage);
-    return type == Master_MsgType::QueryManualT0TraderAccountPriorityRequest &&
-           !isLoading(ManualT0Logic::AccountPriority);
-}
-
 QVector<ReplayChannel::Reply> ReplayChannel::repliesTo(const Envelope &envelope)
 {
     Reply timedOut;
     timedOut.outcome = Outcome::TimedOut;
-    if (isOfItsClock(envelope.type))
-        return {timedOut};
     const int request = find(envelope);
     if (request == RecordedDay::nothing) {
         m_unanswered.append(envelope.type);

@@ -23,10 +23,9 @@ public:
 
     // For whoever walks through the day.
 
-    void pushUntil(int record);       ///< hands over what was pushed up to there and was not yet
-    bool isRepeated(int request);     ///< it was asked again and has its answer
-    void expect(const QString &type); ///< queries of this type are now asked by the replay; empty: of none
-    QStringList unanswered();         ///< types of the requests that timed out for want of an end
+    void pushUntil(int record);   ///< hands over what was pushed up to there and was not yet
+    bool isRepeated(int request); ///< it was asked again and has its answer
+    QStringList unanswered();     ///< types of the requests that timed out for want of an end
 
 protected:
     bool transmit(const QByteArray &) override { return false; } ///< never called: no request leaves
@@ -34,7 +33,6 @@ protected:
 private:
     // On the channel's own thread.
     int find(const Envelope &envelope) const;
-    bool isOfItsClock(const QString &type) const;
     QVector<Reply> repliesTo(const Envelope &envelope);
     void push(int end);
 
@@ -45,6 +43,5 @@ private:
     QObject m_context; ///< lives there
     QSet<int> m_repeated;
     QStringList m_unanswered;
-    QString m_expected;
     int m_nextPush = 0; ///< the first record that was not looked at for pushes
 };

@@ -59,19 +59,22 @@ void LivingObjects::remove(QObject *object)
     registry().objects.removeAll(object);
 }
 
+void LivingObjects::forEach(const std::function<void(QObject *)> &call)
+{
+    QMutexLocker lock(&registry().mutex);
+    for (QObject *object : qAsConst(registry().objects))
+        call(object);
+}
+
 bool LivingObjects::passThroughAll(int timeoutMs)
 {
     const QDeadlineTimer deadline(timeoutMs);
     const auto open = std::make_shared<std::atomic<int>>(0);
-    {
-        // under the mutex no object can leave the list, so none can be gone before its call is posted
-        QMutexLocker lock(&registry().mutex);
-        for (QObject *object : qAsConst(registry().objects)) {
-            const Passage passage(open);
-            QMetaObject::invokeMethod(
-                object, [passage] {}, Qt::QueuedConnection);
-        }
-    }
+    forEach([&open](QObject *object) {
+        const Passage passage(open);
+        QMetaObject::invokeMethod(
+            object, [passage] {}, Qt::QueuedConnection);
+    });
     while (*open > 0) {
         if (deadline.hasExpired())
             return false;

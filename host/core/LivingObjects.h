@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 class QObject;
 
 /// The objects whose event loops belong to the host's work: those with threads of their own and presenters.
@@ -7,6 +9,9 @@ namespace LivingObjects {
 
 void add(QObject *object);
 void remove(QObject *object); ///< at the latest in the destructor
+
+/// Calls back for each, while none can leave: nobody may wait inside.
+void forEach(const std::function<void(QObject *)> &call);
 
 /// Sends an empty call through the event queue of every living object, runs the calling thread's events
 /// meanwhile, and returns true when all calls have come through or were dropped with their object; false

@@ -1,5 +1,6 @@
 #include "MasterInitStateMgr.h"
 
+#include "framework/LoopThread.h"
 #include "message/SessionJournal.h"
 
 #include <QtCore/QMutexLocker>
@@ -38,11 +39,14 @@ void MasterInitStateMgr::FinishInit(const QString &key, bool success, bool)
 {
     QMutexLocker lock(&m_mutex);
     m_states.insert(key, success ? Inited : InitFailed);
+    SessionJournal::note(JournalRecord::Kind::FamilyFinished, key);
 }
 
 MasterInitStateMgr::InitState MasterInitStateMgr::GetInitState(const QString &key) const
 {
     QMutexLocker lock(&m_mutex);
+    if (qobject_cast<LoopThread *>(QThread::currentThread()))
+        SessionJournal::note(JournalRecord::Kind::FamilyAsked, key);
     return m_states.value(key, NotInit);
 }
 

@@ -6,16 +6,20 @@
 /// messages without being one.
 struct JournalRecord {
     enum class Kind : quint8 {
-        Opened,        ///< a session begins; sender: its user
-        Request,       ///< left this process, or was to; also asynchronous ones and subscriptions
-        Answer,        ///< id and type of its request
-        TimedOut,      ///< so ended the wait of the request of this id, without a body
-        NotSent,       ///< likewise
-        Push,          ///< of the server
-        Connection,    ///< type: one of the names below; noticed when somebody looks
-        FamilyReset,   ///< type: the key in MasterInitStateMgr that is to be loaded anew
-        FamilyStarted, ///< type: the key whose load begins
-        Closed         ///< the last record of a journal that was ended, not cut off
+        Opened,     ///< a session begins; sender: its user
+        Request,    ///< left this process, or was to; also asynchronous ones and subscriptions
+        Answer,     ///< id and type of its request
+        TimedOut,   ///< so ended the wait of the request of this id, without a body
+        NotSent,    ///< likewise
+        Push,       ///< of the server
+        Connection, ///< type: one of the names below; noticed when somebody looks
+        // What MasterInitStateMgr is told and asked of a family; type: its key. Says where in the order of messages the
+        // library began to load, and where it took an answer for that of a load or of a later query.
+        FamilyReset,    ///< it is to be loaded anew
+        FamilyStarted,  ///< its load begins
+        FamilyFinished, ///< its load has ended, either way
+        FamilyAsked,    ///< an object with a thread of its own, at work on an answer, asks how it stands
+        Closed          ///< the last record of a journal that was ended, not cut off
     };
 
     static constexpr char connected[] = "connected"; ///< of Connection, as are the next two

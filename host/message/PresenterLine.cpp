@@ -137,15 +137,6 @@ void PresenterLines::subscribe(const QString &pid, const QString &msgType)
     registry().pidsByType[msgType].insert(pid);
 }
 
-void PresenterLines::postToAll(const std::function<void(ZrPresenterClass *)> &call)
-{
-    QMutexLocker lock(&registry().mutex);
-    const auto lines = registry().lines.values();
-    lock.unlock();
-    for (const std::shared_ptr<PresenterLine> &line : lines)
-        line->post(call);
-}
-
 void PresenterLines::push(const Envelope &envelope)
 {
     QVector<std::shared_ptr<PresenterLine>> receivers;

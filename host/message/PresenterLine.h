@@ -68,6 +68,5 @@ std::shared_ptr<PresenterLine> of(const ZrPresenterClass *presenter);
 
 void subscribe(const QString &pid, const QString &msgType);
 void push(const Envelope &envelope); ///< queues it for every subscribed presenter
-void postToAll(const std::function<void(ZrPresenterClass *)> &call);
 
 } // namespace PresenterLines

@@ -172,14 +172,11 @@ QString Replay::run()
 {
     prepare();
     const int count = m_day.records().size();
-    for (int i = 0; i < count && !Interrupt::requested(); ++i) {
+    for (int i = 0; i < count && m_halt.isEmpty() && !Interrupt::requested(); ++i)
         repeat(i);
-        const QString halt = settle(m_day.records().at(i));
-        if (!halt.isEmpty())
-            return halt;
-    }
     m_channel->pushUntil(count - 1);
-    return settle(m_day.records().constLast());
+    settle(m_day.records().constLast());
+    return m_halt;
 }
 
 /// The first load would ask before anybody can prevent it: it finds that all is begun already.
@@ -198,6 +195,7 @@ void Replay::prepare()
 void Replay::repeat(int record)
 {
     const JournalRecord &recorded = m_day.records().at(record);
+    m_then->append(recorded.kind, recorded.envelope);
     switch (recorded.kind) {
     case Kind::Push:
     case Kind::Connection:
@@ -232,7 +230,6 @@ void Replay::repeatNote(int record)
     const QString key = note.envelope.type;
     const int family = familyOf(key);
     const bool isStart = note.kind == Kind::FamilyStarted;
-    m_then->append(note.kind, note.envelope);
     if (family == ManualT0Logic::Products)
         m_isRefreshingAll = !isStart && beginsFullRefresh(record);
     if (family == RecordedDay::nothing || m_now->count(note.kind, key) >= m_then->count(note.kind, key))
@@ -243,6 +240,7 @@ void Replay::repeatNote(int record)
         MasterInitStateMgr::instance().Reset(key); // the library itself refuses a second refresh within seconds
     else
         ManualT0Logic::RefreshDataByType(family);
+    settle(note);
 }
 
 /// The products alone are reset directly before they are loaded; with everything else the priorities are reset in
@@ -262,7 +260,8 @@ bool Replay::beginsFullRefresh(int reset) const
 
 void Replay::repeatRequest(int request, int end)
 {
-    if (request == RecordedDay::nothing || m_channel->isRepeated(request))
+    const bool isFirstEnd = request != RecordedDay::nothing && m_day.endsOf(request).constFirst() == end;
+    if (!isFirstEnd || m_channel->isRepeated(request))
         return;
     if (queryOf(m_day.records().at(request).envelope.type))
         takeQuery(request, end);
@@ -295,7 +294,7 @@ void Replay::repeatQuery(int request)
 {
     const JournalRecord &asked = m_day.records().at(request);
     PresenterTakeover::call(queryOf(asked.envelope.type)->slot, bodyOf(asked).rows.value(0));
-    HostSession::current()->settle(settleMs);
+    settle(asked);
     checkRepeated(request);
 }
 
@@ -305,6 +304,7 @@ void Replay::repeatChange(int request, int end)
     const JournalRecord &asked = m_day.records().at(request);
     if (!isSuccess(m_day.records().at(end)))
         return;
+    settle(asked);
     QString errorText;
     if (asked.envelope.type == Master_MsgType::AlterManualT0ProductsRequest)
         alterProducts(rowsOf(asked));
@@ -312,6 +312,7 @@ void Replay::repeatChange(int request, int end)
         ManualT0Logic::DeleteT0Resource(rowsOf(asked), errorText);
     else
         return;
+    settle(asked);
     checkRepeated(request);
 }
 
@@ -323,17 +324,38 @@ void Replay::checkRepeated(int request)
                              .arg(QString::number(asked.sequence), asked.envelope.type));
 }
 
-QString Replay::settle(const JournalRecord &record) const
+void Replay::settle(const JournalRecord &record)
 {
-    return HostSession::current()->settle(settleMs)
-               ? QString()
-               : QStringLiteral("record %1: the library did not come to rest within %2 ms")
+    if (m_halt.isEmpty() && !HostSession::current()->settle(settleMs))
+        m_halt = QStringLiteral("record %1: the library did not come to rest within %2 ms")
                      .arg(QString::number(record.sequence), QString::number(settleMs));
+}
+
+/// The library has noted the same as the recorded one, as often: else it took another course.
+QStringList Replay::otherCourse() const
+{
+    QStringList remarks;
+    for (int family = 0; family < Picture::familyCount; ++family) {
+        for (const Kind kind : {Kind::FamilyReset, Kind::FamilyStarted, Kind::FamilyFinished}) {
+            const int then = m_then->count(kind, keyOf(family));
+            const int now = m_now->count(kind, keyOf(family));
+            if (then != now)
+                remarks.append(
+                    QStringLiteral("%1 was %2 %3 times, here %4 times: what several threads of the client did "
+                                   "within a moment is not in the journal")
+                        .arg(Picture::familyName(family),
+                             kind == Kind::FamilyReset     ? QStringLiteral("reset")
+                             : kind == Kind::FamilyStarted ? QStringLiteral("begun")
+                                                           : QStringLiteral("finished"),
+                             QString::number(then), QString::number(now)));
+        }
+    }
+    return remarks;
 }
 
 QStringList Replay::remarks() const
 {
-    QStringList remarks = m_day.remarks() + m_remarks;
+    QStringList remarks = m_day.remarks() + m_remarks + otherCourse();
     QMap<QString, int> counts;
     const QStringList unanswered = m_channel->unanswered();
     for (const QString &type : unanswered)

@@ -47,7 +47,8 @@ private:
     void repeatQuery(int request);
     void prepare();
     bool beginsFullRefresh(int reset) const;
-    QString settle(const JournalRecord &record) const;
+    void settle(const JournalRecord &record);
+    QStringList otherCourse() const;
 
     RecordedDay m_day;
     const std::shared_ptr<FamilyNotes> m_now;  ///< what this library has noted since it was prepared
@@ -56,4 +57,5 @@ private:
     QHash<QString, QVector<int>> m_answered; ///< by type: queries that have their answer, which was not taken yet
     bool m_isRefreshingAll = false;
     QStringList m_remarks;
+    QString m_halt; ///< why it cannot go on
 };

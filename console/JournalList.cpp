@@ -85,7 +85,10 @@ private:
         if (record.kind == Kind::Answer)
             return QStringLiteral("%1 ms %2")
                 .arg(QString::number(record.time - m_asked.value(record.envelope.id, record.time)), failureOf(body));
-        return body.rows.isEmpty() ? QString() : jsonText(body.rows.constFirst()).left(detailWidth);
+        const VariantRecord first = body.rows.value(0);
+        return first.isEmpty() && body.values.isEmpty()
+                   ? QString()
+                   : jsonText(first.isEmpty() ? body.values : first).left(detailWidth);
     }
 
     static QString failureOf(const MessageBody &body)

@@ -302,16 +302,16 @@ void Replay::repeatQuery(int request)
 void Replay::repeatChange(int request, int end)
 {
     const JournalRecord &asked = m_day.records().at(request);
-    if (!isSuccess(m_day.records().at(end)))
-        return;
+    const bool isDeletion = asked.envelope.type == Master_MsgType::DeleteManualT0ResourceRequest;
+    if (!isSuccess(m_day.records().at(end)) ||
+        !(isDeletion || asked.envelope.type == Master_MsgType::AlterManualT0ProductsRequest))
+        return m_channel->pass(request);
     settle(asked);
     QString errorText;
-    if (asked.envelope.type == Master_MsgType::AlterManualT0ProductsRequest)
-        alterProducts(rowsOf(asked));
-    else if (asked.envelope.type == Master_MsgType::DeleteManualT0ResourceRequest)
+    if (isDeletion)
         ManualT0Logic::DeleteT0Resource(rowsOf(asked), errorText);
     else
-        return;
+        alterProducts(rowsOf(asked));
     settle(asked);
     checkRepeated(request);
 }

@@ -72,6 +72,11 @@ bool ReplayChannel::isRepeated(int request)
     return isRepeated;
 }
 
+void ReplayChannel::pass(int request)
+{
+    onOwnThread([&] { m_repeated.insert(request); });
+}
+
 QStringList ReplayChannel::unanswered()
 {
     QStringList types;

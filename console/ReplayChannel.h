@@ -25,6 +25,7 @@ public:
 
     void pushUntil(int record);   ///< hands over what was pushed up to there and was not yet
     bool isRepeated(int request); ///< it was asked again and has its answer
+    void pass(int request);       ///< it will not be asked again; a later one like it gets its own answer
     QStringList unanswered();     ///< types of the requests that timed out for want of an end
 
 protected:

@@ -13,11 +13,11 @@ class MessageChannel;
 
 /// What a session needs to open.
 struct HostConfig {
-    std::unique_ptr<MessageChannel> channel; ///< the border to the server
-    QString user;                            ///< logged in; empty: no login detail and no reference data
-    QString settingsDir;                     ///< where settings are kept; empty: in memory only
-    int requestTimeoutMs = 5000;             ///< of every request to the server
-    std::shared_ptr<JournalSink> journal;    ///< takes down every message; null: nobody does
+    std::unique_ptr<MessageChannel> channel;   ///< the border to the server
+    QString user;                              ///< logged in; empty: no login detail and no reference data
+    QString settingsDir;                       ///< where settings are kept; empty: in memory only
+    int requestTimeoutMs = 5000;               ///< of every request to the server
+    std::shared_ptr<JournalSink> journal = {}; ///< takes down every message; null: nobody does
 };
 
 /// Progress of a paged query, for whoever shows that something is loading.

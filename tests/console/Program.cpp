@@ -2,6 +2,8 @@
 
 #include <QtCore/QJsonDocument>
 
+#include <algorithm>
+
 namespace Program {
 
 namespace {
@@ -21,7 +23,9 @@ QVector<QJsonObject> Run::lines() const
 
 void start(QProcess &program, QStringList arguments)
 {
-    if (!arguments.contains(QStringLiteral("--connect")) && !arguments.contains(QStringLiteral("--books")))
+    const QStringList others{QStringLiteral("--connect"), QStringLiteral("--books"), QStringLiteral("--replay")};
+    const auto isGiven = [&arguments](const QString &other) { return arguments.contains(other); };
+    if (std::none_of(others.cbegin(), others.cend(), isGiven))
         arguments = QStringList{QStringLiteral("--books"), QStringLiteral(T0_SAMPLE_BOOKS)} + arguments;
     program.start(QStringLiteral(T0_CONSOLE_PROGRAM), arguments);
 }

@@ -2,9 +2,11 @@
 
 #include "JournalReader.h"
 #include "JsonText.h"
+#include "MasterValues.h"
 #include "MessageBody.h"
 #include "OrvaneFields.h"
 #include "OrvaneValues.h"
+#include "Picture.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QHash>
@@ -31,6 +33,14 @@ const char *directionOf(Kind kind)
     }
 }
 
+/// A key of MasterInitStateMgr, for people.
+QString familyOf(const QString &key)
+{
+    const QString &prefix = Master_Values::InitTypeCode::ManualT0Info;
+    const int family = key.startsWith(prefix) ? key.mid(prefix.size()).toInt() : Picture::familyCount;
+    return family < Picture::familyCount ? Picture::familyName(family) : key;
+}
+
 QString nameOf(const JournalRecord &record)
 {
     const QString &type = record.envelope.type;
@@ -42,13 +52,13 @@ QString nameOf(const JournalRecord &record)
     case Kind::NotSent:
         return QStringLiteral("%1 not sent").arg(type);
     case Kind::FamilyReset:
-        return QStringLiteral("%1 to be loaded anew").arg(type);
+        return QStringLiteral("%1 to be loaded anew").arg(familyOf(type));
     case Kind::FamilyStarted:
-        return QStringLiteral("%1 begins to load").arg(type);
+        return QStringLiteral("%1 begins to load").arg(familyOf(type));
     case Kind::FamilyFinished:
-        return QStringLiteral("%1 is loaded or has failed").arg(type);
+        return QStringLiteral("%1 is loaded or has failed").arg(familyOf(type));
     case Kind::FamilyAsked:
-        return QStringLiteral("%1: an answer is taken").arg(type);
+        return QStringLiteral("%1: an answer is taken").arg(familyOf(type));
     case Kind::Closed:
         return QStringLiteral("end");
     default:

@@ -3,6 +3,7 @@
 #include "Tests.h"
 #include "VariantRecord.h"
 
+#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
 using namespace Program;
@@ -30,21 +31,35 @@ class DayTest : public QObject
     Q_OBJECT
 
 private slots:
-    void theDayIsTheSameEveryTime();
+    void theDayIsTheSameEveryTimeAndInReplay();
 };
 T0_REGISTER_TEST(DayTest)
 
-void DayTest::theDayIsTheSameEveryTime()
+void DayTest::theDayIsTheSameEveryTimeAndInReplay()
 {
+    const QTemporaryDir dir;
+    const QString journal = dir.filePath("journal");
+    QFile script(QStringLiteral(T0_DAY));
+    QVERIFY(script.open(QIODevice::ReadOnly));
     QProcess programs[3];
-    for (QProcess &program : programs)
-        start(program,
-              QStringList{QStringLiteral(T0_DAY)} + (&program == programs ? QStringList{"--json"} : QStringList()));
+    start(programs[0], {QStringLiteral(T0_DAY), "--json"});
+    start(programs[1], {QStringLiteral(T0_DAY)});
+    start(programs[2], {"--journal", journal});
+    programs[2].write(script.readAll() + "picture hash\n");
+    programs[2].closeWriteChannel();
     const Run day = finish(programs[0]);
     QVERIFY2(day.exitCode == 0, qPrintable(day.errors));
     const Run tables = finish(programs[1]);
     QVERIFY(tables.exitCode == 0 && tables.output.size() > 10000);
-    QCOMPARE(finish(programs[2]).output, tables.output);
+    const Run recorded = finish(programs[2]);
+    const QByteArray hash = lastLine(recorded.output);
+    QCOMPARE(recorded.output, tables.output + hash);
+
+    const Run replay = runConsole({}, {"--replay", journal});
+    QVERIFY2(replay.exitCode == 0, qPrintable(replay.errors));
+    QVERIFY(hash.startsWith("picture ") && hash.size() > 64);
+    QCOMPARE(lastLine(replay.output), hash);
+    QVERIFY(tables.output.contains(replay.output.chopped(hash.size())));
 
     QCOMPARE(refusals(day),
              (QStringList{"卖出数量应为100的整数倍，零股应一次性卖出", "委托价格必须是[0.01]的整数倍！",

@@ -65,6 +65,11 @@ bool readUntil(QProcess &program, const QByteArray &text, QByteArray &line)
     return true;
 }
 
+QByteArray lastLine(const QByteArray &output)
+{
+    return output.mid(output.chopped(qMin(1, output.size())).lastIndexOf('\n') + 1);
+}
+
 QJsonArray resultOf(const Run &run, const char *operation)
 {
     for (const QJsonObject &line : run.lines())

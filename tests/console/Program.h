@@ -29,6 +29,8 @@ Run runConsole(const QByteArray &input, const QStringList &arguments = {QStringL
 /// Reads the program's lines until one holds a text; false when it ended before.
 bool readUntil(QProcess &program, const QByteArray &text, QByteArray &line);
 
+QByteArray lastLine(const QByteArray &output); ///< with its end
+
 /// The first result of an operation.
 QJsonArray resultOf(const Run &run, const char *operation);
 

@@ -200,6 +200,10 @@ void ProgramTest::badStarts_data()
     QTest::addColumn<QString>("error");
     QTest::newRow("unknown option") << QStringList{"--jsn"} << 2 << "Unknown option 'jsn'";
     QTest::newRow("no number") << QStringList{"--timeout", "soon"} << 2 << "--timeout must be a number";
+    QTest::newRow("list of nothing") << QStringList{"--list"} << 2 << "--until and --list go with --replay";
+    QTest::newRow("replay of a user") << QStringList{"--replay", "j", "--user", "u"} << 2 << "--replay knows";
+    QTest::newRow("no such record") << QStringList{"--replay", "j", "--until", "0"} << 2 << "--until must be";
+    QTest::newRow("no such journal") << QStringList{"--replay", "missing"} << 1 << "missing: ";
     QTest::newRow("two scripts") << QStringList{"a", "b"} << 2 << "one file of commands";
     QTest::newRow("no such script") << QStringList{"missing.t0"} << 1 << "missing.t0: ";
     QTest::newRow("no books there") << QStringList{"--books", T0_SCRIPTS} << 1 << "instruments.csv";

@@ -62,6 +62,8 @@ MessageChannel::Reply JournalChannel::request(const Envelope &envelope, int time
 
 bool JournalChannel::send(const Envelope &envelope, int timeoutMs, ReplyHandler handler)
 {
+    if (!isTakenDown(envelope))
+        return m_inner->send(envelope, timeoutMs, std::move(handler));
     m_journal->append(Kind::Request, envelope);
     const auto taken = [journal = m_journal, envelope, handler = std::move(handler)](const Reply &reply) {
         takeDownEnd(*journal, envelope, reply);

@@ -2,11 +2,9 @@
 
 #include "JournalReader.h"
 #include "JsonText.h"
-#include "MasterValues.h"
-#include "MessageBody.h"
 #include "OrvaneFields.h"
-#include "OrvaneValues.h"
 #include "Picture.h"
+#include "RecordedDay.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QHash>
@@ -36,9 +34,8 @@ const char *directionOf(Kind kind)
 /// A key of MasterInitStateMgr, for people.
 QString familyOf(const QString &key)
 {
-    const QString &prefix = Master_Values::InitTypeCode::ManualT0Info;
-    const int family = key.startsWith(prefix) ? key.mid(prefix.size()).toInt() : Picture::familyCount;
-    return family < Picture::familyCount ? Picture::familyName(family) : key;
+    const int family = Picture::familyOfKey(key);
+    return family >= 0 ? Picture::familyName(family) : key;
 }
 
 QString nameOf(const JournalRecord &record)
@@ -74,10 +71,8 @@ public:
     {
         if (record.kind == Kind::Request)
             m_asked.insert(record.envelope.id, record.time);
-        MessageBody body;
-        QString errorText;
-        const bool hasRows = MessageBody::decode(record.envelope.body, body, errorText);
-        const QString rows = hasRows ? QString::number(body.rows.size()) : QString();
+        const MessageBody body = bodyOf(record);
+        const QString rows = record.envelope.body.isEmpty() ? QString() : QString::number(body.rows.size());
         const QString time =
             QDateTime::fromMSecsSinceEpoch(record.time).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz"));
         QString line = QStringLiteral("%1  %2  %3  %4  %5  %6")
@@ -94,19 +89,20 @@ private:
     {
         if (record.kind == Kind::Answer)
             return QStringLiteral("%1 ms %2")
-                .arg(QString::number(record.time - m_asked.value(record.envelope.id, record.time)), failureOf(body));
+                .arg(QString::number(record.time - m_asked.value(record.envelope.id, record.time)),
+                     failureOf(record, body));
         const VariantRecord first = body.rows.value(0);
         return first.isEmpty() && body.values.isEmpty()
                    ? QString()
                    : jsonText(first.isEmpty() ? body.values : first).left(detailWidth);
     }
 
-    static QString failureOf(const MessageBody &body)
+    static QString failureOf(const JournalRecord &answer, const MessageBody &body)
     {
-        const QString status = body.values.value(Orvane_Fields::System::requestExeStatus).toString();
-        if (status == Orvane_Values::RequestExeStatus::success)
+        if (isSuccess(answer))
             return {};
-        return status + QLatin1Char(' ') + body.values.value(Orvane_Fields::System::textDescription).toString();
+        return body.values.value(Orvane_Fields::System::requestExeStatus).toString() + QLatin1Char(' ') +
+               body.values.value(Orvane_Fields::System::textDescription).toString();
     }
 
     QHash<QString, qint64> m_asked; ///< by id of the request

@@ -3,6 +3,7 @@
 #include "JsonText.h"
 #include "ManualT0Logic.h"
 #include "MasterFields.h"
+#include "MasterValues.h"
 #include "OrvaneFields.h"
 #include "RowOrder.h"
 #include "StandFields.h"
@@ -162,6 +163,19 @@ private:
 QString Picture::familyName(int family)
 {
     return QString::fromLatin1(families().at(family).name);
+}
+
+QString Picture::keyOfFamily(int family)
+{
+    return Master_Values::InitTypeCode::ManualT0Info + QString::number(family);
+}
+
+int Picture::familyOfKey(const QString &key)
+{
+    for (int family = 0; family < familyCount; ++family)
+        if (key == keyOfFamily(family))
+            return family;
+    return -1;
 }
 
 Outcome Picture::take()

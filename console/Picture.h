@@ -9,6 +9,10 @@ constexpr int familyCount = 6;
 
 QString familyName(int family);
 
+// How the host's MasterInitStateMgr calls them.
+QString keyOfFamily(int family);
+int familyOfKey(const QString &key); ///< -1: none of them
+
 /// result: a record with the list "families" (family, name, state, count, rows); text: the tables.
 Outcome take();
 

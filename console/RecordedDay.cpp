@@ -1,8 +1,24 @@
 #include "RecordedDay.h"
 
 #include "JournalReader.h"
+#include "OrvaneFields.h"
+#include "OrvaneValues.h"
 
 using Kind = JournalRecord::Kind;
+
+MessageBody bodyOf(const JournalRecord &record)
+{
+    MessageBody body;
+    QString errorText;
+    MessageBody::decode(record.envelope.body, body, errorText);
+    return body;
+}
+
+bool isSuccess(const JournalRecord &end)
+{
+    return end.kind == Kind::Answer && bodyOf(end).values.value(Orvane_Fields::System::requestExeStatus).toString() ==
+                                           Orvane_Values::RequestExeStatus::success;
+}
 
 bool RecordedDay::load(const QString &path, quint64 until, QString &errorText)
 {

@@ -7,6 +7,9 @@
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
 
+MessageBody bodyOf(const JournalRecord &record); ///< empty when there is none
+bool isSuccess(const JournalRecord &end);        ///< an answer whose status says so
+
 /// The last session of a journal, as it is replayed: its records, and how each request ended.
 class RecordedDay
 {

@@ -1,5 +1,6 @@
 #include "Replay.h"
 
+#include "FamilyNotes.h"
 #include "HostSession.h"
 #include "Interrupt.h"
 #include "ManualT0Logic.h"
@@ -9,118 +10,16 @@
 #include "MasterMsgType.h"
 #include "MasterValues.h"
 #include "OrvaneFields.h"
-#include "OrvaneValues.h"
 #include "Picture.h"
+#include "PresenterQuery.h"
 #include "PresenterTakeover.h"
 #include "ReplayChannel.h"
-#include "StandFields.h"
-
-#include <QtCore/QMutex>
-#include <QtCore/QMutexLocker>
-
-#include <algorithm>
 
 using Kind = JournalRecord::Kind;
-
-/// How often each family was reset and begun.
-class FamilyNotes : public JournalSink
-{
-public:
-    void append(Kind kind, const Envelope &envelope) override
-    {
-        QMutexLocker lock(&m_mutex);
-        ++m_counts[{int(kind), envelope.type}];
-    }
-
-    void clear()
-    {
-        QMutexLocker lock(&m_mutex);
-        m_counts.clear();
-    }
-
-    int count(Kind kind, const QString &key) const
-    {
-        QMutexLocker lock(&m_mutex);
-        return m_counts.value({int(kind), key});
-    }
-
-private:
-    mutable QMutex m_mutex;
-    QHash<QPair<int, QString>, int> m_counts;
-};
 
 namespace {
 
 constexpr int settleMs = 60000;
-
-/// A query of the presenter.
-struct Query {
-    QString type;
-    QByteArray slot;
-    int family;
-    Kind taken; ///< the note that says that its answer was taken
-};
-
-const QVector<Query> &queries()
-{
-    using namespace Master_MsgType;
-    using T0 = ManualT0Logic;
-    static const QVector<Query> all{
-        {QueryManualT0ProductsRequest, "slotQueryT0Products(QVariantMap)", T0::Products, Kind::FamilyFinished},
-        {QueryUserIdByUserRoleRequest, "slotQueryT0Traders()", T0::Traders, Kind::FamilyFinished},
-        {QueryManualT0TraderAccountPriorityRequest, "slotQueryAccountPriority(QVariantMap)", T0::AccountPriority,
-         Kind::FamilyFinished},
-        {QueryManualT0ResourceRequest, "slotQueryResources(QVariantMap)", T0::Resources, Kind::FamilyAsked},
-        {QueryManualT0SecurityPoolRequest, "slotQuerySecurityPool(QVariantMap)", T0::SecurityPools, Kind::FamilyAsked},
-        {QueryManualT0RealTimePoolUsageRequest, "slotQueryPoolRealTime(QVariantMap)", T0::RealtimeUsage,
-         Kind::FamilyAsked}};
-    return all;
-}
-
-/// Null for what no presenter asks.
-const Query *queryOf(const QString &type)
-{
-    const auto query =
-        std::find_if(queries().cbegin(), queries().cend(), [&type](const Query &query) { return query.type == type; });
-    return query == queries().cend() ? nullptr : &*query;
-}
-
-MessageBody bodyOf(const JournalRecord &record)
-{
-    MessageBody body;
-    QString errorText;
-    MessageBody::decode(record.envelope.body, body, errorText);
-    return body;
-}
-
-bool isSuccess(const JournalRecord &end)
-{
-    return end.kind == Kind::Answer && bodyOf(end).values.value(Orvane_Fields::System::requestExeStatus).toString() ==
-                                           Orvane_Values::RequestExeStatus::success;
-}
-
-QString keyOf(int family)
-{
-    return Master_Values::InitTypeCode::ManualT0Info + QString::number(family);
-}
-
-int familyOf(const QString &key)
-{
-    for (int family = 0; family < Picture::familyCount; ++family)
-        if (key == keyOf(family))
-            return family;
-    return RecordedDay::nothing;
-}
-
-/// The traders are asked for by two queries, managers first.
-bool isLastOfItsQuery(const MessageBody &query, const JournalRecord &end)
-{
-    const VariantRecord answer = bodyOf(end).values;
-    const bool hasMore = isSuccess(end) && (answer.value(Stand_Fields::Paging::hasMore).toBool() ||
-                                            !answer.value(Stand_Fields::Paging::position).toString().isEmpty());
-    return !hasMore && query.rows.value(0).value(Master_Fields::UserAccount::UserRoleId).toString() !=
-                           Master_Values::UserRoles::ManualT0Mangager;
-}
 
 /// The rows behind the header of a change.
 RecordList rowsOf(const JournalRecord &change)
@@ -184,10 +83,10 @@ void Replay::prepare()
 {
     MasterInitStateMgr &states = MasterInitStateMgr::instance();
     for (int family = 0; family < Picture::familyCount; ++family)
-        states.StartInit(keyOf(family));
+        states.StartInit(Picture::keyOfFamily(family));
     ManualT0Logic::InitData();
     for (int family = 0; family < Picture::familyCount; ++family)
-        states.Reset(keyOf(family));
+        states.Reset(Picture::keyOfFamily(family));
     PresenterTakeover::begin();
     m_now->clear();
 }
@@ -209,8 +108,8 @@ void Replay::repeat(int record)
         break;
     case Kind::FamilyFinished:
     case Kind::FamilyAsked:
-        for (const Query &query : queries())
-            if (query.taken == recorded.kind && keyOf(query.family) == recorded.envelope.type)
+        for (const PresenterQuery &query : PresenterQuery::all())
+            if (query.taken == recorded.kind && Picture::keyOfFamily(query.family) == recorded.envelope.type)
                 repeatNextQuery(query.type);
         break;
     case Kind::Answer:
@@ -228,11 +127,11 @@ void Replay::repeatNote(int record)
 {
     const JournalRecord &note = m_day.records().at(record);
     const QString key = note.envelope.type;
-    const int family = familyOf(key);
+    const int family = Picture::familyOfKey(key);
     const bool isStart = note.kind == Kind::FamilyStarted;
     if (family == ManualT0Logic::Products)
         m_isRefreshingAll = !isStart && beginsFullRefresh(record);
-    if (family == RecordedDay::nothing || m_now->count(note.kind, key) >= m_then->count(note.kind, key))
+    if (family < 0 || m_now->count(note.kind, key) >= m_then->count(note.kind, key))
         return;
     if (isStart)
         ManualT0Logic::InitData(); // begins all that is not begun
@@ -250,9 +149,9 @@ bool Replay::beginsFullRefresh(int reset) const
     const QVector<JournalRecord> &records = m_day.records();
     for (int i = reset + 1; i < records.size(); ++i) {
         const QString &type = records.at(i).envelope.type;
-        if (records.at(i).kind == Kind::FamilyStarted && type == keyOf(ManualT0Logic::Products))
+        if (records.at(i).kind == Kind::FamilyStarted && type == Picture::keyOfFamily(ManualT0Logic::Products))
             return false;
-        if (records.at(i).kind == Kind::FamilyReset && type == keyOf(ManualT0Logic::AccountPriority))
+        if (records.at(i).kind == Kind::FamilyReset && type == Picture::keyOfFamily(ManualT0Logic::AccountPriority))
             return true;
     }
     return false;
@@ -263,7 +162,7 @@ void Replay::repeatRequest(int request, int end)
     const bool isFirstEnd = request != RecordedDay::nothing && m_day.endsOf(request).constFirst() == end;
     if (!isFirstEnd || m_channel->isRepeated(request))
         return;
-    if (queryOf(m_day.records().at(request).envelope.type))
+    if (PresenterQuery::of(m_day.records().at(request).envelope.type))
         takeQuery(request, end);
     else
         repeatChange(request, end);
@@ -273,14 +172,12 @@ void Replay::takeQuery(int request, int end)
 {
     const JournalRecord &asked = m_day.records().at(request);
     const JournalRecord &answer = m_day.records().at(end);
-    if (!isLastOfItsQuery(bodyOf(asked), answer))
+    if (!PresenterQuery::isWhole(asked, answer))
         return;
-    // A failed one of these ends no load, unless it is the last of several: nobody notes when it was taken.
-    if (queryOf(asked.envelope.type)->taken == Kind::FamilyFinished && !isSuccess(answer) &&
-        asked.envelope.type != Master_MsgType::QueryUserIdByUserRoleRequest)
-        repeatQuery(request);
-    else
+    if (PresenterQuery::of(asked.envelope.type)->isNoted(answer))
         m_answered[asked.envelope.type].append(request);
+    else
+        repeatQuery(request);
 }
 
 void Replay::repeatNextQuery(const QString &type)
@@ -293,7 +190,7 @@ void Replay::repeatNextQuery(const QString &type)
 void Replay::repeatQuery(int request)
 {
     const JournalRecord &asked = m_day.records().at(request);
-    PresenterTakeover::call(queryOf(asked.envelope.type)->slot, bodyOf(asked).rows.value(0));
+    PresenterTakeover::call(PresenterQuery::of(asked.envelope.type)->slot, bodyOf(asked).rows.value(0));
     settle(asked);
     checkRepeated(request);
 }
@@ -337,17 +234,16 @@ QStringList Replay::otherCourse() const
     QStringList remarks;
     for (int family = 0; family < Picture::familyCount; ++family) {
         for (const Kind kind : {Kind::FamilyReset, Kind::FamilyStarted, Kind::FamilyFinished}) {
-            const int then = m_then->count(kind, keyOf(family));
-            const int now = m_now->count(kind, keyOf(family));
+            const int then = m_then->count(kind, Picture::keyOfFamily(family));
+            const int now = m_now->count(kind, Picture::keyOfFamily(family));
             if (then != now)
-                remarks.append(
-                    QStringLiteral("%1 was %2 %3 times, here %4 times: what several threads of the client did "
-                                   "within a moment is not in the journal")
-                        .arg(Picture::familyName(family),
-                             kind == Kind::FamilyReset     ? QStringLiteral("reset")
-                             : kind == Kind::FamilyStarted ? QStringLiteral("begun")
-                                                           : QStringLiteral("finished"),
-                             QString::number(then), QString::number(now)));
+                remarks.append(QStringLiteral("%1 was %2 %3 times, here %4 times: this library took another course, or "
+                                              "the journal stops within one")
+                                   .arg(Picture::familyName(family),
+                                        kind == Kind::FamilyReset     ? QStringLiteral("reset")
+                                        : kind == Kind::FamilyStarted ? QStringLiteral("begun")
+                                                                      : QStringLiteral("finished"),
+                                        QString::number(then), QString::number(now)));
         }
     }
     return remarks;

@@ -60,8 +60,11 @@ QString openReplay(ConsoleOptions &options, Replay &replay)
 bool runReplay(ConsoleHost &host, Replay &replay)
 {
     QString errorText = host.openLibrary();
-    if (errorText.isEmpty())
-        errorText = replay.run();
+    if (!errorText.isEmpty()) {
+        fail(QStringLiteral("the journal ends before the session was open, or is one of another host: ") + errorText);
+        return false;
+    }
+    errorText = replay.run();
     const QStringList remarks = replay.remarks();
     for (const QString &remark : remarks)
         print(stderr, remark);

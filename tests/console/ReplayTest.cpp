@@ -161,6 +161,10 @@ void ReplayTest::badJournals()
     const Run again = runConsole("init\n", {"--journal", pathOf(dir)});
     QVERIFY2(again.exitCode == 1 && again.errors.startsWith("t0-console: " + pathOf(dir)), qPrintable(again.errors));
 
+    const Run early = runConsole({}, {"--replay", pathOf(dir), "--until", "3"});
+    QCOMPARE(early.exitCode, 1);
+    QVERIFY2(early.errors.contains("ends before the session was open"), qPrintable(early.errors));
+
     QFile file(pathOf(dir));
     QVERIFY(file.open(QIODevice::ReadWrite));
     QByteArray bytes = file.readAll();

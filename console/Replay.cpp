@@ -142,16 +142,18 @@ void Replay::repeatNote(int record)
     settle(note);
 }
 
-/// The products alone are reset directly before they are loaded; with everything else the priorities are reset in
-/// between.
+/// The products alone are reset directly before they are loaded. With everything else others are reset in between,
+/// those that were known: of resources and pools that says nothing, the library resets them by itself.
 bool Replay::beginsFullRefresh(int reset) const
 {
     const QVector<JournalRecord> &records = m_day.records();
     for (int i = reset + 1; i < records.size(); ++i) {
-        const QString &type = records.at(i).envelope.type;
-        if (records.at(i).kind == Kind::FamilyStarted && type == Picture::keyOfFamily(ManualT0Logic::Products))
+        const int family = Picture::familyOfKey(records.at(i).envelope.type);
+        if (records.at(i).kind == Kind::FamilyStarted && family == ManualT0Logic::Products)
             return false;
-        if (records.at(i).kind == Kind::FamilyReset && type == Picture::keyOfFamily(ManualT0Logic::AccountPriority))
+        if (records.at(i).kind == Kind::FamilyReset &&
+            (family == ManualT0Logic::Traders || family == ManualT0Logic::RealtimeUsage ||
+             family == ManualT0Logic::AccountPriority))
             return true;
     }
     return false;
@@ -190,6 +192,7 @@ void Replay::repeatNextQuery(const QString &type)
 void Replay::repeatQuery(int request)
 {
     const JournalRecord &asked = m_day.records().at(request);
+    m_channel->expect(request);
     PresenterTakeover::call(PresenterQuery::of(asked.envelope.type)->slot, bodyOf(asked).rows.value(0));
     settle(asked);
     checkRepeated(request);
@@ -202,8 +205,9 @@ void Replay::repeatChange(int request, int end)
     const bool isDeletion = asked.envelope.type == Master_MsgType::DeleteManualT0ResourceRequest;
     if (!isSuccess(m_day.records().at(end)) ||
         !(isDeletion || asked.envelope.type == Master_MsgType::AlterManualT0ProductsRequest))
-        return m_channel->pass(request);
+        return;
     settle(asked);
+    m_channel->expect(request);
     QString errorText;
     if (isDeletion)
         ManualT0Logic::DeleteT0Resource(rowsOf(asked), errorText);

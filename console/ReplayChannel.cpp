@@ -2,6 +2,8 @@
 
 #include "StandMsgType.h"
 
+#include <algorithm>
+
 using Kind = JournalRecord::Kind;
 
 namespace {
@@ -72,9 +74,9 @@ bool ReplayChannel::isRepeated(int request)
     return isRepeated;
 }
 
-void ReplayChannel::pass(int request)
+void ReplayChannel::expect(int request)
 {
-    onOwnThread([&] { m_repeated.insert(request); });
+    onOwnThread([&] { m_expected = request; });
 }
 
 QStringList ReplayChannel::unanswered()
@@ -84,15 +86,15 @@ QStringList ReplayChannel::unanswered()
     return types;
 }
 
-/// The first request of the day that says the same, has an end and was not repeated.
+/// The request of the day that says the same, has an end and was not repeated: the expected one, else the first.
 int ReplayChannel::find(const Envelope &envelope) const
 {
-    const QVector<int> alike = m_day.requestsLike(envelope);
-    for (const int request : alike) {
-        if (!m_repeated.contains(request) && !m_day.endsOf(request).isEmpty())
-            return request;
-    }
-    return RecordedDay::nothing;
+    QVector<int> open = m_day.requestsLike(envelope);
+    const auto isClosed = [this](int request) {
+        return m_repeated.contains(request) || m_day.endsOf(request).isEmpty();
+    };
+    open.erase(std::remove_if(open.begin(), open.end(), isClosed), open.end());
+    return open.contains(m_expected) ? m_expected : open.value(0, RecordedDay::nothing);
 }
 
 QVector<ReplayChannel::Reply> ReplayChannel::repliesTo(const Envelope &envelope)

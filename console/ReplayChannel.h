@@ -8,8 +8,8 @@
 #include <QtCore/QThread>
 
 /// A server that says what a journal has taken down. A request gets what the first request like it got that was not
-/// repeated yet; the pushes that came before that answer come before it again. A request whose end the journal does not
-/// hold times out at once and is listed.
+/// repeated yet, unless another one is expected; the pushes that came before that answer come before it again. A
+/// request whose end the journal does not hold times out at once and is listed.
 ///
 /// Answers and pushes leave on a thread of its own, and only there is known what was given: no lock is needed.
 class ReplayChannel : public StreamChannel
@@ -25,7 +25,7 @@ public:
 
     void pushUntil(int record);   ///< hands over what was pushed up to there and was not yet
     bool isRepeated(int request); ///< it was asked again and has its answer
-    void pass(int request);       ///< it will not be asked again; a later one like it gets its own answer
+    void expect(int request);     ///< this one is asked now, before others like it
     QStringList unanswered();     ///< types of the requests that timed out for want of an end
 
 protected:
@@ -44,5 +44,6 @@ private:
     QObject m_context; ///< lives there
     QSet<int> m_repeated;
     QStringList m_unanswered;
+    int m_expected = RecordedDay::nothing;
     int m_nextPush = 0; ///< the first record that was not looked at for pushes
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Envelope.h"
+#include "HostExport.h"
 
 /// One entry of a session's journal: a message as it passed the border to the server, or what belongs to the order of
 /// messages without being one.
@@ -33,11 +34,11 @@ struct JournalRecord {
 };
 
 /// Takes down what happens. Any thread may call, also under a lock of its own: append returns at once.
-class JournalSink
+class T0_HOST_EXPORT JournalSink
 {
 public:
     JournalSink() = default;
-    virtual ~JournalSink() = default;
+    virtual ~JournalSink();
     JournalSink(const JournalSink &) = delete;
     JournalSink &operator=(const JournalSink &) = delete;
 

@@ -7,7 +7,7 @@
 #include <QtCore/QString>
 
 /// Which data families are loaded, by key. Every call is atomic, may come from any thread, also under a
-/// caller's lock, and never calls out.
+/// caller's lock, and never calls out; what changes is noted in the session's journal, which waits for nobody.
 class T0_HOST_EXPORT MasterInitStateMgr
 {
 public:

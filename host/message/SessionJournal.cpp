@@ -18,6 +18,8 @@ State &state()
 
 } // namespace
 
+JournalSink::~JournalSink() = default;
+
 void SessionJournal::open(std::shared_ptr<JournalSink> journal)
 {
     QMutexLocker lock(&state().mutex);

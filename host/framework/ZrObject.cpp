@@ -2,11 +2,12 @@
 
 #include "core/LivingObjects.h"
 #include "framework/LoopThread.h"
+#include "framework/SingleThread.h"
 
 ZrObject::ZrObject(bool ownThread, QObject *parent)
     : QObject(parent)
 {
-    if (!ownThread)
+    if (!ownThread || SingleThread::isOn())
         return;
     Q_ASSERT_X(!parent, "ZrObject", "an object with a parent cannot move to a thread of its own");
     m_thread = new LoopThread;

@@ -2,6 +2,7 @@
 
 #include "ZrPresenterClass.h"
 #include "core/Activity.h"
+#include "framework/SingleThread.h"
 #include "message/RequestTexts.h"
 
 #include <QtCore/QHash>
@@ -45,8 +46,15 @@ void QueryWait::end(const MessageChannel::Reply &reply)
 MessageChannel::Reply QueryWait::wait()
 {
     QMutexLocker lock(&m_mutex);
-    while (!m_done)
-        m_ended.wait(&m_mutex);
+    while (!m_done) {
+        if (!SingleThread::isOn()) {
+            m_ended.wait(&m_mutex);
+            continue;
+        }
+        lock.unlock();
+        SingleThread::giveTurn();
+        lock.relock();
+    }
     return m_reply;
 }
 

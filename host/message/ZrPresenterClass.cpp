@@ -1,6 +1,7 @@
 #include "ZrPresenterClass.h"
 
 #include "core/LivingObjects.h"
+#include "framework/SingleThread.h"
 #include "message/PresenterLine.h"
 #include "message/PresenterThread.h"
 #include "message/Server.h"
@@ -32,7 +33,8 @@ public:
 ZrPresenterClass::ZrPresenterClass(const QString &, ZrPluginBaseObject *, int threadType)
     : m_link(new Link)
 {
-    PresenterThread *thread = threadType == ownThreadType ? new PresenterThread : nullptr;
+    const bool ownThread = threadType == ownThreadType && !SingleThread::isOn();
+    PresenterThread *thread = ownThread ? new PresenterThread : nullptr;
     m_link->line = std::make_shared<PresenterLine>(this, thread);
     PresenterLines::add(this, m_link->line);
     if (thread) {

@@ -6,6 +6,7 @@
 #include "StandFields.h"
 #include "StandMsgType.h"
 #include "core/Activity.h"
+#include "framework/SingleThread.h"
 #include "message/AnswerStatus.h"
 #include "message/Ask.h"
 #include "message/RequestTexts.h"
@@ -129,7 +130,7 @@ void RequestFates::follow(const Envelope &request, int orders)
 {
     QMutexLocker lock(&state().mutex);
     state().followed.insert(request.id, {request.validUntil, orders, QDeadlineTimer(0), Activity::begin()});
-    if (!state().thread.joinable())
+    if (!state().thread.joinable() && !SingleThread::isOn())
         state().thread = std::thread(run);
     state().woken.wakeAll();
 }

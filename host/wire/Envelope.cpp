@@ -15,14 +15,29 @@ namespace {
 constexpr int parts = 7;
 
 /// A random part for the process and a number: unique without asking for randomness every time.
+struct Ids {
+    QString process = QUuid::createUuid().toString(QUuid::WithoutBraces);
+    std::atomic<quint64> last{0};
+};
+
+Ids &ids()
+{
+    static Ids ids;
+    return ids;
+}
+
 QString freshId()
 {
-    static const QString process = QUuid::createUuid().toString(QUuid::WithoutBraces);
-    static std::atomic<quint64> last{0};
-    return process + QLatin1Char('.') + QString::number(++last);
+    return ids().process + QLatin1Char('.') + QString::number(++ids().last);
 }
 
 } // namespace
+
+void Envelope::beginIds(const QString &first)
+{
+    ids().process = first;
+    ids().last = 0;
+}
 
 QByteArray Envelope::encode() const
 {

@@ -16,6 +16,10 @@ struct T0_WIRE_EXPORT Envelope {
     QString type;          ///< Master_MsgType or Stand_MsgType
     QByteArray body;       ///< MessageBody::encode()
 
+    /// The ids of this process begin anew, with another part in common: for simulations, which repeat themselves. Not
+    /// while anybody makes messages.
+    static void beginIds(const QString &first);
+
     QByteArray encode() const;
 
     /// As MessageBody::decode; the body is checked only when it is decoded itself.

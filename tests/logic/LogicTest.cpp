@@ -5,9 +5,7 @@
 #include "ManualT0LogicPlugin.h"
 #include "ManualT0LogicPresenterClass.h"
 #include "MasterConstants.h"
-#include "VantaKeys.h"
 
-using namespace Vanta_Keys::EventMsgName;
 using Orvane_Fields::UserAccount::tradingAccount;
 
 namespace {
@@ -36,56 +34,9 @@ void watchWarnings(QtMsgType type, const QMessageLogContext &context, const QStr
     former(type, context, message);
 }
 
-ScriptedReference sharedDesk()
-{
-    const QStringList all{"SH", "SZ", "HHK", "SZHK"};
-    ScriptedReference reference;
-    reference.organCode = QStringLiteral("org");
-    reference.accounts = {
-        {"A1", "P1", "Cash", all}, {"A2", "P1", "Cash", all}, {"A3", "P1", "Credit", all}, {"A4", "P2", "Cash", all}};
-    reference.instruments = {{"600000.SH", "600000", "SH", 1, 10.5},
-                             {"300001.SZ", "300001", "SZ"},
-                             {"110001.SH", "110001", "SH", 10, 0, Orvane_Values::MdcSecurityType::BondType,
-                              Orvane_Values::MdcSubSecurityType::Convertiblebond},
-                             {"00700.HK", "00700", "HHK", 100},
-                             {"00700.HK", "00700", "SZHK", 100}};
-    return reference;
-}
-
 QString accountOf(const QVariantMap &query)
 {
     return query.value(tradingAccount).toString();
-}
-
-QString shown(const QString &name, const QVariant &payload)
-{
-    const auto joined = [&payload](const QString &field) {
-        RecordList rows;
-        for (const QVariant &row : payload.toList())
-            rows.append(row.toMap());
-        return Rows::texts(rows, field).join(',');
-    };
-    if (name == ManualT0DataInited)
-        return QStringLiteral("inited ") + payload.toString();
-    if (name == ManualT0ResourceUpdated)
-        return QStringLiteral("resources ") + accountOf(payload.toMap());
-    if (name == ManualT0SecurityPoolUpdated)
-        return QStringLiteral("pools ") + payload.toStringList().join(',');
-    if (name == ManualT0SecurityPoolDeleted)
-        return QStringLiteral("deleted ") + joined(Master_Fields::ManualT0::PoolDetailId);
-    if (name == ManualT0CurTradeAccountChanged)
-        return QStringLiteral("accounts ") + payload.toStringList().join(',');
-    if (name == ManualT0CurInputSymbolChanged)
-        return payload.isValid() ? QStringLiteral("symbols with a payload") : QStringLiteral("symbols");
-    QStringList keys;
-    for (const QVariant &row : payload.toList()) {
-        const VariantRecord record = row.toMap();
-        keys.append(QStringList{text(record, Master_Fields::ManualT0::T0TraderId), text(record, tradingAccount),
-                                text(record, Orvane_Fields::Security::symbol),
-                                text(record, Orvane_Fields::UserAccount::securityExchange)}
-                        .join('_'));
-    }
-    return QStringLiteral("usage ") + keys.join(',');
 }
 
 } // namespace
@@ -259,7 +210,7 @@ QStringList LogicTest::takeEvents()
     settle();
     QStringList events;
     for (const auto &[name, payload] : std::exchange(rawEvents, {}))
-        events.append(shown(name, payload));
+        events.append(eventText(name, payload));
     return events;
 }
 

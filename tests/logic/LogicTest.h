@@ -3,6 +3,7 @@
 #include "HubProbe.h"
 #include "ManualT0Logic.h"
 #include "Rows.h"
+#include "SharedDesk.h"
 #include "TestServer.h"
 
 #include "HostSession.h"
@@ -60,8 +61,7 @@ protected:
     /// As takeAsked(), once the hub has asked something.
     QStringList awaitAsked();
 
-    /// The events since the last call as "inited 2", "resources A1", "pools p1,p2", "deleted p1",
-    /// "usage KEY,KEY", "accounts A1,A2", "symbols".
+    /// The events since the last call, as eventText().
     QStringList takeEvents();
 
     /// All that was caused has arrived.

@@ -257,9 +257,27 @@ void Model::refreshType(int type)
     }
 }
 
+void Model::refreshAll()
+{
+    for (int type = Products; type <= Priority; ++type)
+        states[type] = None;
+    initData();
+}
+
+void Model::deleteResources(const QStringList &ids)
+{
+    resources = those(resources, [&](const auto &row) { return !ids.contains(resourceId(row)); });
+    for (const VariantRecord &pool : qAsConst(pools)) {
+        if (ids.contains(resourceId(pool)))
+            orphans.insert(poolId(pool));
+    }
+}
+
 void Model::loadAccounts(int family)
 {
     startLoad(family);
+    if (family == Pools)
+        orphans.clear();
     poolTraderIsUser = poolTraderIsUser || family == Pools;
     (family == Pools ? pools : resources).clear();
     QMap<QString, int> &waiting = waitingAccounts[family];
@@ -303,10 +321,12 @@ void Model::answerProducts(bool success, const RecordList &rows)
     for (const VariantRecord &row : rows) {
         accounts.append(str(row, tradingAccount));
         QStringList &properties = enabled[str(row, Orvane_Fields::UserAccount::productAccount)];
+        QString assetProp; // of an account that the host does not know: none
         for (const Candidate &candidate : candidates()) {
             if (candidate.account == accounts.last())
-                properties.append(candidate.assetProp);
+                assetProp = candidate.assetProp;
         }
+        properties.append(assetProp);
         properties.removeDuplicates();
         properties.sort();
     }
@@ -360,8 +380,10 @@ void Model::answerPools(const QString &account, bool success, const RecordList &
     if (success && !loading)
         announceChanges(account, fresh);
     if (success) {
-        for (const VariantRecord &row : qAsConst(fresh))
+        for (const VariantRecord &row : qAsConst(fresh)) {
             put<poolId>(pools, row);
+            orphans.remove(poolId(row));
+        }
     }
     if (loading)
         answersLoad(Pools, account, success);
@@ -404,7 +426,8 @@ void Model::answerUsage(bool success, const RecordList &rows)
     for (const VariantRecord &row : taken)
         changed.append(usageKey(row));
     events.append("usage " + changed.join(','));
-    announceNews(taken);
+    if (bringsSymbol(taken))
+        recomputeSymbols();
 }
 
 void Model::push(const VariantRecord &row)
@@ -412,7 +435,8 @@ void Model::push(const VariantRecord &row)
     if (!merge(row))
         return;
     events.append("usage " + usageKey(row));
-    announceNews({row});
+    if (bringsSymbol({row}) && !gathersSymbols)
+        recomputeSymbols();
 }
 
 bool Model::merge(const VariantRecord &row)
@@ -427,14 +451,16 @@ bool Model::merge(const VariantRecord &row)
     return isNews;
 }
 
-void Model::announceNews(const RecordList &taken)
+bool Model::bringsSymbol(const RecordList &taken) const
 {
-    const auto bringsSymbol = [&](const auto &row) {
+    return std::any_of(taken.cbegin(), taken.cend(), [&](const auto &row) {
         return str(row, T0TraderId) == Rows::user && chosen.contains(str(row, tradingAccount)) &&
                !tradableSymbols.contains(Instrument(row).symbol);
-    };
-    if (those(taken, bringsSymbol).isEmpty())
-        return;
+    });
+}
+
+void Model::recomputeSymbols()
+{
     choose(QStringList(chosen));
     events.last() = "symbols";
 }
@@ -467,7 +493,7 @@ VariantRecord Model::named(VariantRecord pool) const
 
 RecordList Model::poolsByResource(const QString &id) const
 {
-    RecordList own = those(pools, [&](const auto &pool) { return resourceId(pool) == id; });
+    RecordList own = those(pools, [&](const auto &pool) { return resourceId(pool) == id && !orphans.contains(poolId(pool)); });
     sortBy<poolId>(own);
     return own;
 }
@@ -522,7 +548,7 @@ RecordList Model::allPools() const
 RecordList Model::poolsOfResource(const QString &id, int type) const
 {
     return those(allPools(), [&](const auto &pool) {
-        return resourceId(pool) == id && (type == 3 || pool.value(PoolType).toInt() == type);
+        return resourceId(pool) == id && !orphans.contains(poolId(pool)) && (type == 3 || pool.value(PoolType).toInt() == type);
     });
 }
 

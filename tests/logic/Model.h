@@ -2,6 +2,7 @@
 
 #include "Rows.h"
 
+#include <QtCore/QSet>
 #include <QtCore/QStringList>
 
 /// What the hub must hold and answer, in the plainest form: lists that are walked from end to end. No locks,
@@ -15,6 +16,7 @@ public:
 
     void initData();
     void refreshType(int type);
+    void refreshAll();
     void answerProducts(bool success, const RecordList &rows);
     void answerTraders(bool success, const RecordList &rows, bool isManager);
     void answerResources(const QString &account, bool success, const RecordList &rows, bool cover);
@@ -22,7 +24,9 @@ public:
     void answerUsage(bool success, const RecordList &rows);
     void answerPriority(bool success, const QStringList &priority);
     void push(const VariantRecord &row);
+    void deleteResources(const QStringList &ids); ///< the server has accepted it
     void choose(const QStringList &accounts);
+    void recomputeSymbols();
 
     QString nameOf(const QString &trader) const;
     RecordList allResources() const;
@@ -54,6 +58,8 @@ public:
     State states[7] = {}; ///< one more than there are families: an unknown type
     bool known[7] = {};
 
+    bool gathersSymbols = false; ///< a push's new symbol waits for recomputeSymbols() then; else it counts at once
+
     QStringList asked;
     QStringList events;
 
@@ -65,7 +71,7 @@ private:
     void failed(int family, const QString &query);
     void announceChanges(const QString &account, const RecordList &fresh);
     bool merge(const VariantRecord &row);
-    void announceNews(const RecordList &taken);
+    bool bringsSymbol(const RecordList &taken) const;
     QString traderOf(const VariantRecord &pool) const;
     VariantRecord named(VariantRecord pool) const;
     VariantRecord withSummary(VariantRecord resource) const;
@@ -73,6 +79,7 @@ private:
 
     int failures[2] = {};
     bool poolTraderIsUser = true;
+    QSet<QString> orphans; ///< pools whose resource was deleted, until an answer lists them
     RecordList resources;
     RecordList pools;
     RecordList usage;

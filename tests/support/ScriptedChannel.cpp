@@ -301,23 +301,30 @@ RecordList marginRows(const ScriptedReference &reference)
 
 } // namespace
 
+QMap<QString, RecordList> ScriptedReference::answers() const
+{
+    return {{Stand_MsgType::LoginRequest,
+             {{{Orvane_Fields::UserAccount::userID, user},
+               {Orvane_Fields::UserAccount::userName, QStringLiteral("name of ") + user},
+               {Orvane_Fields::UserAccount::organCode, organCode},
+               {Stand_Fields::User::roles, roles}}}},
+            {Stand_MsgType::QueryAccountsRequest, accountRows(*this)},
+            {Stand_MsgType::QueryInstrumentsRequest, instrumentRows(*this)},
+            {Stand_MsgType::QueryPositionsRequest, positionRows(*this)},
+            {Stand_MsgType::QueryMarginSecuritiesRequest, marginRows(*this)},
+            {Stand_MsgType::QueryQuotesRequest, quoteRows(*this)},
+            {Stand_MsgType::QueryOrdersRequest, {}},
+            {Stand_MsgType::QueryFillsRequest, {}},
+            {Stand_MsgType::ExchangeControlRequest, {}}};
+}
+
 void ScriptedReference::script(ScriptedChannel &channel) const
 {
-    const auto answerWith = [&channel](const QString &type, const RecordList &rows) {
-        channel.always(type, [rows](const MessageBody &) { return ScriptedChannel::success(rows); });
-    };
-    answerWith(Stand_MsgType::LoginRequest, {{{Orvane_Fields::UserAccount::userID, user},
-                                              {Orvane_Fields::UserAccount::userName, QStringLiteral("name of ") + user},
-                                              {Orvane_Fields::UserAccount::organCode, organCode},
-                                              {Stand_Fields::User::roles, roles}}});
-    answerWith(Stand_MsgType::QueryAccountsRequest, accountRows(*this));
-    answerWith(Stand_MsgType::QueryInstrumentsRequest, instrumentRows(*this));
-    answerWith(Stand_MsgType::QueryPositionsRequest, positionRows(*this));
-    answerWith(Stand_MsgType::QueryMarginSecuritiesRequest, marginRows(*this));
-    answerWith(Stand_MsgType::QueryQuotesRequest, quoteRows(*this));
-    for (const QString &type : {Stand_MsgType::QueryOrdersRequest, Stand_MsgType::QueryFillsRequest,
-                                Stand_MsgType::ExchangeControlRequest, Stand_MsgType::SubscribeRequest})
-        answerWith(type, {});
+    const QMap<QString, RecordList> rows = answers();
+    for (auto answer = rows.cbegin(); answer != rows.cend(); ++answer)
+        channel.always(answer.key(),
+                       [rows = *answer](const MessageBody &) { return ScriptedChannel::success(rows); });
+    channel.always(Stand_MsgType::SubscribeRequest, [](const MessageBody &) { return ScriptedChannel::success(); });
 }
 
 std::unique_ptr<HostSession> ScriptedReference::open(ScriptedChannel *&channel, int requestTimeoutMs) const

@@ -117,7 +117,8 @@ struct ScriptedReference {
     QList<Holding> positions = {};
     QList<Holding> marginSecurities = {};
 
-    void script(ScriptedChannel &channel) const; ///< login, reference data, quotes; subscriptions are accepted
+    QMap<QString, RecordList> answers() const;   ///< to login and every query of a session that opens, by type
+    void script(ScriptedChannel &channel) const; ///< the answers; subscriptions are accepted
 
     /// A session opened on a new scripted channel. channel stays valid until the session ends.
     std::unique_ptr<HostSession> open(ScriptedChannel *&channel, int requestTimeoutMs = 5000) const;

@@ -1,0 +1,119 @@
+#include "PictureCheck.h"
+
+namespace {
+
+/// A number in ten digits. Shifted a little first: the last bit must not decide how a tie of digits is rounded.
+QString writtenNumber(double value)
+{
+    return QString::number(value * (1 + 3.14159e-9) + 0.0, 'g', 10);
+}
+
+/// A row as one text; numbers of equal value look alike, whatever their types.
+QString written(const VariantRecord &row)
+{
+    QStringList fields;
+    for (auto field = row.cbegin(); field != row.cend(); ++field) {
+        const bool isText = field->type() == QVariant::String;
+        fields.append(field.key() + '=' + (isText ? field->toString() : writtenNumber(field->toDouble())));
+    }
+    return fields.join(' ');
+}
+
+QStringList written(const RecordList &rows, bool inOrder)
+{
+    QStringList texts;
+    for (const VariantRecord &row : rows)
+        texts.append(written(row));
+    if (!inOrder)
+        texts.sort();
+    return texts;
+}
+
+} // namespace
+
+void PictureCheck::differ(const QString &what, const RecordList &found, const RecordList &expected, bool inOrder)
+{
+    const QStringList hubs = written(found, inOrder);
+    const QStringList models = written(expected, inOrder);
+    if (hubs != models)
+        m_differences.append(what + "\n hub:\n" + hubs.join('\n') + "\n model:\n" + models.join('\n'));
+}
+
+void PictureCheck::compareHeld()
+{
+    m_differences += HubProbe::indexFaults(m_hub);
+    for (int type = 0; type <= 6; ++type)
+        differ(QStringLiteral("state %1").arg(type), int(m_hub.GetInitStateByType(type)), int(m_model.states[type]));
+    differ("accounts", m_hub.GetAllT0TradingAccountList(), m_model.accounts);
+    differ("products", m_hub.GetAllT0ProductAccount(), m_model.enabled);
+    differ("traders", m_hub.GetAllT0TraderId(), m_model.traderNames);
+    differ("own accounts", m_hub.GetAllT0TradingAccountListByCurUser(), m_model.ownAccounts);
+    differ("chosen", m_hub.GetCurrentTradeAccount(), m_model.chosen);
+    differ("symbols", m_hub.GetCurrentTradableSymbolList(), m_model.tradableSymbols);
+    differ("all resources", m_hub.GetAllResourceList(), m_model.allResources());
+    differ("all pools", m_hub.GetAllSecurityPoolList(), m_model.allPools());
+}
+
+void PictureCheck::compareLookups(Chance &chance)
+{
+    const QStringList accounts = chance.some({"A1", "A2", "A3", "A4", "A9"});
+    const QStringList products = chance.some({"P1", "P2", "P9"});
+    const QStringList properties = chance.some({"Cash", "Credit", "Cash", "Credit", "cash"});
+    const QStringList traders = chance.some({"u1", "t2", "t3", "public", "", "none"});
+    const QString symbol = chance.of({"", "", "600000.SH", "110001.SH", "00700.HK", "none"});
+    const QString exchange = chance.of({"", "", "SH", "HHK", "SZHK", "none"});
+    const QString resource = QStringLiteral("r%1").arg(chance.upTo(12));
+    const QString trader = traders.value(0);
+    const QString assetProp = properties.value(0);
+    const QString filter =
+        QStringList{accounts.join(','), traders.join(','), symbol, exchange, products.join(','), assetProp}.join(
+            '/');
+
+    differ("resources " + filter, m_hub.GetResourceByProductAccount(products, assetProp, symbol, exchange, traders),
+           m_model.resourcesOf(products, assetProp, symbol, exchange, traders));
+    for (bool withPublic : {false, true}) {
+        differ("pools " + filter + (withPublic ? " with public" : ""),
+               m_hub.GetSecurityPoolDetailListByTradingList(accounts, traders, symbol, exchange, withPublic),
+               m_model.poolsOf(accounts, traders, symbol, exchange, withPublic), withPublic);
+        differ("pools of products " + filter,
+               m_hub.GetSecurityPoolDetail(products, properties, traders, symbol, exchange, withPublic),
+               m_model.poolsOf(m_model.accountsOf(products, properties), traders, symbol, exchange, withPublic),
+               withPublic);
+    }
+    const QString account = accounts.value(0);
+    const RecordList own = m_model.poolsOf({account}, {trader}, symbol, exchange, false);
+    differ("one trader's pools " + filter,
+           m_hub.GetSecurityPoolDetailListByTrading(account, trader, symbol, exchange), own);
+    differ("one trader's first pool " + filter,
+           {m_hub.GetSecurityPoolDetailByTrading(account, trader, symbol, exchange)}, {own.value(0)});
+    const QStringList ids{QStringLiteral("p%1").arg(chance.upTo(16)), "none", "p3", "p1", "p3"};
+    differ("pools by id", m_hub.GetSecurityPoolDetailByIdList(ids), m_model.poolsById(ids), true);
+    differ("pool by id", {m_hub.GetSecurityPoolDetailById(ids.first())}, {m_model.poolsById({ids.first()}).value(0)});
+    differ("resource " + resource, {m_hub.GetResourceDetailById(resource)}, {m_model.resource(resource).value(0)});
+    differ("usage record " + filter, {m_hub.GetRealtimePoolDetail(account, trader, symbol, exchange)},
+           {m_model.usageDetail(account, trader, symbol, exchange)});
+    differ("name of " + trader, m_hub.GetTraderNameByTraderId(trader), m_model.nameOf(trader));
+    const QString product = products.value(0);
+    const QStringList enabled = m_model.enabled.value(product);
+    differ("properties of " + product, m_hub.GetProductAssetPropList(product), enabled);
+    differ("property of " + product, m_hub.IsProductAndAssetPropInT0(product, assetProp),
+           enabled.contains(assetProp));
+    differ("accounts of " + product, m_hub.GetTradingAccountListByProductAndAssetProp(product, assetProp),
+           m_model.enabledAccounts({product}, assetProp));
+    differ("pools of one product " + filter,
+           m_hub.GetSecurityPoolDetail(product, assetProp, trader, symbol, exchange, true),
+           product.isEmpty() || assetProp.isEmpty()
+               ? RecordList()
+               : m_model.poolsOf(m_model.accountsOf({product}, {assetProp}),
+                               trader.isEmpty() ? QStringList() : QStringList(trader), symbol, exchange, true),
+           true);
+    const int type = chance.upTo(4);
+    differ("pools of " + resource, m_hub.GetSecurityPoolDetailByResourceId(resource, type),
+           m_model.poolsOfResource(resource, type));
+    differ("usage " + filter, m_hub.GetRealtimePoolDetailList(accounts, traders, symbol, exchange),
+           m_model.usageOf(accounts, traders, symbol, exchange));
+    differ("sums " + filter, m_hub.GetRealtimeSumListMergeBySymbolExchange(accounts, trader, symbol, exchange),
+           m_model.sumsOf(accounts, trader, symbol, exchange), true);
+    differ("profit " + filter, m_hub.GetProfitLossDataList(accounts, trader, symbol, exchange),
+           m_model.profitOf(accounts, trader, symbol, exchange));
+}

@@ -1,0 +1,304 @@
+#include "Users.h"
+
+#include "ManualT0LogicPrivate.h"
+#include "MasterTradeLogic.h"
+
+using namespace Master_Fields::ManualT0;
+using Orvane_Fields::UserAccount::tradingAccount;
+
+namespace {
+
+constexpr int mostCalls = 2; ///< of users at the same time
+const QString timeout = QStringLiteral("timeout");
+
+} // namespace
+
+Users::Users(World &world, ModelGateway &gateway, Faults &faults, Client &client)
+    : m_world(world)
+    , m_gateway(gateway)
+    , m_faults(faults)
+    , m_client(client)
+{
+    client.channel().changeSent = [this](const QString &requestId) {
+        if (!m_open.isEmpty())
+            m_open.last()->requests.append(requestId);
+    };
+}
+
+void Users::actUntil(qint64 endUs)
+{
+    m_world.in(m_world.chance.oneIn(3) ? m_world.chance.upTo(1500) : m_world.chance.upTo(15), [this, endUs] {
+        if (SimClock::now() >= endUs || m_world.hasFailed())
+            return;
+        actUntil(endUs);
+        if (m_world.chance.oneIn(3))
+            othersAct();
+        else if (m_client.isReadable() && m_calls < mostCalls)
+            userActs();
+    });
+}
+
+void Users::othersAct()
+{
+    Chance &chance = m_world.chance;
+    const int kind = chance.upTo(20);
+    if (kind < 10) {
+        m_gateway.someoneTrades();
+    } else if (kind < 14) {
+        strangePush();
+    } else if (kind < 17) {
+        m_gateway.anotherManagerActs();
+    } else if (kind < 19) {
+        m_gateway.alterProducts();
+        m_client.productsChangedByOthers();
+    } else {
+        if (m_client.loads())
+            m_faults.struck(Fault::ReconnectDuringLoad);
+        m_client.channel().cut();
+    }
+}
+
+/// What no gateway should send.
+void Users::strangePush()
+{
+    Chance &chance = m_world.chance;
+    using Master_Fields::System::ModifyTime;
+    VariantRecord row = m_gateway.someUsage();
+    if (row.isEmpty())
+        return;
+    const int kind = chance.upTo(3);
+    if (kind == 0)
+        row.insert(Orvane_Fields::Security::securityID, QStringLiteral("999999"));
+    else if (kind == 1)
+        row.insert(DailyBoughtQty, chance.upTo(1000));
+    else
+        row.insert(ModifyTime, QStringLiteral("00000001"));
+    const Fault faults[] = {Fault::UnknownSymbol, Fault::EqualTime, Fault::OlderTime};
+    m_faults.struck(faults[kind]);
+    m_client.channel().push(row);
+}
+
+void Users::userActs()
+{
+    ++m_calls;
+    Chance &chance = m_world.chance;
+    const int kind = chance.upTo(12);
+    if (kind < 2) {
+        m_client.begins();
+        const QStringList accounts = chance.some({"A1", "A2", "A3", "A9"});
+        m_client.hub().SetCurrentTradeAccount(accounts);
+        m_client.model.choose(accounts);
+        m_client.compare("a choice");
+    } else if (kind < 4) {
+        refreshes();
+    } else if (kind < 8) {
+        changes();
+    } else if (kind < 9) {
+        alterProducts();
+    } else if (kind < 11) {
+        orders();
+    } else {
+        follows();
+    }
+    --m_calls;
+}
+
+void Users::refreshes()
+{
+    if (m_client.loads())
+        m_faults.struck(Fault::RefreshDuringLoad);
+    m_client.begins();
+    ManualT0LogicPrivate &hub = m_client.hub();
+    const int kind = m_world.chance.upTo(10);
+    m_world.note(QStringLiteral("a user refreshes %1").arg(kind));
+    if (kind < 7) {
+        hub.RefreshDataByType(kind);
+        m_client.model.refreshType(kind);
+    } else if (kind < 9) {
+        hub.InitData();
+        m_client.model.initData();
+    } else {
+        hub.RefreshData();
+        if (m_client.refreshAccepted())
+            m_client.model.refreshAll();
+    }
+    m_client.compare("a refresh");
+}
+
+template <typename Call> Users::Claim Users::claim(const QString &what, Call call)
+{
+    Claim claim{what, {}, {}};
+    m_open.append(&claim);
+    claim.code = call();
+    m_open.removeLast();
+    m_world.note("told of " + what + ": " + claim.code);
+    m_claims.append(claim);
+    return claim;
+}
+
+void Users::alterProducts()
+{
+    if (m_client.loads())
+        m_faults.struck(Fault::ProductsDuringLoad);
+    static const QMap<QString, QMap<QString, QStringList>> candidates{
+        {"P1", {{"Cash", {"A1", "A2"}}, {"Credit", {"A3"}}}}, {"P2", {{"Cash", {"A4"}}}}};
+    QMap<QString, QStringList> wanted;
+    RecordList accepted;
+    for (auto product = candidates.cbegin(); product != candidates.cend(); ++product) {
+        for (auto property = product->cbegin(); property != product->cend(); ++property) {
+            if (m_world.chance.oneIn(3))
+                continue;
+            wanted[product.key()].append(property.key());
+            for (const QString &account : *property)
+                accepted.append(Rows::product(product.key(), account));
+        }
+    }
+    QString errorText;
+    const Claim told = claim("products", [&] { return m_client.hub().AlterT0ProductAccount(wanted, errorText); });
+    if (told.code == Rows::Success) {
+        m_client.model.answerProducts(true, accepted);
+        m_client.productsAccepted();
+    }
+    m_client.compare("an alteration of the products", true);
+}
+
+void Users::changes()
+{
+    QString errorText;
+    const int which = m_world.chance.upTo(8);
+    const VariantRecord doomed = someResource();
+    if (which > 1) {
+        claim(QStringLiteral("change %1").arg(which), [&] { return callChange(which, errorText); });
+    } else if (!doomed.isEmpty()) {
+        const Claim told =
+            claim("deletion", [&] { return m_client.hub().DeleteT0Resource({doomed}, errorText); });
+        if (told.code == Rows::Success) {
+            const QStringList ids{doomed.value(ResourceId).toString()};
+            m_client.model.deleteResources(ids);
+            m_client.resourcesDeleted(ids);
+        }
+    }
+    m_client.compare("a change", true);
+}
+
+QString Users::callChange(int which, QString &errorText)
+{
+    ManualT0LogicPrivate &hub = m_client.hub();
+    Chance &chance = m_world.chance;
+    switch (which) {
+    case 2: {
+        VariantRecord row = chance.resource(chance.account());
+        row.insert(ResourceQty, 1000 * (1 + chance.upTo(5)));
+        return hub.AddT0Resource({row}, chance.oneIn(2), errorText);
+    }
+    case 3: {
+        VariantRecord row = someResource();
+        row.insert(ResourceQty, 100 * chance.upTo(50));
+        return hub.AlterT0Resource(row, errorText);
+    }
+    case 4:
+        return hub.AllocatePublicResource(poolRows(true), errorText);
+    case 5:
+        return hub.AllocateResourceToTrader(poolRows(false), errorText);
+    case 6:
+        return hub.AddSecurityPoolAndResource({newPool(), newPool()}, chance.oneIn(2), errorText);
+    default: {
+        const RecordList pools = hub.GetAllSecurityPoolList();
+        if (pools.isEmpty())
+            return {};
+        return hub.DeleteSecurityPoolsByIdList({pools.at(chance.upTo(pools.size())).value(PoolDetailId).toString()},
+                                               errorText);
+    }
+    }
+}
+
+VariantRecord Users::someResource()
+{
+    RecordList resources = m_client.hub().GetAllResourceList();
+    std::sort(resources.begin(), resources.end(), [](const VariantRecord &a, const VariantRecord &b) {
+        return a.value(ResourceId).toString() < b.value(ResourceId).toString();
+    });
+    return resources.isEmpty() ? VariantRecord() : resources.at(m_world.chance.upTo(resources.size()));
+}
+
+VariantRecord Users::newPool()
+{
+    Chance &chance = m_world.chance;
+    VariantRecord row = Rows::ofSecurity(chance.account(), chance.security());
+    row.insert(T0TraderId, chance.of({"u1", "t2", "t3", "public"}));
+    row.insert(PoolTotalQty, 100 * (1 + chance.upTo(9)));
+    return row;
+}
+
+RecordList Users::poolRows(bool isPublic)
+{
+    Chance &chance = m_world.chance;
+    VariantRecord row = someResource();
+    row.insert(T0TraderId, isPublic ? QStringLiteral("public") : chance.of({"u1", "t2", "t3"}));
+    row.insert(PoolTotalQty, 100 * chance.upTo(9));
+    return {row};
+}
+
+void Users::orders()
+{
+    Chance &chance = m_world.chance;
+    RecordList rows;
+    for (int i = 1 + chance.upTo(2); i > 0; --i)
+        rows.append(Rows::order(chance.of({"A1", "A2", "A3"}) + ' ' +
+                                chance.of({"600000.SH SH", "300001.SZ SZ", "110001.SH SH"}) + ' ' +
+                                chance.of({"normalBuy", "normalSell"}) + ' ' + QString::number(100 + chance.upTo(900)) +
+                                " 10.5"));
+    for (VariantRecord &row : rows)
+        row.insert(tradingAccount, row.value(tradingAccount).toStringList().value(0));
+    RecordList results;
+    claim("order", [&] { return m_client.hub().Order(rows, results, {}); });
+    for (const VariantRecord &result : qAsConst(results)) {
+        const QString request = result.value(Stand_Fields::Order::requestId).toString();
+        if (!request.isEmpty() && !m_unknownOrders.contains(request))
+            m_unknownOrders.append(request);
+    }
+    m_client.compare("an order", true);
+}
+
+/// Asks what became of an order whose answer did not come.
+void Users::follows()
+{
+    if (m_unknownOrders.isEmpty())
+        return;
+    const QString request = m_unknownOrders.takeFirst();
+    QVariant answer;
+    const bool processed = MasterTradeLogic::instance()->fateOfRequest(request, answer) == 0;
+    const RecordList fate = MasterTradeLogic::transFate(answer);
+    const QString status = fate.value(0).value(Orvane_Fields::System::requestExeStatus).toString();
+    if (!processed && status == timeout)
+        m_unknownOrders.append(request);
+    else
+        m_claims.append({QStringLiteral("order, as told later"), processed ? Rows::Success : QStringLiteral("never"), {request}});
+    m_client.compare("a question", true);
+}
+
+/// The callers of some changes learn of a time-out by its text only.
+bool Users::isUnknown(const Claim &claim) const
+{
+    return std::any_of(claim.requests.cbegin(), claim.requests.cend(),
+                       [this](const QString &id) { return m_client.channel().wasUnanswered(id); });
+}
+
+void Users::checkClaims()
+{
+    for (const Claim &claim : qAsConst(m_claims)) {
+        int executed = 0;
+        for (const QString &request : claim.requests) {
+            executed += m_gateway.executions(request);
+            if (m_gateway.executions(request) > 1)
+                m_world.fail("carried out twice: " + claim.what);
+        }
+        if (claim.code == Rows::Success && executed != claim.requests.size())
+            m_world.fail("acknowledged and not carried out: " + claim.what);
+        if (claim.code == QLatin1String("never") && executed > 0)
+            m_world.fail("said never to be carried out, and was: " + claim.what);
+        if (claim.code == Rows::Fail && executed > 0 && !isUnknown(claim))
+            m_world.fail("told to have failed and carried out: " + claim.what);
+    }
+    m_claims.clear();
+}

@@ -244,6 +244,7 @@ private:
 
     void buildCandidates();
     void queryT0Products();
+    void failT0Products() T0_EXCLUDES(productLock);
     void applyT0ProductList(const RecordList &productList) T0_EXCLUDES(productLock, resourceLock, securityPoolLock);
     QStringList candidateAccounts(const QString &productAccount, const QString &assetProp) const;
 
@@ -253,6 +254,7 @@ private:
     /// Product account to asset property to trading accounts. No lock: written in the constructor only.
     QMap<QString, QMap<QString, QStringList>> candidateProductAccountMap;
     int productQueryRetries T0_GUARDED_BY(productLock) = 0;
+    std::atomic<int> productQueries{0}; ///< asked, and their answers not yet taken
 
     // ---- ManualT0LogicPrivate_Traders.cpp ----------------------------------------------------------------
 
@@ -275,11 +277,14 @@ private:
     // ---- ManualT0LogicPrivate_Resources.cpp --------------------------------------------------------------
 
     void loadResources() T0_EXCLUDES(productLock, resourceLock);
-    void queryResources(const QString &tradingAccount);
+    void queryResources(const QString &tradingAccount) T0_EXCLUDES(resourceLock);
+    void endResourceQuery(const QString &tradingAccount) T0_EXCLUDES(resourceLock);
     void takeFirstResources(const QString &tradingAccount, const RecordList &rows) T0_EXCLUDES(resourceLock);
     void failFirstResources(const QString &tradingAccount) T0_EXCLUDES(resourceLock);
     void takeLaterResources(const QString &tradingAccount, const RecordList &rows, bool cover)
         T0_EXCLUDES(resourceLock);
+    /// Those of an account's answer, but for what was deleted since it was asked for.
+    void storeResources(const QString &tradingAccount, const RecordList &rows) T0_REQUIRES(resourceLock);
     void storeResource(const VariantRecord &resource) T0_REQUIRES(resourceLock);
     void removeResource(const QString &resourceId) T0_REQUIRES(resourceLock);
     /// An empty symbol or exchange: any.
@@ -295,6 +300,12 @@ private:
     IdIndex<QString> resourceSymbolIndex T0_GUARDED_BY(resourceLock);
     IdIndex<QString> resourceExchangeIndex T0_GUARDED_BY(resourceLock);
     QMap<QString, int> pendingResourceAccounts T0_GUARDED_BY(resourceLock); ///< account to failures so far
+    /// What is asked of an account and not yet answered.
+    struct ResourceQueries {
+        int count = 0;
+        IdSet deleted; ///< meanwhile; an answer may have been made before
+    };
+    QHash<QString, ResourceQueries> resourceQueries T0_GUARDED_BY(resourceLock);
 
     // ---- ManualT0LogicPrivate_ResourceChanges.cpp --------------------------------------------------------
 
@@ -302,7 +313,7 @@ private:
     QString sendChange(const QString &msgType, VariantRecord header, const RecordList &rows, QString &errorText) const;
     QString checkAlteredResource(const VariantRecord &resource, QString &symbol) const
         T0_EXCLUDES(resourceLock, securityPoolLock);
-    void forgetResources(const QStringList &resourceIds) T0_EXCLUDES(resourceLock, securityPoolLock);
+    void forgetResources(const QStringList &resourceIds, const QStringList &tradingAccounts) T0_EXCLUDES(resourceLock, securityPoolLock);
     /// The trading accounts that a row names and that its resource has; usually one.
     QStringList accountsOf(const VariantRecord &row) const T0_EXCLUDES(resourceLock);
     QSet<QString> t0Accounts() const T0_EXCLUDES(productLock);

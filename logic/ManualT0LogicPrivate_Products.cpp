@@ -91,7 +91,9 @@ QString ManualT0LogicPrivate::AlterT0ProductAccount(const QMap<QString, QStringL
     const QString code = sendChange(Master_MsgType::AlterManualT0ProductsRequest, {}, requested, errMsg);
     if (code == Orvane_Values::RequestExeStatus::success)
         applyT0ProductList(accepted);
-    else if (code == Master_Values::RequestExeStatus::timeout)
+    // An answer that is still on its way may have been made before the change, and would undo it.
+    const bool mayBeUndone = code == Orvane_Values::RequestExeStatus::success && productQueries > 0;
+    if (mayBeUndone || code == Master_Values::RequestExeStatus::timeout)
         queryT0Products();
     return code;
 }
@@ -100,10 +102,15 @@ void ManualT0LogicPrivate::slotQueryT0ProductsResponse(QString code, QList<QVari
 {
     if (!enterSlot())
         return;
-    if (code == Orvane_Values::RequestExeStatus::success) {
+    if (code == Orvane_Values::RequestExeStatus::success)
         applyT0ProductList(prdList);
-        return;
-    }
+    else
+        failT0Products();
+    --productQueries; // now: whoever changes the products meanwhile must know of this answer
+}
+
+void ManualT0LogicPrivate::failT0Products()
+{
     WriteLock lock(productLock);
     const bool again = ++productQueryRetries < Retries::MaxRequests;
     lock.unlock();
@@ -155,6 +162,7 @@ void ManualT0LogicPrivate::buildCandidates()
 
 void ManualT0LogicPrivate::queryT0Products()
 {
+    ++productQueries;
     emit signalQueryT0Products({{Orvane_Fields::UserAccount::loginUserId, CBusinessDataBase::GetLoginAccount()}});
 }
 

@@ -98,7 +98,7 @@ QString ManualT0LogicPrivate::DeleteT0Resource(const RecordList &rows, QString &
     const QString code = sendChange(Master_MsgType::DeleteManualT0ResourceRequest,
                                     {{Orvane_Fields::System::subGroupNumber, rows.size()}}, requested, errorText);
     if (code == Orvane_Values::RequestExeStatus::success) {
-        forgetResources(resourceIds);
+        forgetResources(resourceIds, accounts);
         for (const QString &account : qAsConst(accounts))
             slotRecvSecurityPoolChangedPush(account);
     } else if (code == Master_Values::RequestExeStatus::timeout) {
@@ -129,11 +129,16 @@ QString ManualT0LogicPrivate::checkAlteredResource(const VariantRecord &resource
     return ChangeRows::checkMultiple(symbol, UserTexts::resourceQuantity(), quantity);
 }
 
-void ManualT0LogicPrivate::forgetResources(const QStringList &resourceIds)
+void ManualT0LogicPrivate::forgetResources(const QStringList &resourceIds, const QStringList &tradingAccounts)
 {
     WriteLock lock(resourceLock);
     for (const QString &id : resourceIds)
         removeResource(id);
+    for (const QString &account : tradingAccounts) {
+        const auto queries = resourceQueries.find(account);
+        if (queries != resourceQueries.end())
+            queries->deleted.unite({resourceIds.cbegin(), resourceIds.cend()});
+    }
     lock.unlock();
 
     // The pools themselves go with the answer that no longer lists them.

@@ -103,6 +103,7 @@ void ManualT0LogicPrivate::slotQueryResourceResponse(QString code, QVariantMap q
     } else if (success) {
         takeLaterResources(account, inDisplayUnits(resourceList), cover);
     }
+    endResourceQuery(account);
 }
 
 void ManualT0LogicPrivate::loadResources()
@@ -132,15 +133,26 @@ void ManualT0LogicPrivate::loadResources()
 
 void ManualT0LogicPrivate::queryResources(const QString &tradingAccount)
 {
+    {
+        WriteLock lock(resourceLock);
+        ++resourceQueries[tradingAccount].count;
+    }
     emit signalQueryResources({{Orvane_Fields::UserAccount::tradingAccount, tradingAccount},
                                {Orvane_Fields::UserAccount::loginUserId, CBusinessDataBase::GetLoginAccount()}});
+}
+
+void ManualT0LogicPrivate::endResourceQuery(const QString &tradingAccount)
+{
+    WriteLock lock(resourceLock);
+    const auto queries = resourceQueries.find(tradingAccount);
+    if (queries != resourceQueries.end() && --queries->count == 0)
+        resourceQueries.erase(queries);
 }
 
 void ManualT0LogicPrivate::takeFirstResources(const QString &tradingAccount, const RecordList &rows)
 {
     WriteLock lock(resourceLock);
-    for (const VariantRecord &row : rows)
-        storeResource(row);
+    storeResources(tradingAccount, rows);
     if (pendingResourceAccounts.remove(tradingAccount) == 0 || !pendingResourceAccounts.isEmpty())
         return;
     initStates().FinishInit(initKey(ManualT0Logic::Resources), true, true);
@@ -181,13 +193,22 @@ void ManualT0LogicPrivate::takeLaterResources(const QString &tradingAccount, con
         for (const QString &id : gone)
             removeResource(id);
     }
-    for (const VariantRecord &row : rows)
-        storeResource(row);
+    storeResources(tradingAccount, rows);
     HOST_INFO("ManualT0LogicPrivate",
               "ManualT0LogicPrivate::slotQueryResourceResponse" << tradingAccount << rows.size());
     // deliberate: under the lock, as above
     sendEvent(Vanta_Keys::EventMsgName::ManualT0ResourceUpdated,
               VariantRecord{{Orvane_Fields::UserAccount::tradingAccount, tradingAccount}});
+}
+
+void ManualT0LogicPrivate::storeResources(const QString &tradingAccount, const RecordList &rows)
+{
+    const auto queries = resourceQueries.constFind(tradingAccount);
+    const bool anyDeleted = queries != resourceQueries.cend() && !queries->deleted.isEmpty();
+    for (const VariantRecord &row : rows) {
+        if (!anyDeleted || !queries->deleted.contains(text(row, ResourceId)))
+            storeResource(row);
+    }
 }
 
 void ManualT0LogicPrivate::storeResource(const VariantRecord &resource)

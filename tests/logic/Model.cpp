@@ -133,7 +133,7 @@ VariantRecord scaledResource(VariantRecord row)
 {
     const Instrument instrument(row);
     row.insert(Security::symbol, instrument.symbol);
-    if (instrument.factor > 1)
+    if (instrument.factor > 1 && row.contains(ResourceQty))
         row.insert(ResourceQty, qlonglong(std::llround(num(row, ResourceQty) * instrument.factor)));
     return row;
 }
@@ -146,6 +146,8 @@ VariantRecord scaledPool(VariantRecord row, bool firstLoad)
         return row;
     row.insert(PoolTotalQty, num(row, PoolTotalQty) * instrument.factor);
     for (const QString &field : {MaxExposureQty, MaxPendExposureQty}) {
+        if (!row.contains(field))
+            continue;
         if (firstLoad)
             row.insert(field, num(row, field) * instrument.factor);
         else if (int(num(row, field)) != -1)
@@ -259,14 +261,17 @@ void Model::refreshType(int type)
 
 void Model::refreshAll()
 {
-    for (int type = Products; type <= Priority; ++type)
+    for (int type = Products; type <= Priority; ++type) {
         states[type] = None;
+        known[type] = false;
+    }
     initData();
 }
 
 void Model::deleteResources(const QStringList &ids)
 {
     resources = those(resources, [&](const auto &row) { return !ids.contains(resourceId(row)); });
+    deleted.unite({ids.cbegin(), ids.cend()});
     for (const VariantRecord &pool : qAsConst(pools)) {
         if (ids.contains(resourceId(pool)))
             orphans.insert(poolId(pool));
@@ -362,8 +367,10 @@ void Model::answerResources(const QString &account, bool success, const RecordLi
     if (success && !loading && cover)
         resources = those(resources, [&](const auto &row) { return str(row, tradingAccount) != account; });
     if (success) {
-        for (const VariantRecord &row : rows)
-            put<resourceId>(resources, scaledResource(row));
+        for (const VariantRecord &row : rows) {
+            if (!deleted.contains(resourceId(row)))
+                put<resourceId>(resources, scaledResource(row));
+        }
     }
     if (loading)
         answersLoad(Resources, account, success);
@@ -402,6 +409,8 @@ void Model::announceChanges(const QString &account, const RecordList &fresh)
             changed.removeAll(poolId(held));
     }
     pools = those(pools, [&](const auto &row) { return !deleted.contains(poolId(row)); });
+    if (poolTraderIsUser)
+        orphans.clear(); // the index is made anew, for another field
     poolTraderIsUser = false;
     deleted.sort();
     if (!changed.isEmpty())

@@ -28,6 +28,7 @@ public:
     void choose(const QStringList &accounts);
     void recomputeSymbols();
 
+    bool hasOrphans() const { return !orphans.isEmpty(); } ///< pools whose resource was deleted
     QString nameOf(const QString &trader) const;
     RecordList allResources() const;
     RecordList resource(const QString &id) const;
@@ -79,6 +80,7 @@ private:
 
     int failures[2] = {};
     bool poolTraderIsUser = true;
+    QSet<QString> deleted; ///< resources; an answer from before does not bring them back
     QSet<QString> orphans; ///< pools whose resource was deleted, until an answer lists them
     RecordList resources;
     RecordList pools;

@@ -215,16 +215,24 @@ void Client::compareWithGateway()
         expected.answerPools(account, true, m_gateway.poolsOf(account));
     }
     expected.answerTraders(true, m_gateway.traders(), m_gateway.isManager());
-    const QStringList everybody = expected.traderNames.keys();
-    expected.answerUsage(true, m_gateway.usageOf(m_gateway.isManager() ? everybody : QStringList(Rows::user)));
+    expected.answerUsage(true, m_gateway.usageOf(shownTraders()));
     expected.answerPriority(true, accountsOf(m_gateway.priority()));
-    expected.choose(model.chosen);
+    expected.chosen = model.chosen;
+    expected.tradableSymbols = model.tradableSymbols; // follow choices and pushes, not loads
     PictureCheck check(*m_hub, expected);
     check.compareHeld();
     for (int i = 0; i < 20; ++i)
         check.compareLookups(m_world.chance);
     for (const QString &difference : check.differences())
         m_world.fail("the healed picture is not the gateway's: " + difference);
+}
+
+QStringList Client::shownTraders() const
+{
+    QStringList traders;
+    for (const VariantRecord &trader : m_gateway.traders())
+        traders.append(trader.value(Orvane_Fields::UserAccount::userID).toString());
+    return m_gateway.isManager() ? traders : QStringList(Rows::user);
 }
 
 bool Client::loads() const
@@ -235,6 +243,18 @@ bool Client::loads() const
 bool Client::refreshAccepted()
 {
     return m_throttle.accept(QDateTime::currentDateTimeUtc());
+}
+
+void Client::productsAccepted()
+{
+    m_channel->spoiltProducts = false;
+    m_productsOwn = true;
+}
+
+void Client::productsChangedByOthers()
+{
+    m_productsOwn = false;
+    ++productsOfOthers;
 }
 
 void Client::resourcesDeleted(const QStringList &ids)

@@ -33,16 +33,16 @@ public:
     /// A hub that loads now from this gateway answers like ours.
     void compareWithGateway();
 
+    QStringList shownTraders() const; ///< whose usage the gateway shows our user
     bool loads() const; ///< a family is being loaded
     bool refreshAccepted(); ///< a refresh of all would be; counts it as one
 
-    bool ownChangeShown = true; ///< see checkOwnChanges
-
-    /// What the server has accepted from this client stays: no answer from before it may undo it.
-    void productsAccepted() { m_channel->spoiltProducts = false; m_productsOwn = true; }
-    void productsChangedByOthers() { m_productsOwn = false; }
+    // What the server has accepted from this client stays: no answer from before it may undo it.
+    void productsAccepted();
+    void productsChangedByOthers();
     void resourcesDeleted(const QStringList &ids);
     void checkOwnChanges();
+    int productsOfOthers = 0; ///< how often others have changed them
 
 private:
     void connectHub();

@@ -86,10 +86,19 @@ ModelGateway::ModelGateway(Chance &chance)
         m_pools.insert(str(row, PoolDetailId), row);
     }
     for (int i = chance.upTo(16); i > 0; --i) {
-        VariantRecord row = chance.usage(chance.account());
+        VariantRecord row = usage();
         row.insert(Master_Fields::System::ModifyTime, nextTime());
         m_usage.insert(usageKey(row), row);
     }
+}
+
+/// Of two securities that the host does not know it could hold one only: both have no symbol.
+VariantRecord ModelGateway::usage()
+{
+    VariantRecord row = m_chance.usage(m_chance.account());
+    while (str(row, securityID) == QLatin1String("999999"))
+        row = m_chance.usage(m_chance.account());
+    return row;
 }
 
 QString ModelGateway::nextTime()
@@ -306,7 +315,7 @@ MessageBody ModelGateway::fate(const QString &requestId) const
 
 void ModelGateway::someoneTrades()
 {
-    VariantRecord row = m_chance.usage(m_chance.account());
+    VariantRecord row = usage();
     if (m_chance.oneIn(3)) {
         row.insert(Master_Fields::System::ModifyTime, nextTime());
         m_usage.insert(usageKey(row), row);
@@ -365,6 +374,12 @@ void ModelGateway::clientReturned()
 {
     for (const VariantRecord &row : qAsConst(m_usage))
         tell(row);
+}
+
+bool ModelGateway::isHeardBy(const QStringList &traders) const
+{
+    return std::all_of(traders.cbegin(), traders.cend(),
+                       [this](const QString &trader) { return m_subscribed.contains(trader); });
 }
 
 VariantRecord ModelGateway::someUsage() const

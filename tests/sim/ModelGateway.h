@@ -29,6 +29,7 @@ public:
     void forgetClient();   ///< its connection is lost
     void clientReturned(); ///< all usage is sent once more
 
+    bool isHeardBy(const QStringList &traders) const; ///< the client has subscribed them all
     VariantRecord someUsage() const; ///< a record that is held; empty when there is none
 
     // What a query answers, all of it.
@@ -59,6 +60,7 @@ private:
     qint64 allocated(const QString &resourceId, int poolType) const;
     void trade(const VariantRecord &of, bool buys, qint64 quantity, double price);
     void tell(const VariantRecord &usage);
+    VariantRecord usage();
     QString nextTime();
 
     Chance &m_chance;

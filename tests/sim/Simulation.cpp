@@ -86,6 +86,8 @@ void Simulation::heal()
     m_client.compare("the last refresh");
     m_world.runUntil(SimClock::now() + second);
     m_client.compareWithGateway();
+    if (!m_gateway.isHeardBy(m_client.shownTraders()))
+        return; // deliberate: traders that came later are not subscribed; the next usage query brings them
     for (int i = 0; i < 5; ++i)
         m_gateway.someoneTrades();
     m_world.runUntil(SimClock::now() + second);

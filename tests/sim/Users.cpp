@@ -154,10 +154,12 @@ void Users::alterProducts()
         }
     }
     QString errorText;
+    const int others = m_client.productsOfOthers;
     const Claim told = claim("products", [&] { return m_client.hub().AlterT0ProductAccount(wanted, errorText); });
     if (told.code == Rows::Success) {
         m_client.model.answerProducts(true, accepted);
-        m_client.productsAccepted();
+        if (m_client.productsOfOthers == others)
+            m_client.productsAccepted();
     }
     m_client.compare("an alteration of the products", true);
 }

@@ -144,7 +144,8 @@ VariantRecord scaledPool(VariantRecord row, bool firstLoad)
     row.insert(Security::symbol, instrument.symbol);
     if (instrument.factor == 1)
         return row;
-    row.insert(PoolTotalQty, num(row, PoolTotalQty) * instrument.factor);
+    if (row.contains(PoolTotalQty))
+        row.insert(PoolTotalQty, num(row, PoolTotalQty) * instrument.factor);
     for (const QString &field : {MaxExposureQty, MaxPendExposureQty}) {
         if (!row.contains(field))
             continue;
@@ -637,7 +638,7 @@ RecordList Model::usageOf(const QStringList &accountList, const QStringList &tra
 VariantRecord Model::usageDetail(const QString &account, const QString &trader, const QString &symbol,
                                  const QString &exchange) const
 {
-    if (trader.isEmpty() || symbol.isEmpty() || exchange.isEmpty())
+    if (account.isEmpty() || trader.isEmpty() || symbol.isEmpty() || exchange.isEmpty())
         return {};
     return usageOf({account}, {trader}, symbol, exchange).value(0);
 }

@@ -33,10 +33,16 @@ QStringList written(const RecordList &rows, bool inOrder)
 
 void PictureCheck::differ(const QString &what, const RecordList &found, const RecordList &expected, bool inOrder)
 {
-    const QStringList hubs = written(found, inOrder);
-    const QStringList models = written(expected, inOrder);
-    if (hubs != models)
-        m_differences.append(what + "\n hub:\n" + hubs.join('\n') + "\n model:\n" + models.join('\n'));
+    QStringList hubs = written(found, inOrder);
+    QStringList models = written(expected, inOrder);
+    if (hubs == models)
+        return;
+    const QStringList all = hubs;
+    for (const QString &row : all) {
+        if (!inOrder && models.removeOne(row))
+            hubs.removeOne(row);
+    }
+    m_differences.append(what + "\n hub:\n" + hubs.join('\n') + "\n model:\n" + models.join('\n'));
 }
 
 void PictureCheck::compareHeld()

@@ -66,7 +66,7 @@ Client::~Client()
     m_session.reset();
     m_hub.reset();
     m_world.forgetParties();
-    m_world.afterTimer = nullptr;
+    m_world.partysTimer = nullptr;
 }
 
 void Client::listen()
@@ -93,7 +93,9 @@ void Client::listen()
         m_hub.get(), &Hub::signalQueryT0Traders, m_hub.get(), [this] { m_asked.append("traders"); },
         Qt::DirectConnection);
     // The hub's own timers ask for these two, whenever they do.
-    m_world.afterTimer = [this](const QObject *timer) {
+    m_world.partysTimer = [this](const QObject *timer, const std::function<void()> &fire) {
+        begins();
+        fire();
         if (qobject_cast<const MasterDelayBuffer *>(timer->parent()))
             model.recomputeSymbols();
         for (const QString &asked : qAsConst(m_asked)) {

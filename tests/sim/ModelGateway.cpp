@@ -92,11 +92,11 @@ ModelGateway::ModelGateway(Chance &chance)
     }
 }
 
-/// Of two securities that the host does not know it could hold one only: both have no symbol.
+/// Of two securities that the host does not know it could hold one only: both have no symbol. Every trader has an id.
 VariantRecord ModelGateway::usage()
 {
     VariantRecord row = m_chance.usage(m_chance.account());
-    while (str(row, securityID) == QLatin1String("999999"))
+    while (str(row, securityID) == QLatin1String("999999") || str(row, T0TraderId).isEmpty())
         row = m_chance.usage(m_chance.account());
     return row;
 }

@@ -155,11 +155,15 @@ void Users::alterProducts()
     }
     QString errorText;
     const int others = m_client.productsOfOthers;
+    const int alteration = ++m_alterations;
     const Claim told = claim("products", [&] { return m_client.hub().AlterT0ProductAccount(wanted, errorText); });
     if (told.code == Rows::Success) {
         m_client.model.answerProducts(true, accepted);
-        if (m_client.productsOfOthers == others)
+        // Of two alterations at the same time nobody knows which the server has carried out last.
+        if (m_client.productsOfOthers == others && m_alterations == alteration)
             m_client.productsAccepted();
+        else
+            m_client.productsChangedByOthers();
     }
     m_client.compare("an alteration of the products", true);
 }

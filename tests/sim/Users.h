@@ -45,6 +45,7 @@ private:
     Faults &m_faults;
     Client &m_client;
     int m_calls = 0; ///< of users, one waiting inside the other
+    int m_alterations = 0; ///< of the products, begun
     QVector<Claim *> m_open;
     QVector<Claim> m_claims;
     QStringList m_unknownOrders; ///< request ids

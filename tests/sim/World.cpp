@@ -6,6 +6,8 @@
 
 #include <cstdio>
 
+extern uint qGlobalPostedEventsCount(); // QtCore's, for event dispatchers
+
 namespace {
 
 constexpr int lagsOneIn = 3;        ///< a party that has something to do is not always scheduled at once
@@ -98,13 +100,15 @@ bool World::runNext(qint64 until)
     }
     const QObject *owner = m_timers.ownerOf(timer);
     const int party = partyOf(owner);
-    if (party >= 0)
+    if (party < 0) {
+        m_timers.fire(timer);
+        return true;
+    }
+    partysTimer(owner, [&] {
         m_parties[party].runs = true;
-    m_timers.fire(timer);
-    if (party >= 0)
+        m_timers.fire(timer);
         m_parties[party].runs = false;
-    if (party >= 0 && afterTimer)
-        afterTimer(owner);
+    });
     return true;
 }
 
@@ -129,7 +133,8 @@ void World::runAll()
     // Who waits meanwhile lets only the network run: the others' events are on their way already.
     for (Party &party : m_parties)
         party.runs = true;
-    QCoreApplication::sendPostedEvents();
+    while (qGlobalPostedEventsCount() > 0)
+        QCoreApplication::sendPostedEvents();
     for (Party &party : m_parties)
         party.runs = false;
 }

@@ -51,7 +51,8 @@ public:
     const QStringList &failures() const { return m_failures; }
     bool hasFailed() const { return !m_failures.isEmpty(); }
 
-    std::function<void(const QObject *timer)> afterTimer; ///< called after a timer of a party has run
+    /// Called for a timer of a party that is due; fire runs it.
+    std::function<void(const QObject *timer, const std::function<void()> &fire)> partysTimer;
 
 private:
     struct Party {

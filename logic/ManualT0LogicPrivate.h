@@ -313,7 +313,8 @@ private:
     QString sendChange(const QString &msgType, VariantRecord header, const RecordList &rows, QString &errorText) const;
     QString checkAlteredResource(const VariantRecord &resource, QString &symbol) const
         T0_EXCLUDES(resourceLock, securityPoolLock);
-    void forgetResources(const QStringList &resourceIds, const QStringList &tradingAccounts) T0_EXCLUDES(resourceLock, securityPoolLock);
+    void forgetResources(const QStringList &resourceIds, const QStringList &tradingAccounts)
+        T0_EXCLUDES(resourceLock, securityPoolLock);
     /// The trading accounts that a row names and that its resource has; usually one.
     QStringList accountsOf(const VariantRecord &row) const T0_EXCLUDES(resourceLock);
     QSet<QString> t0Accounts() const T0_EXCLUDES(productLock);

@@ -503,7 +503,8 @@ VariantRecord Model::named(VariantRecord pool) const
 
 RecordList Model::poolsByResource(const QString &id) const
 {
-    RecordList own = those(pools, [&](const auto &pool) { return resourceId(pool) == id && !orphans.contains(poolId(pool)); });
+    RecordList own =
+        those(pools, [&](const auto &pool) { return resourceId(pool) == id && !orphans.contains(poolId(pool)); });
     sortBy<poolId>(own);
     return own;
 }
@@ -558,7 +559,8 @@ RecordList Model::allPools() const
 RecordList Model::poolsOfResource(const QString &id, int type) const
 {
     return those(allPools(), [&](const auto &pool) {
-        return resourceId(pool) == id && !orphans.contains(poolId(pool)) && (type == 3 || pool.value(PoolType).toInt() == type);
+        return resourceId(pool) == id && !orphans.contains(poolId(pool)) &&
+               (type == 3 || pool.value(PoolType).toInt() == type);
     });
 }
 
@@ -633,6 +635,61 @@ RecordList Model::usageOf(const QStringList &accountList, const QStringList &tra
         return matches(row, accountList, symbol, exchange) &&
                (traderIds.isEmpty() || traderIds.contains(str(row, T0TraderId)));
     });
+}
+
+RecordList Model::openPositions(const QStringList &accountList, const QStringList &traderIds, const QString &symbol,
+                                const QString &exchange) const
+{
+    return those(usageOf(accountList, traderIds, symbol, exchange),
+                 [](const auto &row) { return str(row, OpenPosSide) != "NoOpenPos"; });
+}
+
+qlonglong Model::ownPosition(const QString &symbol, const QString &exchange, const QStringList &accountList) const
+{
+    if (symbol.isEmpty() || exchange.isEmpty())
+        return 0;
+    qlonglong net = 0;
+    for (const VariantRecord &row : usageOf(accountList, {Rows::user}, symbol, exchange))
+        net += row.value(OpenPosQty).toLongLong();
+    return net;
+}
+
+QStringList Model::exchangesOf(const QString &symbol, const QStringList &accountList) const
+{
+    QStringList exchanges;
+    RecordList rows = symbol.isEmpty() ? RecordList() : usageOf(accountList, {Rows::user}, symbol, "");
+    sortBy<usageKey>(rows);
+    for (const VariantRecord &row : qAsConst(rows))
+        exchanges.append(str(row, securityExchange));
+    exchanges.removeDuplicates();
+    return exchanges;
+}
+
+/// Of stock that nobody holds: what was traded today is all there is. A bond may be bought first.
+double Model::allocatable(const QString &account, const QString &symbol, const QString &exchange) const
+{
+    if (!accounts.contains(account) || account.isEmpty() || symbol.isEmpty() || exchange.isEmpty())
+        return 0;
+    const bool isBond = symbol == "110001.SH";
+    qlonglong held = 0;
+    for (const VariantRecord &row : usageOf({account}, {}, symbol, exchange)) {
+        const auto qty = [&row](const QString &field) { return row.value(field).toLongLong(); };
+        const QString side = str(row, PreUnclosedSide);
+        held += qty(DailySoldQty) - (isBond ? qty(DailyBoughtQty) : 0);
+        if (side == "BuyOpen")
+            held -= qty(PreOpenQty);
+        else if (side == "SellOpen")
+            held += qty(PreUnclosedSoldQty) - (isBond ? qty(PreUnclosedBoughtQty) : 0);
+    }
+    qlonglong used = 0;
+    for (const VariantRecord &row : resources) {
+        if (matches(row, {account}, symbol, exchange))
+            used += row.value(ResourceQty).toLongLong();
+    }
+    const qlonglong room = 1000000000 - used;
+    const qlonglong factor = isBond ? 10 : symbol == "00700.HK" ? 100 : 1;
+    const qlonglong free = held <= 0 && isBond && exchange == "SH" ? room : qMin(held - used, room);
+    return double(qMax<qlonglong>(0, free) / factor * factor);
 }
 
 VariantRecord Model::usageDetail(const QString &account, const QString &trader, const QString &symbol,

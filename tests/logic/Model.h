@@ -43,6 +43,11 @@ public:
     QStringList accountsOf(const QStringList &products, const QStringList &properties) const;
     RecordList usageOf(const QStringList &accounts, const QStringList &traderIds, const QString &symbol,
                        const QString &exchange) const;
+    RecordList openPositions(const QStringList &accounts, const QStringList &traderIds, const QString &symbol,
+                             const QString &exchange) const;
+    qlonglong ownPosition(const QString &symbol, const QString &exchange, const QStringList &accounts) const;
+    QStringList exchangesOf(const QString &symbol, const QStringList &accounts) const;
+    double allocatable(const QString &account, const QString &symbol, const QString &exchange) const;
     VariantRecord usageDetail(const QString &account, const QString &trader, const QString &symbol,
                               const QString &exchange) const;
     RecordList sumsOf(const QStringList &accounts, const QString &trader, const QString &symbol,

@@ -76,8 +76,7 @@ void PictureCheck::compareLookups(Chance &chance)
     const QString trader = traders.value(0);
     const QString assetProp = properties.value(0);
     const QString filter =
-        QStringList{accounts.join(','), traders.join(','), symbol, exchange, products.join(','), assetProp}.join(
-            '/');
+        QStringList{accounts.join(','), traders.join(','), symbol, exchange, products.join(','), assetProp}.join('/');
 
     differ("resources " + filter, m_hub.GetResourceByProductAccount(products, assetProp, symbol, exchange, traders),
            m_model.resourcesOf(products, assetProp, symbol, exchange, traders));
@@ -92,8 +91,8 @@ void PictureCheck::compareLookups(Chance &chance)
     }
     const QString account = accounts.value(0);
     const RecordList own = m_model.poolsOf({account}, {trader}, symbol, exchange, false);
-    differ("one trader's pools " + filter,
-           m_hub.GetSecurityPoolDetailListByTrading(account, trader, symbol, exchange), own);
+    differ("one trader's pools " + filter, m_hub.GetSecurityPoolDetailListByTrading(account, trader, symbol, exchange),
+           own);
     differ("one trader's first pool " + filter,
            {m_hub.GetSecurityPoolDetailByTrading(account, trader, symbol, exchange)}, {own.value(0)});
     const QStringList ids{QStringLiteral("p%1").arg(chance.upTo(16)), "none", "p3", "p1", "p3"};
@@ -106,8 +105,7 @@ void PictureCheck::compareLookups(Chance &chance)
     const QString product = products.value(0);
     const QStringList enabled = m_model.enabled.value(product);
     differ("properties of " + product, m_hub.GetProductAssetPropList(product), enabled);
-    differ("property of " + product, m_hub.IsProductAndAssetPropInT0(product, assetProp),
-           enabled.contains(assetProp));
+    differ("property of " + product, m_hub.IsProductAndAssetPropInT0(product, assetProp), enabled.contains(assetProp));
     differ("accounts of " + product, m_hub.GetTradingAccountListByProductAndAssetProp(product, assetProp),
            m_model.enabledAccounts({product}, assetProp));
     differ("pools of one product " + filter,
@@ -115,7 +113,7 @@ void PictureCheck::compareLookups(Chance &chance)
            product.isEmpty() || assetProp.isEmpty()
                ? RecordList()
                : m_model.poolsOf(m_model.accountsOf({product}, {assetProp}),
-                               trader.isEmpty() ? QStringList() : QStringList(trader), symbol, exchange, true),
+                                 trader.isEmpty() ? QStringList() : QStringList(trader), symbol, exchange, true),
            true);
     const int type = chance.upTo(4);
     differ("pools of " + resource, m_hub.GetSecurityPoolDetailByResourceId(resource, type),
@@ -124,6 +122,15 @@ void PictureCheck::compareLookups(Chance &chance)
            m_model.usageOf(accounts, traders, symbol, exchange));
     differ("sums " + filter, m_hub.GetRealtimeSumListMergeBySymbolExchange(accounts, trader, symbol, exchange),
            m_model.sumsOf(accounts, trader, symbol, exchange), true);
+    differ("open positions " + filter, m_hub.GetOpenPositionList(accounts, traders, symbol, exchange),
+           m_model.openPositions(accounts, traders, symbol, exchange));
+    differ("own position " + filter, qlonglong(m_hub.GetOpenPositionByAccountAndSymbol(symbol, exchange, {}, accounts)),
+           m_model.ownPosition(symbol, exchange, accounts));
+    differ("exchanges " + filter, m_hub.GetExchangeListByAccountAndSymbol(symbol, accounts),
+           m_model.exchangesOf(symbol, accounts));
+    differ("allocatable " + filter, m_hub.GetAllocatableQty2ResourceByTradingAccount(account, symbol, exchange),
+           m_model.allocatable(account, symbol, exchange));
+    differ("T0 products", m_hub.GetT0ProductMap().keys(), m_model.enabled.keys());
     differ("profit " + filter, m_hub.GetProfitLossDataList(accounts, trader, symbol, exchange),
            m_model.profitOf(accounts, trader, symbol, exchange));
 }

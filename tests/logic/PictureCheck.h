@@ -15,7 +15,7 @@ public:
         , m_model(model)
     {}
 
-    void compareHeld();                 ///< all that is held, states and indexes
+    void compareHeld();                  ///< all that is held, states and indexes
     void compareLookups(Chance &chance); ///< every read operation with one filter, of any shape
     template <typename T> void differ(const QString &what, const T &found, const T &expected);
 

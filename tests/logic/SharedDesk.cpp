@@ -46,8 +46,8 @@ QString eventText(const QString &name, const QVariant &payload)
     for (const QVariant &row : payload.toList()) {
         const VariantRecord record = row.toMap();
         QStringList key;
-        for (const QString &field : {Master_Fields::ManualT0::T0TraderId, tradingAccount, Orvane_Fields::Security::symbol,
-                                     Orvane_Fields::UserAccount::securityExchange})
+        for (const QString &field : {Master_Fields::ManualT0::T0TraderId, tradingAccount,
+                                     Orvane_Fields::Security::symbol, Orvane_Fields::UserAccount::securityExchange})
             key.append(record.value(field).toString());
         keys.append(key.join('_'));
     }

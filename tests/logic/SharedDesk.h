@@ -5,6 +5,6 @@
 /// The reference data of the desk of Rows.h.
 ScriptedReference sharedDesk();
 
-/// One of the hub's events as "inited 2", "resources A1", "pools p1,p2", "deleted p1", "usage KEY,KEY", "accounts A1,A2",
-/// "symbols".
+/// One of the hub's events as "inited 2", "resources A1", "pools p1,p2", "deleted p1", "usage KEY,KEY", "accounts
+/// A1,A2", "symbols".
 QString eventText(const QString &name, const QVariant &payload);

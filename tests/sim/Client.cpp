@@ -126,8 +126,8 @@ void Client::connectHub()
                      queued);
     QObject::connect(m_hub.get(), &Hub::signalQueryPoolRealTimeData, m_presenter, &Presenter::slotQueryPoolRealTime,
                      queued);
-    QObject::connect(m_hub.get(), &Hub::signalQueryT0AccountPriority, m_presenter,
-                     &Presenter::slotQueryAccountPriority, queued);
+    QObject::connect(m_hub.get(), &Hub::signalQueryT0AccountPriority, m_presenter, &Presenter::slotQueryAccountPriority,
+                     queued);
     QObject::connect(m_hub.get(), &Hub::signalQueryT0Products, m_presenter, &Presenter::slotQueryT0Products, queued);
 
     const auto door = [this](auto signal, auto slot) {
@@ -139,13 +139,12 @@ void Client::connectHub()
             model.answerProducts(isSuccess(code), rows);
         });
     });
-    door(&Presenter::signalQueryT0TradersResponse,
-         [this](const QString &code, const RecordList &rows, bool isManager) {
-             enter("traders " + code, [&] {
-                 m_hub->slotQueryT0TradersResponse(code, rows, isManager);
-                 model.answerTraders(isSuccess(code), rows, isManager);
-             });
-         });
+    door(&Presenter::signalQueryT0TradersResponse, [this](const QString &code, const RecordList &rows, bool isManager) {
+        enter("traders " + code, [&] {
+            m_hub->slotQueryT0TradersResponse(code, rows, isManager);
+            model.answerTraders(isSuccess(code), rows, isManager);
+        });
+    });
     door(&Presenter::signalQueryResourceResponse,
          [this](const QString &code, const QVariantMap &query, const RecordList &rows, bool cover) {
              const QString account = query.value(tradingAccount).toString();
@@ -205,6 +204,14 @@ void Client::compare(const QString &after, bool anyQueries)
     check.compareLookups(m_world.chance);
     for (const QString &difference : check.differences())
         m_world.fail("after " + after + ": " + difference);
+}
+
+void Client::compareEvents()
+{
+    const QStringList announced = std::exchange(m_events, {});
+    const QStringList expected = std::exchange(model.events, {});
+    if (announced != expected)
+        m_world.fail("announced " + announced.join(" | ") + "\n  expected  " + expected.join(" | "));
 }
 
 void Client::compareWithGateway()

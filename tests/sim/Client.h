@@ -30,12 +30,15 @@ public:
     void begins() { m_asked.clear(); }
     void compare(const QString &after, bool anyQueries = false);
 
+    /// With every event delivered: the hub has announced what the model has, in the same order.
+    void compareEvents();
+
     /// A hub that loads now from this gateway answers like ours.
     void compareWithGateway();
 
     QStringList shownTraders() const; ///< whose usage the gateway shows our user
-    bool loads() const; ///< a family is being loaded
-    bool refreshAccepted(); ///< a refresh of all would be; counts it as one
+    bool loads() const;               ///< a family is being loaded
+    bool refreshAccepted();           ///< a refresh of all would be; counts it as one
 
     // What the server has accepted from this client stays: no answer from before it may undo it.
     void productsAccepted();

@@ -268,8 +268,8 @@ QString ModelGateway::allocate(const VariantRecord &header, const RecordList &ro
     }
     for (const VariantRecord &row : rows)
         putPool(resource, str(row, T0TraderId), num(row, PoolTotalQty));
-    const qint64 total = allocated(str(resource, ResourceId), PublicPool) +
-                         allocated(str(resource, ResourceId), PrivatePool);
+    const qint64 total =
+        allocated(str(resource, ResourceId), PublicPool) + allocated(str(resource, ResourceId), PrivatePool);
     return total > num(resource, ResourceQty) ? QStringLiteral("more than there is") : QString();
 }
 
@@ -291,10 +291,10 @@ MessageBody ModelGateway::order(const RecordList &rows)
         of.insert(securityID, str(row, Orvane_Fields::Security::symbol).section('.', 0, 0));
         of.insert(T0TraderId, Rows::user);
         const bool buys = str(row, Master_Fields::Security::SideUnion).contains(QLatin1String("Buy"));
-        trade(of, buys, num(row, Orvane_Fields::Security::orderQty), row.value(Orvane_Fields::Security::price).toDouble());
-        results.append(
-            {{Orvane_Fields::System::requestExeStatus, Orvane_Values::RequestExeStatus::success},
-             {Orvane_Fields::Security::orderID, QStringLiteral("o%1").arg(++m_lastId)}});
+        trade(of, buys, num(row, Orvane_Fields::Security::orderQty),
+              row.value(Orvane_Fields::Security::price).toDouble());
+        results.append({{Orvane_Fields::System::requestExeStatus, Orvane_Values::RequestExeStatus::success},
+                        {Orvane_Fields::Security::orderID, QStringLiteral("o%1").arg(++m_lastId)}});
     }
     return ScriptedChannel::success(results);
 }
@@ -305,10 +305,10 @@ MessageBody ModelGateway::fate(const QString &requestId) const
     if (!m_answered.contains(requestId))
         return ScriptedChannel::success({}, {{known, false}});
     const MessageBody answered = m_answered.value(requestId);
-    return ScriptedChannel::success(
-        answered.rows, {{known, true},
-                        {fateStatus, answered.values.value(Orvane_Fields::System::requestExeStatus)},
-                        {fateText, answered.values.value(Orvane_Fields::System::textDescription)}});
+    return ScriptedChannel::success(answered.rows,
+                                    {{known, true},
+                                     {fateStatus, answered.values.value(Orvane_Fields::System::requestExeStatus)},
+                                     {fateText, answered.values.value(Orvane_Fields::System::textDescription)}});
 }
 
 // ---- What others do ---------------------------------------------------------------------------------------

@@ -30,7 +30,7 @@ public:
     void clientReturned(); ///< all usage is sent once more
 
     bool isHeardBy(const QStringList &traders) const; ///< the client has subscribed them all
-    VariantRecord someUsage() const; ///< a record that is held; empty when there is none
+    VariantRecord someUsage() const;                  ///< a record that is held; empty when there is none
 
     // What a query answers, all of it.
     RecordList products() const;
@@ -70,8 +70,8 @@ private:
     QSet<QString> m_enabled;
     QMap<QString, VariantRecord> m_resources;
     QMap<QString, VariantRecord> m_pools;
-    QMap<QString, VariantRecord> m_usage; ///< by trader, account and security
-    QSet<QString> m_subscribed;           ///< traders
+    QMap<QString, VariantRecord> m_usage;  ///< by trader, account and security
+    QSet<QString> m_subscribed;            ///< traders
     QMap<QString, MessageBody> m_answered; ///< by request id
     QMap<QString, int> m_executions;
     int m_lastId = 100;

@@ -21,10 +21,10 @@ SimChannel::SimChannel(World &world, ModelGateway &gateway, Faults &faults)
 
 bool SimChannel::isChange(const QString &type)
 {
-    static const QSet<QString> types{AlterManualT0ProductsRequest,         AddManualT0ResourceRequest,
-                                     AlterManualT0ResourceRequest,         DeleteManualT0ResourceRequest,
-                                     AllocateManualT0SecurityPoolRequest,  DeleteManualT0SecurityPoolRequest,
-                                     AddManualT0ResourceAndPoolRequest,    Stand_MsgType::OrderRequest};
+    static const QSet<QString> types{AlterManualT0ProductsRequest,        AddManualT0ResourceRequest,
+                                     AlterManualT0ResourceRequest,        DeleteManualT0ResourceRequest,
+                                     AllocateManualT0SecurityPoolRequest, DeleteManualT0SecurityPoolRequest,
+                                     AddManualT0ResourceAndPoolRequest,   Stand_MsgType::OrderRequest};
     return types.contains(type);
 }
 
@@ -115,7 +115,8 @@ void SimChannel::arrive(const Envelope &request)
         delay = 300 + m_world.chance.upTo(7000);
     const Reply reply{Outcome::Answered, request.answer(answer), {}};
     const QByteArray &body = reply.envelope.body;
-    m_world.note(QStringLiteral("answered %1 %2").arg(request.type, QString::number(qChecksum(body.constData(), uint(body.size())))));
+    m_world.note(QStringLiteral("answered %1 %2")
+                     .arg(request.type, QString::number(qChecksum(body.constData(), uint(body.size())))));
     const auto handOver = [this, id = request.id, reply] { answered(id, reply); };
     deliver(delay, strikes(Fault::Reorder, 30), handOver);
     const bool pagesFollow = !answer.values.value(Stand_Fields::Paging::position).toString().isEmpty();
@@ -132,9 +133,9 @@ void SimChannel::spoilAnswer(const Envelope &request, MessageBody &answer)
     }
     if (!m_world.chance.oneIn(8))
         return;
-    static const QVector<Fault> faults{Fault::OtherStatus,       Fault::TruncatedPage, Fault::EmptyPage,
-                                       Fault::RepeatedPage,      Fault::WrongFirstRow, Fault::ErrorTextWithRows,
-                                       Fault::MissingFields,     Fault::WrongTypes,    Fault::WrongTypes};
+    static const QVector<Fault> faults{Fault::OtherStatus,   Fault::TruncatedPage, Fault::EmptyPage,
+                                       Fault::RepeatedPage,  Fault::WrongFirstRow, Fault::ErrorTextWithRows,
+                                       Fault::MissingFields, Fault::WrongTypes,    Fault::WrongTypes};
     const Fault fault = faults.at(m_world.chance.upTo(faults.size()));
     if (fault == Fault::WrongFirstRow && request.type != QueryManualT0ProductsRequest)
         return;
@@ -206,9 +207,9 @@ void SimChannel::connect()
     m_connection = Connection::Connected;
     m_since = QDateTime::currentDateTimeUtc();
     for (const Subscription &subscription : qAsConst(m_subscriptions))
-        m_gateway.receive(
-            Envelope::request(Stand_MsgType::SubscribeRequest, Rows::user, 1000,
-                              {{{Stand_Fields::Subscription::pushType, subscription.pushType}}, {subscription.filter}}));
+        m_gateway.receive(Envelope::request(
+            Stand_MsgType::SubscribeRequest, Rows::user, 1000,
+            {{{Stand_Fields::Subscription::pushType, subscription.pushType}}, {subscription.filter}}));
     m_gateway.clientReturned();
 }
 

@@ -57,8 +57,8 @@ private:
     QVector<Subscription> m_subscriptions;
     Connection m_connection = Connection::Connected;
     QDateTime m_since;
-    int m_session = 0;   ///< what was under way in an earlier connection is lost
-    int m_underWay = 0;  ///< messages
+    int m_session = 0;     ///< what was under way in an earlier connection is lost
+    int m_underWay = 0;    ///< messages
     qint64 m_linkFree = 0; ///< us; the next message to the client comes no earlier
     bool m_hasFaults = false;
     QSet<QString> m_unanswered;

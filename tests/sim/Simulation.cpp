@@ -55,14 +55,18 @@ void Simulation::chaos()
     m_users.actUntil(end);
     while (SimClock::now() < end && !m_world.hasFailed()) {
         m_world.step();
-        if (m_world.tidy() && m_client.channel().isQuiet())
+        if (!m_world.tidy())
+            continue;
+        m_client.compareEvents();
+        if (m_client.channel().isQuiet())
             m_client.checkOwnChanges();
     }
 }
 
-/// Until nothing is under way any more.
+/// Without faults until nothing is under way any more.
 void Simulation::calm()
 {
+    m_client.channel().setFaults(false);
     const qint64 longest = SimClock::now() + 60 * second;
     while (!m_world.tidy() || !m_client.channel().isQuiet()) {
         m_world.step();
@@ -71,13 +75,13 @@ void Simulation::calm()
             return;
         }
     }
+    m_client.compareEvents();
     m_client.checkOwnChanges();
     m_users.checkClaims();
 }
 
 void Simulation::heal()
 {
-    m_client.channel().setFaults(false);
     m_world.runUntil(SimClock::now() + 31 * second); // two refreshes come no closer
     m_client.begins();
     m_client.hub().RefreshData();

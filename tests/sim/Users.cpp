@@ -176,8 +176,7 @@ void Users::changes()
     if (which > 1) {
         claim(QStringLiteral("change %1").arg(which), [&] { return callChange(which, errorText); });
     } else if (!doomed.isEmpty()) {
-        const Claim told =
-            claim("deletion", [&] { return m_client.hub().DeleteT0Resource({doomed}, errorText); });
+        const Claim told = claim("deletion", [&] { return m_client.hub().DeleteT0Resource({doomed}, errorText); });
         if (told.code == Rows::Success) {
             const QStringList ids{doomed.value(ResourceId).toString()};
             m_client.model.deleteResources(ids);
@@ -250,10 +249,9 @@ void Users::orders()
     Chance &chance = m_world.chance;
     RecordList rows;
     for (int i = 1 + chance.upTo(2); i > 0; --i)
-        rows.append(Rows::order(chance.of({"A1", "A2", "A3"}) + ' ' +
-                                chance.of({"600000.SH SH", "300001.SZ SZ", "110001.SH SH"}) + ' ' +
-                                chance.of({"normalBuy", "normalSell"}) + ' ' + QString::number(100 + chance.upTo(900)) +
-                                " 10.5"));
+        rows.append(Rows::order(
+            chance.of({"A1", "A2", "A3"}) + ' ' + chance.of({"600000.SH SH", "300001.SZ SZ", "110001.SH SH"}) + ' ' +
+            chance.of({"normalBuy", "normalSell"}) + ' ' + QString::number(100 + chance.upTo(900)) + " 10.5"));
     for (VariantRecord &row : rows)
         row.insert(tradingAccount, row.value(tradingAccount).toStringList().value(0));
     RecordList results;
@@ -279,7 +277,8 @@ void Users::follows()
     if (!processed && status == timeout)
         m_unknownOrders.append(request);
     else
-        m_claims.append({QStringLiteral("order, as told later"), processed ? Rows::Success : QStringLiteral("never"), {request}});
+        m_claims.append(
+            {QStringLiteral("order, as told later"), processed ? Rows::Success : QStringLiteral("never"), {request}});
     m_client.compare("a question", true);
 }
 

@@ -44,7 +44,7 @@ private:
     ModelGateway &m_gateway;
     Faults &m_faults;
     Client &m_client;
-    int m_calls = 0; ///< of users, one waiting inside the other
+    int m_calls = 0;       ///< of users, one waiting inside the other
     int m_alterations = 0; ///< of the products, begun
     QVector<Claim *> m_open;
     QVector<Claim> m_claims;

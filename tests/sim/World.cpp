@@ -10,8 +10,8 @@ extern uint qGlobalPostedEventsCount(); // QtCore's, for event dispatchers
 
 namespace {
 
-constexpr int lagsOneIn = 3;        ///< a party that has something to do is not always scheduled at once
-constexpr int tidiesEvery = 64;     ///< steps
+constexpr int lagsOneIn = 3;          ///< a party that has something to do is not always scheduled at once
+constexpr int tidiesEvery = 64;       ///< steps
 constexpr quint64 mostSteps = 400000; ///< a seed that goes on longer hangs
 
 } // namespace

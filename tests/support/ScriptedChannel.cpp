@@ -322,8 +322,7 @@ void ScriptedReference::script(ScriptedChannel &channel) const
 {
     const QMap<QString, RecordList> rows = answers();
     for (auto answer = rows.cbegin(); answer != rows.cend(); ++answer)
-        channel.always(answer.key(),
-                       [rows = *answer](const MessageBody &) { return ScriptedChannel::success(rows); });
+        channel.always(answer.key(), [rows = *answer](const MessageBody &) { return ScriptedChannel::success(rows); });
     channel.always(Stand_MsgType::SubscribeRequest, [](const MessageBody &) { return ScriptedChannel::success(); });
 }
 

@@ -684,7 +684,7 @@ double Model::allocatable(const QString &account, const QString &symbol, const Q
     qlonglong used = 0;
     for (const VariantRecord &row : resources) {
         if (matches(row, {account}, symbol, exchange))
-            used += row.value(ResourceQty).toLongLong();
+            used += qlonglong(std::trunc(num(row, ResourceQty)));
     }
     const qlonglong room = 1000000000 - used;
     const qlonglong factor = isBond ? 10 : symbol == "00700.HK" ? 100 : 1;

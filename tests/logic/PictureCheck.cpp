@@ -1,5 +1,7 @@
 #include "PictureCheck.h"
 
+#include <algorithm>
+
 namespace {
 
 /// A number in ten digits. Shifted a little first: the last bit must not decide how a tie of digits is rounded.
@@ -19,6 +21,40 @@ QString written(const VariantRecord &row)
     return fields.join(' ');
 }
 
+quint64 mixed(quint64 sum, uint part)
+{
+    return (sum ^ part) * 0x9e3779b97f4a7c15ULL;
+}
+
+/// Of a row in short; equal rows have equal ones, but for numbers at the edge of what single precision tells apart.
+quint64 fingerprint(const VariantRecord &row)
+{
+    quint64 sum = 0;
+    for (auto field = row.cbegin(); field != row.cend(); ++field) {
+        const bool isText = field->type() == QVariant::String;
+        sum = mixed(mixed(sum, qHash(field.key())),
+                    isText ? qHash(field->toString()) : qHash(float(field->toDouble() * (1 + 3.14159e-9) + 0.0)));
+    }
+    return sum;
+}
+
+/// Whether two lists are the same without writing them down; false: to be seen.
+bool lookAlike(const RecordList &a, const RecordList &b, bool inOrder)
+{
+    if (a.size() != b.size())
+        return false;
+    QVector<quint64> of[2];
+    for (int i = 0; i < a.size(); ++i) {
+        of[0].append(fingerprint(a.at(i)));
+        of[1].append(fingerprint(b.at(i)));
+    }
+    for (QVector<quint64> &list : of) {
+        if (!inOrder)
+            std::sort(list.begin(), list.end());
+    }
+    return of[0] == of[1];
+}
+
 QStringList written(const RecordList &rows, bool inOrder)
 {
     QStringList texts;
@@ -33,6 +69,8 @@ QStringList written(const RecordList &rows, bool inOrder)
 
 void PictureCheck::differ(const QString &what, const RecordList &found, const RecordList &expected, bool inOrder)
 {
+    if (lookAlike(found, expected, inOrder))
+        return;
     QStringList hubs = written(found, inOrder);
     QStringList models = written(expected, inOrder);
     if (hubs == models)

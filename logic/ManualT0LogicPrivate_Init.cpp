@@ -37,34 +37,44 @@ void ManualT0LogicPrivate::RefreshData()
 
 void ManualT0LogicPrivate::RefreshDataByType(int type)
 {
-    if (!isConnected() || !initStates().Reset(initKey(type)))
+    if (!isConnected())
         return;
     switch (type) {
     case ManualT0Logic::Products: {
+        // One step for an answer that is just being taken: it must not finish what is cleared afterwards.
         WriteLock lock(productLock);
+        if (!initStates().Reset(initKey(type)))
+            return;
         tradingAccountList.clear();
         productAccountMap.clear();
+        const bool starts = initStates().StartInit(initKey(type));
         lock.unlock();
-        if (initStates().StartInit(initKey(type)))
+        if (starts)
             queryT0Products();
         break;
     }
     case ManualT0Logic::Traders: {
         WriteLock lock(traderLock);
+        if (!initStates().Reset(initKey(type)))
+            return;
         traderMap.clear();
+        const bool starts = initStates().StartInit(initKey(type));
         lock.unlock();
-        if (initStates().StartInit(initKey(type)))
+        if (starts)
             emit signalQueryT0Traders();
         break;
     }
     case ManualT0Logic::Resources:
-        loadResources();
+        if (initStates().Reset(initKey(type)))
+            loadResources();
         break;
     case ManualT0Logic::SecurityPools:
-        loadSecurityPools();
+        if (initStates().Reset(initKey(type)))
+            loadSecurityPools();
         break;
     default:
-        break; // deliberate: those families come back with their own triggers or a full refresh
+        initStates().Reset(initKey(type)); // deliberate: those come back with their own triggers or a full refresh
+        break;
     }
 }
 

@@ -12,6 +12,7 @@
 #include "business/LiveStore.h"
 #include "business/NewsDesk.h"
 #include "business/OrderStore.h"
+#include "business/PictureStep.h"
 #include "business/ReferenceStore.h"
 #include "core/Activity.h"
 #include "core/EventBusState.h"
@@ -206,6 +207,7 @@ std::unique_ptr<HostSession> HostSession::open(HostConfig config, QString &error
     MessageChannel &channel = session->channel();
     session->d->news = NewsDesk::open(channel);
     Server::open({&channel, config.user, config.requestTimeoutMs});
+    PictureStep::begin();
     channel.setPushHandler(onPush);
     if (!config.user.isEmpty()) {
         const QString failure = Loader().load(channel, config.user, config.requestTimeoutMs);
@@ -230,6 +232,7 @@ HostSession::~HostSession()
     EventBusState::clear();
     MasterInitStateMgr::instance().clear();
     SettingsStore::close();
+    PictureStep::clear();
     clearStores();
 }
 
@@ -274,6 +277,11 @@ QString HostSession::request(const QString &msgType, const VariantRecord &values
 LoadProgress HostSession::loadProgress(const QString &msgType) const
 {
     return Server::progress(msgType);
+}
+
+PictureState HostSession::picture() const
+{
+    return PictureStep::state();
 }
 
 VariantRecord HostSession::marketState() const

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 class QObject;
 
 /// The objects whose event loops belong to the host's work: those with threads of their own and presenters.
@@ -12,5 +14,8 @@ void remove(QObject *object); ///< at the latest in the destructor
 /// meanwhile, and returns true when all calls have come through or were dropped with their object; false
 /// when timeoutMs passed before.
 bool passThroughAll(int timeoutMs);
+
+/// The same without waiting: then() runs on the thread of whoever is last, or at once when there is nobody.
+void afterAll(std::function<void()> then);
 
 } // namespace LivingObjects

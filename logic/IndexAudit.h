@@ -100,4 +100,23 @@ IdSet differing(const Index &index, const KeyOf &keyOf, const RecordCache &cache
     return ids;
 }
 
+/// Whether all visited indexes hold a record.
+class RecordCheck
+{
+public:
+    RecordCheck(HeldRecord record, bool &isHeld)
+        : m_record(record)
+        , m_isHeld(isHeld)
+    {}
+
+    template <typename Index, typename KeyOf> void operator()(const Index &index, const KeyOf &keyOf)
+    {
+        m_isHeld = m_isHeld && holds(index, keyOf, m_record);
+    }
+
+private:
+    HeldRecord m_record;
+    bool &m_isHeld;
+};
+
 } // namespace IndexAudit

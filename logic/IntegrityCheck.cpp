@@ -67,12 +67,14 @@ QVector<HeldRecord> IntegrityWalk::next(const RecordCache &cache, const IdIndex<
 bool IntegrityWalk::findNext(const IdIndex<QString> &byAccount)
 {
     while (m_next == m_ids.cend()) {
-        if (m_accounts.isEmpty())
-            return false;
-        m_account = m_accounts.takeLast();
-        const IdSet *ids = byAccount.find(m_account);
+        const bool isLast = m_accounts.isEmpty();
+        m_account = isLast ? QString() : m_accounts.takeLast();
+        // Shared with the index only while it is walked: a change of a shared set copies it.
+        const IdSet *ids = isLast ? nullptr : byAccount.find(m_account);
         m_ids = ids ? *ids : IdSet();
         m_next = m_ids.cbegin();
+        if (isLast)
+            return false;
     }
     return true;
 }

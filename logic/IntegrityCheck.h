@@ -38,7 +38,7 @@ private:
 class IntegrityWalk
 {
 public:
-    static constexpr int SliceRecords = 64;
+    static constexpr int SliceRecords = 32;
 
     ManualT0Logic::InitType family() const { return ManualT0Logic::InitType(m_family); }
     bool isThrough() const { return m_family > ManualT0Logic::RealtimeUsage; }

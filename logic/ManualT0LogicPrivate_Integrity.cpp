@@ -49,25 +49,6 @@ private:
     int m_ofUnknownSymbol = 0;
 };
 
-/// Whether all indexes hold a record.
-class RecordCheck
-{
-public:
-    explicit RecordCheck(HeldRecord record, bool &isHeld)
-        : m_record(record)
-        , m_isHeld(isHeld)
-    {}
-
-    template <typename Index, typename KeyOf> void operator()(const Index &index, const KeyOf &keyOf)
-    {
-        m_isHeld = m_isHeld && IndexAudit::holds(index, keyOf, m_record);
-    }
-
-private:
-    HeldRecord m_record;
-    bool &m_isHeld;
-};
-
 } // namespace
 
 template <typename Visit> void ManualT0LogicPrivate::visitResourceIndexes(Visit visit) const
@@ -143,7 +124,7 @@ void ManualT0LogicPrivate::checkResources()
     const QVector<HeldRecord> resources = integrityWalk.next(resourceCache, resourceAccountIndex);
     for (const HeldRecord resource : resources) {
         bool isIndexed = true;
-        visitResourceIndexes(RecordCheck(resource, isIndexed));
+        visitResourceIndexes(IndexAudit::RecordCheck(resource, isIndexed));
         if (!isIndexed)
             integrityWalk.add(IntegrityFault::Index, resource.key(), text(*resource, tradingAccount));
         checkPoolsOf(resource);
@@ -180,7 +161,7 @@ void ManualT0LogicPrivate::checkPools()
     const QVector<HeldRecord> pools = integrityWalk.next(securityPoolMap, poolIdsByTradingAccount);
     for (const HeldRecord pool : pools) {
         bool isIndexed = true;
-        visitPoolIndexes(RecordCheck(pool, isIndexed));
+        visitPoolIndexes(IndexAudit::RecordCheck(pool, isIndexed));
         if (!isIndexed)
             integrityWalk.add(IntegrityFault::Index, pool.key(), text(*pool, tradingAccount));
         if (!isInResourceIndex(pool))
@@ -199,7 +180,7 @@ void ManualT0LogicPrivate::checkUsage()
     const QVector<HeldRecord> records = integrityWalk.next(realtimePoolCache, realtimeAccountIndex);
     for (const HeldRecord record : records) {
         bool isIndexed = true;
-        visitUsageIndexes(RecordCheck(record, isIndexed));
+        visitUsageIndexes(IndexAudit::RecordCheck(record, isIndexed));
         if (!isIndexed)
             integrityWalk.add(IntegrityFault::Index, record.key(), text(*record, tradingAccount));
         if (!ReceivedUsage(*record, text(*record, symbol), 1).isHeldIn(*record))

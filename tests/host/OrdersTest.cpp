@@ -356,7 +356,8 @@ void OrdersTest::afterAReconnectionOrdersWaitForThePicture()
     QCOMPARE(channel->count(OrderRequest), 1);
 
     isBusy.release();
-    while (sent() != "success 1") // opens also while this thread runs no events
+    const QDeadlineTimer deadline(60000);
+    while (sent() != "success 1" && !deadline.hasExpired()) // opens also while this thread runs no events
         QThread::yieldCurrentThread();
     QVERIFY(session->picture().isInStep);
     QTRY_COMPARE(changed.size(), 2);

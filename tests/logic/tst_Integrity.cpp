@@ -77,9 +77,10 @@ void IntegrityTest::whatIsRightIsNotTold()
     const House later(std::random_device{}());
     for (int slices = 1; slices < 40; ++slices) { // what comes between two slices is no fault
         onHub([&] { HubProbe::beginCheck(*hub, slices); });
-        const QString account = QStringLiteral("A%1").arg(slices % 4 + 1);
-        answerResources(account, later.resources.mid(slices * 5, 20));
-        answerPools(account, later.pools.mid(slices * 15, 60));
+        for (const char *account : {"A1", "A2", "A3", "A4"}) {
+            answerResources(account, later.resources.mid(slices * 5, 60));
+            answerPools(account, later.pools.mid(slices * 15, 180));
+        }
         push(later.usage.at(slices));
         if (slices % 7 == 0)
             hub->RefreshDataByType(slices % 2 ? ManualT0Logic::Resources : ManualT0Logic::SecurityPools);

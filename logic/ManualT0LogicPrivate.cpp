@@ -76,4 +76,5 @@ void ManualT0LogicPrivate::deleteTimers()
     delete std::exchange(realtimeRetryTimer, nullptr);
     delete std::exchange(accountPriorityRetryTimer, nullptr);
     delete std::exchange(realtimeDelayBuffer, nullptr);
+    delete std::exchange(integrityTimer, nullptr);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FamilyLock.h"
+#include "IntegrityCheck.h"
 #include "MasterInitStateMgr.h"
 #include "OrderAllocation.h"
 #include "ReceivedPool.h"
@@ -25,6 +26,7 @@ struct HubTiming {
     int retry = 5000;             ///< after a failed account priority query or first usage load
     int realtimeRefresh = 300000; ///< between usage queries after the first load
     int symbolDelay = 1000;       ///< from a new symbol's push to the recomputed input symbols
+    int integrityCheck = 60000;   ///< from one check of caches and indexes to the next; 0: none
 };
 
 /// The data hub behind the facade: owns every cache of manual T0 trading, its locks, and the signals and
@@ -363,6 +365,7 @@ private:
     void indexTradingKey(const QString &id, const TradingKey &key) T0_REQUIRES(securityPoolLock);
     void unindexTradingKey(const QString &id, const TradingKey &key) T0_REQUIRES(securityPoolLock);
     void resetSecurityPoolIndex() T0_REQUIRES(securityPoolLock);
+    void rebuildPoolIndexes() T0_REQUIRES(securityPoolLock);
     /// poolType: of PoolTypes.
     RecordList poolsOfResource(const QString &resourceId, int poolType) const T0_REQUIRES_SHARED(securityPoolLock);
     using PublicPools = QMap<QString, VariantRecord>; ///< by account, symbol and exchange
@@ -446,6 +449,29 @@ private:
     QTimer *realtimeRefreshTimer = nullptr;           ///< hub's thread only
     QTimer *realtimeRetryTimer = nullptr;             ///< hub's thread only
     MasterDelayBuffer *realtimeDelayBuffer = nullptr; ///< hub's thread only
+
+    // ---- ManualT0LogicPrivate_Integrity.cpp ---------------------------------------------------------------
+
+    void startIntegrityChecks(); ///< when there is something to check; does nothing the next times
+    void checkNextSlice() T0_EXCLUDES(productLock, resourceLock, securityPoolLock, traderLock, realtimePoolLock);
+    void checkResources() T0_EXCLUDES(resourceLock, securityPoolLock);
+    void checkPools() T0_EXCLUDES(securityPoolLock);
+    void checkUsage() T0_EXCLUDES(realtimePoolLock);
+    void finishIntegrityCheck() T0_EXCLUDES(productLock, resourceLock, securityPoolLock, traderLock, realtimePoolLock);
+    void repair(const QVector<IntegrityFault> &faults) T0_EXCLUDES(resourceLock, securityPoolLock, realtimePoolLock);
+    void rebuildResourceIndexes() T0_REQUIRES(resourceLock);
+    void deriveAgain(const QString &usageKey) T0_EXCLUDES(realtimePoolLock);
+    /// Those of the faults; all that are enabled where a fault has none.
+    QStringList accountsOf(const QVector<IntegrityFault> &faults) const T0_EXCLUDES(productLock);
+    void checkPoolsOf(HeldRecord resource) T0_REQUIRES_SHARED(securityPoolLock);
+    // visit(index, keyOf) for every index of a family, except poolIdsByResource.
+    template <typename Visit> void visitResourceIndexes(Visit visit) const T0_REQUIRES_SHARED(resourceLock);
+    template <typename Visit> void visitPoolIndexes(Visit visit) const T0_REQUIRES_SHARED(securityPoolLock);
+    template <typename Visit> void visitUsageIndexes(Visit visit) const T0_REQUIRES_SHARED(realtimePoolLock);
+
+    QTimer *integrityTimer = nullptr; ///< hub's thread only
+    IntegrityWalk integrityWalk;      ///< hub's thread only
+    IntegrityBook integrityBook;      ///< hub's thread only
 
     // ---- ManualT0LogicPrivate_Settings.cpp ---------------------------------------------------------------
 

@@ -72,6 +72,7 @@ void ManualT0LogicPrivate::takeFirstPools(const QString &tradingAccount, RecordL
     for (VariantRecord &row : rows)
         row = ReceivedPool(std::move(row)).takeAsFirst();
 
+    startIntegrityChecks();
     WriteLock lock(securityPoolLock);
     for (const VariantRecord &row : qAsConst(rows))
         storePool(row);

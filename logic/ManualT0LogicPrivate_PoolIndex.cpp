@@ -121,9 +121,14 @@ void ManualT0LogicPrivate::unindexTradingKey(const QString &id, const TradingKey
 
 void ManualT0LogicPrivate::resetSecurityPoolIndex()
 {
+    poolTradersAreUsers = false;
+    rebuildPoolIndexes();
+}
+
+void ManualT0LogicPrivate::rebuildPoolIndexes()
+{
     QElapsedTimer elapsed;
     elapsed.start();
-    poolTradersAreUsers = false;
     poolIdsByTradingAccount.clear();
     poolIdsBySymbol.clear();
     poolIdsByExchange.clear();

@@ -62,6 +62,7 @@ void ManualT0LogicPrivate::takeFirstRealtime(const RecordList &rows)
     rebuildRealtimeIndexes();
     lock.unlock();
 
+    startIntegrityChecks();
     if (!realtimeRefreshTimer) {
         realtimeRefreshTimer = new QTimer(this);
         connect(realtimeRefreshTimer, &QTimer::timeout, this, &ManualT0LogicPrivate::refreshPoolRealTime);

@@ -23,6 +23,12 @@ qint64 scaled(double value, int factor)
     return Quantity::truncToInt64(product >= -Quantity::Tolerance ? product + nudge : product - nudge);
 }
 
+/// Two prices that are no numbers are the same.
+bool isSame(const QVariant &a, const QVariant &b)
+{
+    return a == b || (std::isnan(Quantity::toNum(a)) && std::isnan(Quantity::toNum(b)));
+}
+
 } // namespace
 
 const std::array<const QString *, ReceivedUsage::FieldCount> ReceivedUsage::names = {
@@ -111,6 +117,19 @@ void ReceivedUsage::writeTo(VariantRecord &record) const
         if (entry.field == FieldCount || m_present[entry.field])
             writer.write(*entry.name, *entry.value);
     }
+}
+
+bool ReceivedUsage::isHeldIn(const VariantRecord &record) const
+{
+    auto held = record.cbegin();
+    for (const Entry &entry : m_entries) {
+        if (entry.field != FieldCount && !m_present[entry.field])
+            continue;
+        if (held == record.cend() || held.key() != *entry.name || !isSame(*held, *entry.value))
+            return false;
+        ++held;
+    }
+    return held == record.cend();
 }
 
 void ReceivedUsage::gather(const VariantRecord &record)

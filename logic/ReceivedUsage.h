@@ -21,6 +21,8 @@ public:
 
     /// Makes a record the derived one; fields that it has already keep their place in memory.
     void writeTo(VariantRecord &record) const;
+    /// Whether a record is what writeTo() makes of it.
+    bool isHeldIn(const VariantRecord &record) const;
 
     ReceivedUsage(const ReceivedUsage &) = delete;
     ReceivedUsage &operator=(const ReceivedUsage &) = delete;

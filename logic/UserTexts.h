@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtCore/QString>
+#include <QtCore/QStringList>
 
 /// Every text a user reads, in the users' language. One arg() a text: a chain would substitute inside what it
 /// has just inserted.
@@ -9,6 +9,13 @@ namespace UserTexts {
 inline QString refreshTooOften()
 {
     return QStringLiteral("刷新频率过高，请稍后重试！");
+}
+
+/// accounts: those of the faults.
+inline QString integrityFaults(int count, const QStringList &accounts)
+{
+    return QStringLiteral("数据自检发现%1处不一致，已重新查询账号：%2")
+        .arg(QString::number(count), accounts.join(QStringLiteral("、")));
 }
 
 // ---- Rows of a change ----------------------------------------------------------------------------------------

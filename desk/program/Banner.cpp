@@ -22,10 +22,10 @@ Banner::Banner(const ConnectionWatch &connection, QWidget *parent)
 
 void Banner::showState()
 {
-    const bool isConnected = m_connection.isConnected();
-    setVisible(!isConnected);
-    if (isConnected) {
+    setVisible(!m_connection.isInStep());
+    if (m_connection.isConnected()) {
         m_timer.stop();
+        setText(tr("已重新连接，正在同步断线期间的数据，下单暂停"));
         return;
     }
     const QDateTime since = m_connection.since();

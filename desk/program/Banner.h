@@ -5,7 +5,8 @@
 
 class ConnectionWatch;
 
-/// Shown only while something is wrong: the gateway is gone, since when, and that nothing can be sent.
+/// Shown only while something is wrong: the gateway is gone, since when, and that nothing can be sent; or it is back,
+/// and what was missed has not come yet.
 class Banner : public QLabel
 {
     Q_OBJECT

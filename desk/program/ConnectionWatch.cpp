@@ -22,6 +22,7 @@ ConnectionWatch::ConnectionWatch(HostSession &session, QObject *parent)
     , m_session(session)
 {
     connect(&session.news(), &HostNews::connectionChanged, this, &ConnectionWatch::onConnection);
+    connect(&session.news(), &HostNews::pictureChanged, this, &ConnectionWatch::changed);
     connect(&m_timer, &QTimer::timeout, this, &ConnectionWatch::ask);
     m_timer.start(askEveryMs);
     ask();
@@ -35,6 +36,17 @@ bool ConnectionWatch::isConnected() const
 QDateTime ConnectionWatch::since() const
 {
     return m_session.channel().connectionSince();
+}
+
+bool ConnectionWatch::isInStep() const
+{
+    return m_session.picture().isInStep;
+}
+
+int ConnectionWatch::silentSeconds() const
+{
+    const QDateTime heardAt = m_session.picture().heardAt;
+    return heardAt.isValid() ? int(qMax<qint64>(0, heardAt.secsTo(QDateTime::currentDateTimeUtc()))) : -1;
 }
 
 QString ConnectionWatch::gate() const

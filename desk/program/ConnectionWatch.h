@@ -6,7 +6,8 @@
 
 class HostSession;
 
-/// Whether the gateway is there and how long it takes to answer, asked every few seconds. GUI thread; never waits.
+/// Whether the gateway is there, how old what it told is, and how long it takes to answer, asked every few seconds. GUI
+/// thread; never waits.
 class ConnectionWatch : public QObject
 {
     Q_OBJECT
@@ -17,10 +18,12 @@ public:
     bool isConnected() const;
     QDateTime since() const;                      ///< when that last changed
     QString gate() const;                         ///< why nothing may be sent; empty when it may
+    bool isInStep() const;                        ///< else the host refuses orders
+    int silentSeconds() const;                    ///< since the gateway was last heard; -1: it never was
     int latencyMs() const { return m_latencyMs; } ///< of the last answer; -1: none since it is connected
 
 signals:
-    void changed();  ///< isConnected
+    void changed();  ///< isConnected, isInStep
     void measured(); ///< latencyMs
 
 private:

@@ -13,6 +13,8 @@
 
 namespace {
 
+constexpr int longSilence = 15; ///< seconds; the gateway is asked something every five
+
 struct Name {
     QString key;
     QString text;
@@ -26,6 +28,7 @@ StatusLine::StatusLine(HostSession &session, const ConnectionWatch &connection, 
     , m_connection(connection)
     , m_appearance(appearance)
     , m_state(addLabel(QStringLiteral("status.connection")))
+    , m_age(addLabel(QStringLiteral("status.age")))
     , m_market(addLabel(QStringLiteral("status.market")))
     , m_clock(new QLabel)
 {
@@ -66,6 +69,25 @@ void StatusLine::showConnection()
         m_state->setText(tr("● 已连接 %1 毫秒").arg(m_connection.latencyMs()));
     }
     m_state->setPalette(palette);
+    showAge();
+}
+
+void StatusLine::showAge()
+{
+    QPalette palette;
+    if (!m_connection.isInStep() || m_connection.silentSeconds() >= longSilence)
+        palette.setColor(QPalette::WindowText, Appearance::red(m_appearance.choice().isDark));
+    m_age->setPalette(palette);
+    m_age->setText(ageText());
+}
+
+QString StatusLine::ageText() const
+{
+    if (m_connection.isInStep())
+        return tr("数据 %1 秒前").arg(m_connection.silentSeconds());
+    if (m_connection.isConnected())
+        return tr("数据同步中");
+    return tr("数据已过时 %1 秒").arg(m_connection.silentSeconds());
 }
 
 void StatusLine::showMarket(const VariantRecord &market)
@@ -100,4 +122,5 @@ void StatusLine::showMarket(const VariantRecord &market)
 void StatusLine::showTime()
 {
     m_clock->setText(QTime::currentTime().toString(QStringLiteral("HH:mm:ss")));
+    showAge();
 }

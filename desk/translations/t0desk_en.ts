@@ -305,6 +305,10 @@
         <source>%1 · 自 %2 起，已 %3 秒 · 正在重新连接</source>
         <translation>%1 · since %2, for %3 s · reconnecting</translation>
     </message>
+    <message>
+        <source>已重新连接，正在同步断线期间的数据，下单暂停</source>
+        <translation>Connected again, fetching what was missed; orders are paused</translation>
+    </message>
 </context>
 <context>
     <name>ChangeOutcome</name>
@@ -467,6 +471,18 @@
     <message>
         <source>%1 / %2 行</source>
         <translation>%1 of %2 rows</translation>
+    </message>
+    <message>
+        <source>同步</source>
+        <translation>In step</translation>
+    </message>
+    <message>
+        <source>自 %1 起同步，最近收到 %2</source>
+        <translation>Since %1, last heard %2</translation>
+    </message>
+    <message>
+        <source>未同步，下单暂停，最近收到 %1</source>
+        <translation>Not in step, orders are paused, last heard %1</translation>
     </message>
 </context>
 <context>
@@ -1984,6 +2000,18 @@
     <message>
         <source>市场 %1 %2</source>
         <translation>Market %1 %2</translation>
+    </message>
+    <message>
+        <source>数据 %1 秒前</source>
+        <translation>Data %1 s old</translation>
+    </message>
+    <message>
+        <source>数据同步中</source>
+        <translation>Data being fetched</translation>
+    </message>
+    <message>
+        <source>数据已过时 %1 秒</source>
+        <translation>Data stale for %1 s</translation>
     </message>
 </context>
 <context>

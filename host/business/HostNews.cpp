@@ -2,6 +2,7 @@
 
 #include "NewsDesk.h"
 #include "OrvaneFields.h"
+#include "PictureStep.h"
 
 #include <QtCore/QMutex>
 #include <QtCore/QSet>
@@ -56,6 +57,7 @@ public:
 
     MessageChannel &channel;
     MessageChannel::Connection connection;
+    bool isInStep = true; ///< once the session is open
     QTimer deliverTimer;
     QTimer watchTimer;
 
@@ -116,11 +118,13 @@ std::unique_ptr<HostNews> NewsDesk::open(MessageChannel &channel)
     d->deliverTimer.setInterval(deliverAfterMs);
     QObject::connect(&d->deliverTimer, &QTimer::timeout, self, &HostNews::deliver);
     QObject::connect(&d->watchTimer, &QTimer::timeout, self, [self, d] {
-        const MessageChannel::Connection now = d->channel.connection();
-        if (now == d->connection)
-            return;
-        d->connection = now;
-        emit self->connectionChanged();
+        PictureStep::synchronise();
+        const MessageChannel::Connection connection = d->channel.connection();
+        if (std::exchange(d->connection, connection) != connection)
+            emit self->connectionChanged();
+        const bool isInStep = PictureStep::state().isInStep;
+        if (std::exchange(d->isInStep, isInStep) != isInStep)
+            emit self->pictureChanged();
     });
     d->watchTimer.start(watchEveryMs);
     const QMutexLocker lock(&current().mutex);

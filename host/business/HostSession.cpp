@@ -12,6 +12,7 @@
 #include "business/LiveStore.h"
 #include "business/NewsDesk.h"
 #include "business/OrderStore.h"
+#include "business/PictureStep.h"
 #include "business/ReferenceStore.h"
 #include "core/Activity.h"
 #include "core/EventBusState.h"
@@ -220,6 +221,7 @@ std::unique_ptr<HostSession> HostSession::open(HostConfig config, QString &error
     MessageChannel &channel = session->channel();
     session->d->news = NewsDesk::open(channel);
     Server::open({&channel, config.user, config.requestTimeoutMs});
+    PictureStep::begin();
     channel.setPushHandler(onPush);
     if (!config.user.isEmpty()) {
         const QString failure = Loader().load(channel, config.user, config.requestTimeoutMs);
@@ -245,6 +247,7 @@ HostSession::~HostSession()
     MasterInitStateMgr::instance().clear();
     SessionJournal::close();
     SettingsStore::close();
+    PictureStep::clear();
     clearStores();
 }
 
@@ -289,6 +292,11 @@ QString HostSession::request(const QString &msgType, const VariantRecord &values
 LoadProgress HostSession::loadProgress(const QString &msgType) const
 {
     return Server::progress(msgType);
+}
+
+PictureState HostSession::picture() const
+{
+    return PictureStep::state();
 }
 
 VariantRecord HostSession::marketState() const

@@ -8,7 +8,6 @@
 #include <QtCore/QThread>
 #include <QtCore/QVector>
 
-#include <atomic>
 #include <memory>
 
 namespace {
@@ -24,26 +23,15 @@ Registry &registry()
     return *registry;
 }
 
-/// Counts itself; the copy inside a queued call goes when the call was run or dropped.
-class Passage
+/// Lets go of the token when the call has come through every object or was dropped with it.
+void passThrough(const std::shared_ptr<const void> &token)
 {
-public:
-    explicit Passage(std::shared_ptr<std::atomic<int>> open)
-        : m_open(std::move(open))
-    {
-        ++*m_open;
-    }
-    Passage(const Passage &other)
-        : m_open(other.m_open)
-    {
-        ++*m_open;
-    }
-    Passage &operator=(const Passage &) = delete;
-    ~Passage() { --*m_open; }
-
-private:
-    std::shared_ptr<std::atomic<int>> m_open;
-};
+    // No object can leave the list meanwhile, so none can be gone before its call is posted.
+    LivingObjects::forEach([&token](QObject *object) {
+        QMetaObject::invokeMethod(
+            object, [token] {}, Qt::QueuedConnection);
+    });
+}
 
 } // namespace
 
@@ -69,18 +57,20 @@ void LivingObjects::forEach(const std::function<void(QObject *)> &call)
 bool LivingObjects::passThroughAll(int timeoutMs)
 {
     const QDeadlineTimer deadline(timeoutMs);
-    const auto open = std::make_shared<std::atomic<int>>(0);
-    forEach([&open](QObject *object) {
-        const Passage passage(open);
-        QMetaObject::invokeMethod(
-            object, [passage] {}, Qt::QueuedConnection);
-    });
-    while (*open > 0) {
+    auto token = std::make_shared<char>();
+    const std::weak_ptr<char> open = token;
+    passThrough(std::move(token));
+    while (!open.expired()) {
         if (deadline.hasExpired())
             return false;
         QCoreApplication::processEvents();
-        if (*open > 0)
+        if (!open.expired())
             QThread::yieldCurrentThread();
     }
     return true;
+}
+
+void LivingObjects::afterAll(std::function<void()> then)
+{
+    passThrough(std::shared_ptr<const void>(nullptr, [then = std::move(then)](const void *) { then(); }));
 }

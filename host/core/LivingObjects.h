@@ -18,4 +18,7 @@ void forEach(const std::function<void(QObject *)> &call);
 /// when timeoutMs passed before.
 bool passThroughAll(int timeoutMs);
 
+/// The same without waiting: then() runs on the thread of whoever is last, or at once when there is nobody.
+void afterAll(std::function<void()> then);
+
 } // namespace LivingObjects

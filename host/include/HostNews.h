@@ -43,6 +43,7 @@ signals:
     void businessMessagesCame(const QStringList &lines); ///< text, level and time, a tab between, oldest first
     void requestsFinished(const QVector<FinishedRequest> &requests);
     void connectionChanged(); ///< of the session's channel; noticed within a quarter of a second
+    void pictureChanged();    ///< whether HostSession::picture is in step; noticed as the connection is, and after it
 
 private:
     friend class NewsDesk;

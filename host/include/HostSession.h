@@ -27,6 +27,13 @@ struct LoadProgress {
     qint64 rows = 0;  ///< rows received so far, all queries of the type
 };
 
+/// How far what the session holds can be trusted.
+struct PictureState {
+    bool isInStep = false; ///< connected, and after a reconnection all that was missed has come: orders are taken
+    QDateTime since;       ///< in step: since when; else when the connection last changed
+    QDateTime heardAt;     ///< when the server was last heard; invalid: never
+};
+
 /// The host from login to logout. At most one is open in a process; what the platform's singletons answer
 /// is its data. Opening logs in and loads the reference data (accounts, instruments, margin securities)
 /// and what moves (quotes, orders, fills, positions, the market's clock) from the server, as messages; pushes keep the
@@ -54,6 +61,8 @@ public:
                     VariantRecord &answerValues, RecordList &answerRows);
 
     LoadProgress loadProgress(const QString &msgType) const;
+
+    PictureState picture() const;
 
     /// The fields of Stand_Fields::Market as last pushed: time, phases, held, speed.
     VariantRecord marketState() const;

@@ -12,7 +12,8 @@ public:
     static MasterTradeLogic *instance();
 
     /// Submits a list and blocks for the answer. 0: the server has answered, for each order; other: it has refused
-    /// the list, or it could not be sent, or nobody knows (a time-out). answer: what transOrderRsp reads.
+    /// the list, or it could not be sent, or nobody knows (a time-out). Nothing is sent while the picture is not in
+    /// step (HostSession::picture). answer: what transOrderRsp reads.
     int orders(const OrderRequestList &list, QVariant &answer);
 
     /// One record per order of the list, in its order, whatever orders() returned: tradingAccount, symbol,

@@ -21,6 +21,12 @@ inline QString notSent()
     return QStringLiteral("请求未发送，与服务器的连接已断开");
 }
 
+/// Of orders after a reconnection.
+inline QString notInStep()
+{
+    return QStringLiteral("数据尚未与服务器重新同步，委托未发送，请稍后重试");
+}
+
 inline QString cancelled()
 {
     return QStringLiteral("请求已取消");

@@ -10,6 +10,7 @@
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QMutex>
 #include <QtCore/QMutexLocker>
+#include <QtCore/QSet>
 #include <QtCore/QTimer>
 #include <QtCore/QVector>
 #include <QtCore/QWaitCondition>
@@ -78,6 +79,7 @@ private:
     void onEnvelope(const QByteArray &bytes);
     void onLoginAnswer(const Envelope &answer);
     void repeatSubscriptions();
+    void onSubscriptionAnswer(const Envelope &answer);
     void becomeConnected();
 
     SocketChannel *const m_channel;
@@ -85,7 +87,8 @@ private:
     QLocalSocket *m_socket = nullptr;
     QTimer *m_retry = nullptr;
     QByteArray m_in;
-    QString m_loginId; ///< of the repeated login that is not answered yet
+    QString m_loginId;           ///< of the repeated login that is not answered yet
+    QSet<QString> m_subscribing; ///< ids of the repeated subscriptions that are not answered yet
 };
 
 void SocketChannel::Worker::start()
@@ -146,6 +149,7 @@ void SocketChannel::Worker::onConnected()
 void SocketChannel::Worker::onLost()
 {
     m_loginId.clear();
+    m_subscribing.clear();
     m_channel->setConnection(Connection::Disconnected);
 }
 
@@ -173,15 +177,17 @@ void SocketChannel::Worker::onBytes()
 
 void SocketChannel::Worker::onEnvelope(const QByteArray &bytes)
 {
-    if (m_loginId.isEmpty()) {
-        m_channel->received(bytes);
-        return;
-    }
     Envelope envelope;
     QString errorText;
-    if (Envelope::decode(bytes, envelope, errorText) && envelope.kind == Envelope::Kind::Answer &&
-        envelope.id == m_loginId)
+    const bool isRepeating = !m_loginId.isEmpty() || !m_subscribing.isEmpty();
+    const bool isAnswer =
+        isRepeating && Envelope::decode(bytes, envelope, errorText) && envelope.kind == Envelope::Kind::Answer;
+    if (isAnswer && envelope.id == m_loginId)
         onLoginAnswer(envelope);
+    else if (isAnswer && m_subscribing.remove(envelope.id))
+        onSubscriptionAnswer(envelope);
+    else if (m_loginId.isEmpty())
+        m_channel->received(bytes);
 }
 
 void SocketChannel::Worker::onLoginAnswer(const Envelope &answer)
@@ -193,7 +199,19 @@ void SocketChannel::Worker::onLoginAnswer(const Envelope &answer)
     }
     m_loginId.clear();
     repeatSubscriptions();
-    becomeConnected();
+    if (m_subscribing.isEmpty())
+        becomeConnected();
+}
+
+/// A picture of which a part is not pushed any more would look alive.
+void SocketChannel::Worker::onSubscriptionAnswer(const Envelope &answer)
+{
+    if (!isSuccess(answer)) {
+        HOST_INFO("SocketChannel", "SocketChannel: a repeated subscription was refused");
+        m_socket->abort();
+    } else if (m_subscribing.isEmpty()) {
+        becomeConnected();
+    }
 }
 
 void SocketChannel::Worker::repeatSubscriptions()
@@ -206,6 +224,7 @@ void SocketChannel::Worker::repeatSubscriptions()
     for (const Envelope &subscription : qAsConst(accepted)) {
         Envelope again = Envelope::request(subscription.type, {}, loginValidMs, {});
         again.body = subscription.body;
+        m_subscribing.insert(again.id);
         write(again.encode());
     }
 }

@@ -1,6 +1,7 @@
 #include "WatchedChannel.h"
 
 #include "business/NewsDesk.h"
+#include "business/PictureStep.h"
 #include "core/Activity.h"
 
 #include <QtCore/QElapsedTimer>
@@ -21,6 +22,8 @@ public:
     {
         m_request.durationMs = int(m_clock.elapsed());
         m_request.outcome = outcome;
+        if (outcome == MessageChannel::Outcome::Answered)
+            PictureStep::heard();
         NewsDesk::request(m_request);
     }
 
@@ -69,6 +72,7 @@ void WatchedChannel::setPushHandler(PushHandler handler)
     }
     m_inner->setPushHandler([handler = std::move(handler)](const Envelope &envelope) {
         const Activity::Token token = Activity::begin();
+        PictureStep::heard();
         handler(envelope);
     });
 }

@@ -4,7 +4,8 @@
 
 #include <memory>
 
-/// Counts what goes through the session's channel, for HostSession::settle, and tells the news of its requests.
+/// Counts what goes through the session's channel, for HostSession::settle, tells the news of its requests, and notes
+/// when the server is heard.
 class WatchedChannel : public MessageChannel
 {
 public:

@@ -6,6 +6,7 @@
 #include "OrvaneValues.h"
 #include "StandFields.h"
 #include "StandMsgType.h"
+#include "business/PictureStep.h"
 #include "message/AnswerStatus.h"
 #include "message/Ask.h"
 #include "message/RequestTexts.h"
@@ -44,6 +45,16 @@ RecordList requestRows(const OrderRequestList &list, const QString &user)
         rows.append(row);
     }
     return rows;
+}
+
+/// What was traded while nobody heard of it may forbid the orders: they are decided upon again.
+OrderAnswer outOfStep(const MessageChannel &channel)
+{
+    const bool isConnected = channel.connection() == MessageChannel::Connection::Connected;
+    return {{},
+            Orvane_Values::RequestExeStatus::fail,
+            isConnected ? RequestTexts::notInStep() : RequestTexts::notSent(),
+            {}};
 }
 
 OrderAnswer answerOf(const Asked &asked)
@@ -111,6 +122,11 @@ MasterTradeLogic *MasterTradeLogic::instance()
 int MasterTradeLogic::orders(const OrderRequestList &list, QVariant &answer)
 {
     const Server::Lease server; // while it lasts the session's requests may still be followed
+    if (server && !PictureStep::state().isInStep) {
+        PictureStep::synchronise(); // the thread that does it by a timer may be the caller's
+        answer = QVariant::fromValue(outOfStep(*server->channel));
+        return NotProcessed;
+    }
     const QString user = server ? server->user : QString();
     const Asked asked = ask(nullptr, Stand_MsgType::OrderRequest, {{}, requestRows(list, user)});
     const OrderAnswer result = answerOf(asked);

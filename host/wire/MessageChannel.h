@@ -57,7 +57,7 @@ public:
 
     virtual Connection connection() const = 0;
 
-    /// When connection() last changed.
+    /// When connection() last changed; each change has a time of its own.
     virtual QDateTime connectionSince() const = 0;
 
     /// Ends every wait with NotSent, refuses what comes after; callable twice.

@@ -298,7 +298,7 @@ void StreamChannel::setConnection(Connection connection)
     if (d->connection == connection || d->connection == Connection::Closed)
         return;
     d->connection = connection;
-    d->since = QDateTime::currentDateTimeUtc();
+    d->since = qMax(QDateTime::currentDateTimeUtc(), d->since.addMSecs(1));
     if (connection == Connection::Closed)
         d->endAll(replyOf(Outcome::NotSent, "closed"));
     else if (connection == Connection::Disconnected)

@@ -1,13 +1,16 @@
 #include "BusinessDataInterface.h"
+#include "HostNews.h"
 #include "MasterBusiUtils.h"
 #include "MasterBusinessDataInterface.h"
 #include "MasterTradeLogic.h"
+#include "MasterUtils.h"
 #include "OrvaneFields.h"
 #include "OrvaneValues.h"
 #include "ScriptedChannel.h"
 #include "StandFields.h"
 #include "StandMsgType.h"
 #include "Tests.h"
+#include "ZrObject.h"
 
 #include <QtTest/QtTest>
 
@@ -123,6 +126,7 @@ private slots:
     void fateIsAskedForUntilItIsKnown();
     void whatIsUnknownAfterItsTimeWasNeverAccepted();
     void closingEndsTheAsking();
+    void afterAReconnectionOrdersWaitForThePicture();
     void tickIsThatOfThePricesBand();
 };
 
@@ -309,6 +313,55 @@ void OrdersTest::closingEndsTheAsking()
     QVERIFY(session->settle(60000));
     QCOMPARE(channel->count(QueryRequestFateRequest), 0);
     QVERIFY(session->takeBusinessMessages().isEmpty());
+}
+
+void OrdersTest::afterAReconnectionOrdersWaitForThePicture()
+{
+    ScriptedChannel *channel = nullptr;
+    const auto session = ScriptedReference{}.open(channel, 60000);
+    channel->always(OrderRequest, [](const MessageBody &) {
+        return ScriptedChannel::success({accepted("1"), accepted("2"), accepted("3")});
+    });
+    const auto sent = [] {
+        QVariant answer;
+        MasterTradeLogic::instance()->orders(threeOrders(), answer);
+        return outcomes(MasterTradeLogic::transOrderRsp(threeOrders(), answer)).first();
+    };
+    QSignalSpy changed(&session->news(), &HostNews::pictureChanged);
+    QCOMPARE(sent(), QStringLiteral("success 1"));
+    channel->disconnect();
+    QCOMPARE(sent(), QStringLiteral("fail 请求未发送，与服务器的连接已断开"));
+
+    const QString waits = QStringLiteral("fail 数据尚未与服务器重新同步，委托未发送，请稍后重试");
+    QSemaphore isBusy;
+    ZrObject listener(true, nullptr); // has not taken yet what came before
+    QMetaObject::invokeMethod(&listener, [&] { isBusy.acquire(); });
+    const auto atEnd = qScopeGuard([&] { isBusy.release(); });
+    channel->hold(Stand_MsgType::EchoRequest);
+    channel->nextTimesOut(Stand_MsgType::EchoRequest);
+    channel->reconnect();
+    QCOMPARE(sent(), waits);
+    QTRY_COMPARE(channel->count(Stand_MsgType::EchoRequest), 1); // and is asked for again
+    QTRY_COMPARE(changed.size(), 1);
+    QCOMPARE(sent(), waits);
+    channel->release(Stand_MsgType::EchoRequest);
+    QTRY_COMPARE(int(session->news().requests().last().outcome), int(MessageChannel::Outcome::Answered));
+    QString errorText;
+    RecordList rows;
+    channel->next("Cancel", ScriptedChannel::success()); // what is no order is sent, and comes back after the echo
+    QCOMPARE(MasterUtils::SendRequestListToServer(nullptr, "Cancel", {}, 0, errorText, rows, false, false),
+             QStringLiteral("success"));
+    QCOMPARE(sent(), waits);
+    QVERIFY(!session->picture().isInStep);
+    QCOMPARE(channel->count(OrderRequest), 1);
+
+    isBusy.release();
+    const QDeadlineTimer deadline(60000);
+    while (sent() != "success 1" && !deadline.hasExpired()) // opens also while this thread runs no events
+        QThread::yieldCurrentThread();
+    QVERIFY(session->picture().isInStep);
+    QTRY_COMPARE(changed.size(), 2);
+    QCOMPARE(channel->count(OrderRequest), 2);
 }
 
 void OrdersTest::tickIsThatOfThePricesBand()

@@ -23,21 +23,23 @@ QString socketName()
     return QStringLiteral("t0-socket-test-%1").arg(QCoreApplication::applicationPid());
 }
 
-/// A server on the test's thread that gives every request the same answer; requests come one at a time.
+/// A server on the test's thread that accepts every request, save those of one type; requests come one at a time.
 class Server : public QLocalServer
 {
 public:
-    explicit Server(const QString &status)
+    explicit Server(const QString &refusedType = QString())
     {
         removeServer(socketName());
         listen(socketName());
-        connect(this, &QLocalServer::newConnection, this, [this, status] {
+        connect(this, &QLocalServer::newConnection, this, [this, refusedType] {
             client = nextPendingConnection();
-            connect(client, &QLocalSocket::readyRead, this, [this, status, socket = client] {
+            connect(client, &QLocalSocket::readyRead, this, [this, refusedType, socket = client] {
                 Envelope request;
                 QString errorText;
                 QVERIFY(Envelope::decode(socket->readAll().mid(4), request, errorText));
                 types.append(request.type);
+                const QString status = request.type == refusedType ? Orvane_Values::RequestExeStatus::fail
+                                                                   : Orvane_Values::RequestExeStatus::success;
                 const QByteArray answer =
                     request.answer({{{Orvane_Fields::System::requestExeStatus, status}}, {}}).encode();
                 QByteArray length(4, '\0');
@@ -58,14 +60,26 @@ class SocketChannelTest : public QObject
     Q_OBJECT
 
 private slots:
-    void nobodyGetsThroughWhileTheRepeatedLoginIsRefused();
+    void nobodyGetsThroughBeforeAllIsAcceptedAgain_data();
+    void nobodyGetsThroughBeforeAllIsAcceptedAgain();
     void hostileLengthEndsTheConnection();
     void withoutServerNothingIsSent();
 };
 
-void SocketChannelTest::nobodyGetsThroughWhileTheRepeatedLoginIsRefused()
+void SocketChannelTest::nobodyGetsThroughBeforeAllIsAcceptedAgain_data()
 {
-    auto server = std::make_unique<Server>(Orvane_Values::RequestExeStatus::success);
+    QTest::addColumn<QString>("refused");
+    QTest::addColumn<QStringList>("attempt");
+    const QStringList all{Stand_MsgType::LoginRequest, Stand_MsgType::SubscribeRequest};
+    QTest::newRow("login") << all.first() << QStringList(all.first());
+    QTest::newRow("subscription") << all.last() << all;
+}
+
+void SocketChannelTest::nobodyGetsThroughBeforeAllIsAcceptedAgain()
+{
+    QFETCH(QString, refused);
+    QFETCH(QStringList, attempt);
+    auto server = std::make_unique<Server>();
     SocketChannel channel(socketName());
     QTRY_COMPARE(int(channel.connection()), int(Connection::Connected));
     QVERIFY(channel.waitForConnected(0));
@@ -78,15 +92,20 @@ void SocketChannelTest::nobodyGetsThroughWhileTheRepeatedLoginIsRefused()
     caller.join();
 
     server.reset();
-    server = std::make_unique<Server>(Orvane_Values::RequestExeStatus::fail);
-    QTRY_VERIFY_WITH_TIMEOUT(!server->types.isEmpty(), 60000);
+    server = std::make_unique<Server>(refused);
+    QTRY_VERIFY_WITH_TIMEOUT(server->types.size() > attempt.size(), 60000); // it began anew
+    QCOMPARE(server->types.mid(0, attempt.size()), attempt);
+    QCOMPARE(server->types.at(attempt.size()), Stand_MsgType::LoginRequest);
     QCOMPARE(int(channel.connection()), int(Connection::Disconnected));
-    QVERIFY(!server->types.contains(Stand_MsgType::SubscribeRequest));
+    server.reset();
+    server = std::make_unique<Server>();
+    QTRY_COMPARE_WITH_TIMEOUT(int(channel.connection()), int(Connection::Connected), 60000);
+    QCOMPARE(server->types, QStringList({Stand_MsgType::LoginRequest, Stand_MsgType::SubscribeRequest}));
 }
 
 void SocketChannelTest::hostileLengthEndsTheConnection()
 {
-    Server server({});
+    Server server;
     SocketChannel channel(socketName());
     QTRY_COMPARE(int(channel.connection()), int(Connection::Connected));
     QTRY_VERIFY(server.client); // the channel may be connected before the server has looked

@@ -4,6 +4,10 @@
 #include "ManualT0LogicPrivate.h"
 #include "MasterFields.h"
 
+#include <QtTest/QtTest>
+
+#include <functional>
+
 /// Reads what the hub hides: whether its indexes say exactly what its caches say, and its private flags.
 class HubProbe
 {
@@ -48,6 +52,60 @@ public:
         compare(faults, "usage account and symbol", hub.realtimeAccountAndSymbolIndex, cache,
                 byAccountAnd(Security::symbol));
         return faults;
+    }
+
+    /// A whole check of caches and indexes. On the hub's thread, after data has come.
+    static void check(ManualT0LogicPrivate &hub)
+    {
+        do
+            hub.checkNextSlice();
+        while (hub.integrityWalk.hasBegun() || hub.integrityWalk.family() != ManualT0Logic::Resources);
+    }
+
+    /// The first slices of a check. On the hub's thread.
+    static void beginCheck(ManualT0LogicPrivate &hub, int slices)
+    {
+        for (int i = 0; i < slices; ++i)
+            hub.checkNextSlice();
+    }
+
+    /// Breaks one thing of what the integrity test loads. On the hub's thread.
+    static void damage(ManualT0LogicPrivate &hub, const QString &what)
+    {
+        using namespace Master_Fields::ManualT0;
+        const KeyPair pair("A1", "600000.SH");
+        const TradingKey key{"A1", "u1", "600000.SH", "SH"};
+        const QString usage = "u1_A1_600000.SH_SH";
+        WriteLock resourceLock(hub.resourceLock);
+        WriteLock poolLock(hub.securityPoolLock);
+        WriteLock usageLock(hub.realtimePoolLock);
+        const QMap<QString, std::function<void()>> damages{
+            {"resource without its symbol", [&] { hub.resourceSymbolIndex.remove("600000.SH", "r1"); }},
+            {"resource under another exchange",
+             [&] {
+                 hub.resourceExchangeIndex.remove("SH", "r1");
+                 hub.resourceExchangeIndex.insert("SZ", "r1");
+             }},
+            {"resource without its account", [&] { hub.resourceAccountIndex.remove("A1", "r1"); }},
+            {"resource that is not there", [&] { hub.resourceAccountIndex.insert("A2", "gone"); }},
+            {"pool without its trader", [&] { hub.poolIdsByTrader.remove("u1", "p1"); }},
+            {"pool without its trading key", [&] { hub.poolIdsByTradingKey.remove(key, "p1"); }},
+            {"pool twice", [&] { hub.poolIdsByAccountAndSymbol.insert(pair, "p1"); }},
+            {"pool that is not there", [&] { hub.poolIdsByAccountAndTrader.insert(pair, "gone"); }},
+            {"usage without its exchange", [&] { hub.realtimeExchangeIndex.remove("SH", usage); }},
+            {"usage under a symbol that nobody knows",
+             [&] {
+                 hub.realtimeAccountAndSymbolIndex.insert({"A1", ""}, usage);
+             }},
+            {"usage that is not there", [&] { hub.realtimeAccountIndex.insert("A9", "gone"); }},
+            {"usage with a wrong sum", [&] { hub.realtimePoolCache[usage].insert(RtTotalBuyLimit, 7); }},
+            {"usage with a part changed", [&] { hub.realtimePoolCache[usage].insert(DailyBuyLimit, 7); }},
+            {"pool that its resource does not know", [&] { hub.poolIdsByResource.remove("r1", "p1"); }},
+            {"resource with a pool that is not there", [&] { hub.poolIdsByResource.insert("r1", "gone"); }},
+            {"pool larger than its resource", [&] { hub.securityPoolMap["p1"].insert(PoolTotalQty, 901); }},
+        };
+        QVERIFY2(damages.contains(what), qPrintable(what));
+        damages.value(what)();
     }
 
     static bool isManager(const ManualT0LogicPrivate &hub) { return hub.isManager; }

@@ -26,7 +26,7 @@ protected:
     enum class Mode { ByHand, Server };
 
     /// Timers of the hub that a test does not wait for.
-    static HubTiming slowTimers() { return {600000, 600000, 600000}; }
+    static HubTiming slowTimers() { return {600000, 600000, 600000, 600000}; }
 
     /// Opens a session with the shared reference data, stored settings as JSON text, and the hub.
     void open(Mode newMode, HubTiming timing = slowTimers(), const QString &userId = Rows::user,

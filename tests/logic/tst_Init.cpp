@@ -87,7 +87,7 @@ void InitTest::throttleCountsWholeSeconds()
 void InitTest::timersRunOnTheHubsThreadAndDieThere()
 {
     close();
-    open(Mode::ByHand, {1, 1, 1});
+    open(Mode::ByHand, {1, 1, 1, 600000});
     hub->InitData();
     answerTraders({}, false);
     answerPriority({}, Rows::Fail);

@@ -50,7 +50,7 @@ void ModelTest::hubAnswersAsTheModelDoes()
 {
     QFETCH(unsigned, seed);
     close();
-    open(Mode::ByHand, {600000, 600000, 0});
+    open(Mode::ByHand, {600000, 600000, 0, 600000});
     model = Model();
     Chance chance(seed);
     for (int type = 0; type <= 6; ++type)

@@ -175,7 +175,7 @@ void RealtimeTest::laterAnswerAnnouncesWhatItChanged()
 void RealtimeTest::failedFirstLoadIsRepeatedAndLaterOnesAreNot()
 {
     close();
-    open(Mode::ByHand, {1, 600000, 600000});
+    open(Mode::ByHand, {1, 600000, 600000, 600000});
     answerTraders({Rows::trader("t2", "Two")}, true);
     takeAsked();
     for (int i = 0; i < 3; ++i) {
@@ -192,7 +192,7 @@ void RealtimeTest::failedFirstLoadIsRepeatedAndLaterOnesAreNot()
 void RealtimeTest::newSymbolsOfTheUserAreGathered()
 {
     close();
-    open(Mode::ByHand, {600000, 600000, 20});
+    open(Mode::ByHand, {600000, 600000, 20, 600000});
     start({}, {}, {Rows::usage("A1", "u1", "600000 SH", "1")});
     hub->SetCurrentTradeAccount({"A1"});
     takeEvents();

@@ -143,7 +143,7 @@ void SettingsTest::searchTextsOfTheSymbols()
 void SettingsTest::choiceDuringABurstWins()
 {
     close();
-    open(Mode::ByHand, {600000, 600000, 1});
+    open(Mode::ByHand, {600000, 600000, 1, 600000});
     start();
     for (int round = 0; round < 20; ++round) {
         const QString account = round % 2 == 0 ? "A1" : "A2";

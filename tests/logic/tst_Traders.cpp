@@ -45,7 +45,7 @@ void TradersTest::subscribesThoseTheUserMaySee()
 void TradersTest::failedSubscriptionIsTriedAgain()
 {
     close();
-    open(Mode::ByHand, {1, 600000, 600000});
+    open(Mode::ByHand, {1, 600000, 600000, 600000});
     server->refuseSubscription("t2");
     answerTraders({Rows::trader("t1", "One"), Rows::trader("t2", "Two"), Rows::trader("t3", "Three")}, true);
     QCOMPARE(server->takeSubscribed(), QStringList({"t1", "t2", "t3"}));
@@ -63,7 +63,7 @@ void TradersTest::failedSubscriptionIsTriedAgain()
 void TradersTest::failedPriorityIsRepeatedUntilItAnswers()
 {
     close();
-    open(Mode::ByHand, {30, 600000, 600000});
+    open(Mode::ByHand, {30, 600000, 600000, 600000});
     hub->InitData();
     takeAsked();
     for (int i = 0; i < 6; ++i) {

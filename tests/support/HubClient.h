@@ -22,7 +22,7 @@ public:
         session = HostSession::open(std::move(config), errorText);
         if (!session)
             qFatal("%s", qPrintable(errorText));
-        hub = std::make_unique<ManualT0LogicPrivate>(nullptr, HubTiming{600000, 600000, 600000});
+        hub = std::make_unique<ManualT0LogicPrivate>(nullptr, HubTiming{600000, 600000, 600000, 600000});
         presenter = new ManualT0LogicPresenterClass(ManualT0LogicPlugin::instanceId(), nullptr);
         ManualT0LogicPlugin::connectHub(hub.get(), presenter, Qt::AutoConnection);
         hub->InitData();

@@ -66,7 +66,9 @@ ConnectionPanel::ConnectionPanel(QWidget *parent)
     column->addWidget(makeConnection());
     column->addWidget(makeData());
     column->addStretch();
-    connect(&HostSession::current()->news(), &HostNews::connectionChanged, this, &ConnectionPanel::showConnection);
+    const HostNews *news = &HostSession::current()->news();
+    connect(news, &HostNews::connectionChanged, this, &ConnectionPanel::showConnection);
+    connect(news, &HostNews::pictureChanged, this, &ConnectionPanel::showConnection);
     connect(UsageBook::ofWindow(), &UsageBook::replaced, this, &ConnectionPanel::showData);
     connect(PageShell::instance(), &PageShell::appearanceChanged, this, &ConnectionPanel::showConnection);
     connect(&m_timer, &QTimer::timeout, this, &ConnectionPanel::showConnection);
@@ -91,6 +93,7 @@ QGroupBox *ConnectionPanel::makeConnection()
     auto *form = new QFormLayout(box);
     m_state = add(form, QStringLiteral("state"), tr("状态"));
     m_since = add(form, QStringLiteral("since"), tr("自"));
+    m_picture = add(form, QStringLiteral("picture"), tr("同步"));
     m_latency = add(form, QStringLiteral("latency"), tr("延迟"));
     m_market = add(form, QStringLiteral("market"), tr("行情时间"));
     return box;
@@ -119,6 +122,7 @@ void ConnectionPanel::showConnection()
     m_state->setText(isConnected ? tr("已连接") : tr("已断开，下单已停用"));
     const QDateTime since = channel.connectionSince().toLocalTime();
     m_since->setText(since.isValid() ? since.toString(QStringLiteral("HH:mm:ss")) : Format::missing());
+    m_picture->setText(pictureText());
     const Latency measured = latency();
     m_latency->setText(measured.count == 0
                            ? Format::missing()
@@ -128,6 +132,15 @@ void ConnectionPanel::showConnection()
     const VariantRecord market = session->marketState();
     const QString held = market.value(Stand_Fields::Market::held).toBool() ? tr("（暂停）") : QString();
     m_market->setText(market.value(Stand_Fields::Market::marketTime).toString() + held);
+}
+
+QString ConnectionPanel::pictureText()
+{
+    const PictureState picture = HostSession::current()->picture();
+    const auto time = [](const QDateTime &at) { return at.toLocalTime().toString(QStringLiteral("HH:mm:ss")); };
+    const QString heard = picture.heardAt.isValid() ? time(picture.heardAt) : Format::missing();
+    return picture.isInStep ? tr("自 %1 起同步，最近收到 %2").arg(time(picture.since), heard)
+                            : tr("未同步，下单暂停，最近收到 %1").arg(heard);
 }
 
 void ConnectionPanel::showData()

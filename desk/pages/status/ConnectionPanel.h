@@ -26,11 +26,13 @@ private:
     QGroupBox *makeData();
     QLabel *add(QFormLayout *form, const QString &name, const QString &title);
     void showConnection();
+    static QString pictureText();
     void showData();
 
     QList<QPair<QString, QLabel *>> m_lines; ///< title and value
     QLabel *m_state = nullptr;
     QLabel *m_since = nullptr;
+    QLabel *m_picture = nullptr;
     QLabel *m_latency = nullptr;
     QLabel *m_market = nullptr;
     QLabel *m_exchanges = nullptr;

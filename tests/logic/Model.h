@@ -29,6 +29,7 @@ public:
     void recomputeSymbols();
 
     bool hasOrphans() const { return !orphans.isEmpty(); } ///< pools whose resource was deleted
+    void listOrphans() { orphans.clear(); }
     QString nameOf(const QString &trader) const;
     RecordList allResources() const;
     RecordList resource(const QString &id) const;

@@ -67,4 +67,5 @@ private:
     RefreshThrottle m_throttle;
     QSet<QString> m_deleted;
     bool m_productsOwn = false;
+    bool m_checksItself = false; ///< the hub, again and again
 };

@@ -171,6 +171,9 @@ public:
     /// Traders who may trade an account, in the order of the users' file.
     QStringList tradersOf(const QString &tradingAccount) const;
 
+    /// Trading accounts of a product, in the order of the accounts' file.
+    QStringList accountsOf(const QString &productAccount) const;
+
     /// To be called after the lists were filled by hand or changed; the finders use what it builds.
     void buildIndexes();
 
@@ -181,6 +184,7 @@ private:
     QHash<QString, int> m_users;
     QHash<QString, int> m_symbols;
     QHash<QString, QStringList> m_traders;
+    QHash<QString, QStringList> m_ofProduct;
 };
 
 struct Books::Loaded {

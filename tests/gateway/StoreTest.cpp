@@ -118,8 +118,8 @@ void StoreTest::refusesWhatIsNotItsOwn()
     const Books books = TestBooks::withRows(1);
     QString errorText;
     Store::open(m_file, books, errorText).reset();
-    TestBooks::runSql(m_file, QStringLiteral("PRAGMA user_version = 5"));
-    QVERIFY(refusalOf(m_file, books).contains(QStringLiteral("a newer gateway: its version is 5")));
+    TestBooks::runSql(m_file, QStringLiteral("PRAGMA user_version = 6"));
+    QVERIFY(refusalOf(m_file, books).contains(QStringLiteral("a newer gateway: its version is 6")));
     TestBooks::runSql(m_file, QStringLiteral("PRAGMA user_version = 2"));
     QVERIFY(refusalOf(m_file, books).contains(QStringLiteral("an older gateway: its version is 2")));
 

@@ -2,6 +2,8 @@
 
 #include "StandFields.h"
 
+#include <QtCore/QStringList>
+
 /// What a trader is held to besides his limits. 0: no such rule.
 struct SafetyRules {
     static constexpr int maxOrdersPerSecond = 1'000;

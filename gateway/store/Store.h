@@ -256,6 +256,7 @@ private:
     bool importPools(const Books &books);
     bool importCarried(const Books &books);
     bool importPositions(const Books &books);
+    bool importSafety(const Books &books);
     bool checkBooks(const Books &books);
     bool readClock();
 

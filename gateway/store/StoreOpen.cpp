@@ -186,7 +186,8 @@ bool Store::import(const Books &books)
     if (!d->execute(QStringLiteral("INSERT INTO clock VALUES (?, 0, 0, ?, 0, 0, x'', 0, 0)"),
                     {d->marketMs, fingerprint(books)}))
         return false;
-    return importAccounts(books) && importPools(books) && importCarried(books) && importPositions(books);
+    return importAccounts(books) && importPools(books) && importCarried(books) && importPositions(books) &&
+           importSafety(books);
 }
 
 bool Store::importAccounts(const Books &books)

@@ -18,3 +18,11 @@ bool Store::saveSafety(const QString &trader, const SafetyRules &rules)
                       {trader, rules.tradeSwitch, rules.ordersPerSecond, rules.cancelsPerMinute, rules.duplicateMs,
                        int(rules.refuseSelfMatch)});
 }
+
+bool Store::importSafety(const Books &books)
+{
+    for (const OpeningSafety &safety : books.safety)
+        if (!saveSafety(safety.trader, safety.rules))
+            return false;
+    return true;
+}

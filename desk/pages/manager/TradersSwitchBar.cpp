@@ -82,7 +82,9 @@ QString TradersSwitchBar::inWords(const QString &tradeSwitch)
 {
     if (tradeSwitch == Switch::Halted)
         return tr("已暂停");
-    return tradeSwitch == Switch::ReduceOnly ? tr("只减仓") : tr("正常");
+    if (tradeSwitch == Switch::ReduceOnly)
+        return tr("只减仓");
+    return tradeSwitch == Switch::Active ? tr("正常") : QStringLiteral("--");
 }
 
 void TradersSwitchBar::load()

@@ -20,7 +20,7 @@ public:
 
     /// One of Stand_Values::TradeSwitch; empty while it is not known.
     QString switchOf(const QString &trader) const { return m_switches.value(trader); }
-    static QString inWords(const QString &tradeSwitch);
+    static QString inWords(const QString &tradeSwitch); ///< "--" for what is not known
 
     void load(); ///< unless it was done
     void setTraders(const QStringList &chosen);

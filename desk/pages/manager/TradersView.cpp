@@ -40,11 +40,9 @@ QVariant exposureShare(const VariantRecord &row)
     return most > 0 ? QVariant(row.value(QLatin1String(limitedExposure)).toDouble() / most) : QVariant();
 }
 
-/// Missing until it is known.
 QVariant switchInWords(const VariantRecord &row)
 {
-    const QString position = row.value(Stand_Fields::Safety::tradeSwitch).toString();
-    return position.isEmpty() ? QVariant() : TradersSwitchBar::inWords(position);
+    return TradersSwitchBar::inWords(row.value(Stand_Fields::Safety::tradeSwitch).toString());
 }
 
 Column profit(const QString &id, const QString &title, const QString &field)

@@ -327,6 +327,11 @@ inline QString selfMatch(const QString &order, const QString &account, const QSt
 {
     return QStringLiteral("会与同一产品的委托%1（账号%2，价格%3）自成交，未报出").arg(order, account, price);
 }
+/// Of an order that its sender may not see.
+inline QString selfMatchOfOthers()
+{
+    return QStringLiteral("会与同一产品其他交易员的委托自成交，未报出");
+}
 inline QString tooManyOrders(int most)
 {
     return QStringLiteral("委托过于频繁：每秒最多%1笔").arg(most);

@@ -111,8 +111,10 @@ QString Service::refusalOfSelfMatch(const StoredOrder &order)
     const QStringList accounts = m_books.accountsOf(account.productAccount);
     for (const QString &other : accounts) {
         const StoredOrder met = m_store->meeting(order, other);
-        if (!met.id.isEmpty())
-            return GatewayTexts::selfMatch(met.id, other, QString::number(met.price, 'g', 12));
+        if (met.id.isEmpty())
+            continue;
+        return met.user == order.user ? GatewayTexts::selfMatch(met.id, other, QString::number(met.price, 'g', 12))
+                                      : GatewayTexts::selfMatchOfOthers();
     }
     return QString();
 }

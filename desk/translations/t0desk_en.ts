@@ -2351,6 +2351,10 @@
         <source>%1：%2</source>
         <translation>%1: %2</translation>
     </message>
+    <message>
+        <source>已报出的委托仍然有效，需要时另行撤单</source>
+        <translation>Orders that were sent stay live; cancel them where needed</translation>
+    </message>
 </context>
 <context>
     <name>TradersView</name>

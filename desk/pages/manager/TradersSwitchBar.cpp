@@ -138,6 +138,8 @@ void TradersSwitchBar::ask(const QString &tradeSwitch)
     for (const QString &trader : qAsConst(m_chosen))
         lines.append(
             tr("%1：%2 → %3").arg(ManagerTexts::trader(trader), inWords(switchOf(trader)), inWords(tradeSwitch)));
+    if (tradeSwitch != Switch::Active)
+        lines.append(tr("已报出的委托仍然有效，需要时另行撤单"));
     ConfirmChange::ask(this, QStringLiteral("manage.traders.confirm"),
                        tr("把 %1 个交易员设为“%2”？").arg(QString::number(m_chosen.size()), inWords(tradeSwitch)),
                        lines, ConfirmChange::Enter::Confirms,

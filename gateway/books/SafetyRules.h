@@ -4,7 +4,8 @@
 
 #include <QtCore/QStringList>
 
-/// What a trader is held to besides his limits. 0: no such rule.
+/// What a trader is held to besides his limits. 0: no such rule. At first there is none: each is a decision of a
+/// manager, and those about time would make what follows from the same requests depend on how fast they come.
 struct SafetyRules {
     static constexpr int maxOrdersPerSecond = 1'000;
     static constexpr int maxCancelsPerMinute = 10'000;
@@ -14,7 +15,7 @@ struct SafetyRules {
     int ordersPerSecond = 0;
     int cancelsPerMinute = 0;
     int duplicateMs = 0;
-    bool refuseSelfMatch = true;
+    bool refuseSelfMatch = false;
 
     static QStringList tradeSwitches()
     {

@@ -68,7 +68,7 @@ Sample sampleOf(const QString &type)
            {Safety_::ordersPerSecond, 5},
            {Safety_::cancelsPerMinute, 60},
            {Safety_::duplicateMs, 500},
-           {Safety_::refuseSelfMatch, false}}}}};
+           {Safety_::refuseSelfMatch, true}}}}};
     for (const Sample &sample : samples)
         if (sample.type == type)
             return sample;
@@ -187,7 +187,7 @@ void ChangeTest::everyChangeIsPushedAndAudited_data()
                              "pool MaxPendExposureQty >-1",
                              "safety tradeSwitch Active>Halted, safety ordersPerSecond 0>5, "
                              "safety cancelsPerMinute 0>60, safety duplicateMs 0>500, "
-                             "safety refuseSelfMatch true>false"};
+                             "safety refuseSelfMatch false>true"};
     for (int i = 0; i < m_types.size(); ++i)
         QTest::newRow(qPrintable(m_types.at(i))) << m_types.at(i) << audits.at(i) << records.at(i);
 }

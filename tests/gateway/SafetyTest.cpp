@@ -134,6 +134,7 @@ class SafetyTest : public QObject
 private slots:
     void holdsTraders_data();
     void holdsTraders();
+    void aManagersLimitIsForHisOwnOrders();
     void everybodySeesHisOwnRules();
     void lastsOverRestartsAndDaysAndIsAudited();
 };
@@ -191,16 +192,15 @@ void SafetyTest::holdsTraders_data()
          "500 trader1: buy 100 12.3 => -"});
     row("an order that was refused is not repeated", {{Safety_::duplicateMs, 500}, {Safety_::ordersPerSecond, 1}},
         {"0 trader1: buy 100 12.3, buy 200 12.3 => -|委托过于频繁：每秒最多1笔", "1000 trader1: buy 200 12.3 => -"});
-    row("no order meets one of its product", {},
+    row("no order meets one of its product", {{Safety_::refuseSelfMatch, true}},
         {"0 trader1: sell 100 12.3, buy 100 12.3, buy 100 12.29 => "
          "-|会与同一产品的委托O000000001（账号A000101，价格12.3）自成交，未报出|-",
-         "0 trader1: sell 100 12.29, sell 100 12.3 => "
-         "会与同一产品的委托O000000002（账号A000101，价格12.29）自成交，未报出|-",
-         "0 trader2: buy 100 12.35 => 会与同一产品其他交易员的委托自成交，未报出",
-         "0 trader1: buy 100 12.3 in A000102 => "
-         "会与同一产品的委托O000000001（账号A000101，价格12.3）自成交，未报出",
-         "0 trader1: buy 100 12.3 in A000301 => -", "0 trader1: cancel O000000001, cancel O000000003 => -|-",
-         "0 trader1: buy 100 12.35 => -"});
+         "0 trader2: sell 100 12.29, buy 100 12.28 => -|-",
+         "0 trader1: buy 100 12.35, buy 100 12.28 => 会与同一产品其他交易员的委托自成交，未报出|-",
+         "0 trader1: sell 100 12.28 in A000102 => "
+         "会与同一产品的委托O000000002（账号A000101，价格12.29）自成交，未报出",
+         "0 trader1: sell 100 12.28 in A000301 => -", "0 trader1: cancel O000000002 => -",
+         "0 trader1: sell 100 12.29 => -"});
     row("rules are off",
         {{Safety_::tradeSwitch, Switch::Active},
          {Safety_::ordersPerSecond, 0},
@@ -219,6 +219,16 @@ void SafetyTest::holdsTraders()
     QCOMPARE(floor.hold("trader1", rules), QString());
     for (const QString &line : story)
         QCOMPARE(line.section(" => ", 0, 0) + " => " + floor.play(line.section(" => ", 0, 0)), line);
+}
+
+void SafetyTest::aManagersLimitIsForHisOwnOrders()
+{
+    Floor floor;
+    QCOMPARE(floor.hold("lead1", {{Safety_::cancelsPerMinute, 1}}), QString());
+    QCOMPARE(floor.play("0 trader1: buy 100 12.3, buy 100 12.3"), QStringLiteral("-|-"));
+    QCOMPARE(floor.play("0 lead1: buy 100 12.3, buy 100 12.3"), QStringLiteral("-|-"));
+    QCOMPARE(floor.play("0 lead1: cancel O000000001, cancel O000000002, cancel O000000003, cancel O000000004"),
+             QStringLiteral("-|-|-|撤单过于频繁：每分钟最多1笔"));
 }
 
 void SafetyTest::everybodySeesHisOwnRules()

@@ -45,7 +45,7 @@ void StoreTest::beginsWithTheBooksAndKeepsItsOwn()
 {
     Books books = TestBooks::withRows(3);
     books.carried = {{"t2", books.resources.at(1).holding, "SellOpen", 200, 1998}};
-    books.safety = {{"t1", {Stand_Values::TradeSwitch::Halted, 5, 60, 500, false}}};
+    books.safety = {{"t1", {Stand_Values::TradeSwitch::Halted, 5, 60, 500, true}}};
     books.buildIndexes();
     QString errorText;
     {
@@ -66,10 +66,10 @@ void StoreTest::beginsWithTheBooksAndKeepsItsOwn()
     QCOMPARE(store->pools("A1", QString(), 10).size(), 3);
     QVERIFY(store->allUsage().value(0).use.leg.side == Ledger::Side::SellOpen);
     const SafetyRules rules = store->safetyOf("t1");
-    QVERIFY(rules.isHalted() && !rules.refuseSelfMatch);
+    QVERIFY(rules.isHalted() && rules.refuseSelfMatch);
     QCOMPARE((QVector<int>{rules.ordersPerSecond, rules.cancelsPerMinute, rules.duplicateMs}),
              (QVector<int>{5, 60, 500}));
-    QVERIFY(store->safetyOf("t2").isActive() && store->safetyOf("t2").refuseSelfMatch);
+    QVERIFY(store->safetyOf("t2").isActive() && !store->safetyOf("t2").refuseSelfMatch);
 }
 
 void StoreTest::modifyTimesFollowTheClock_data()

@@ -186,7 +186,7 @@ void SafetyTest::holdsTraders_data()
     const VariantRecord once{{Safety_::duplicateMs, 500}};
     row("another request may not repeat an order at once", once,
         {"0 trader1: buy 100 12.3, buy 100 12.3 => -|-", "0 trader1: again => -|-",
-         "499 trader1: buy 100 12.30, buy 200 12.3, buy 100 12.31, sell 100 12.4 => "
+         "499 trader1: buy 100 12.300000000000002, buy 200 12.3, buy 100 12.31, sell 100 12.4 => "
          "与500毫秒内的委托O000000002重复，未报出|-|-|-",
          "499 trader1: buy 100 12.3 in A000102 => -", "499 trader2: buy 100 12.3 => -",
          "500 trader1: buy 100 12.3 => -"});

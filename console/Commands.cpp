@@ -86,6 +86,7 @@ const QVector<Commands::Own> &Commands::ownCommands()
         {"fills", "fills [{FILTER}]", 0, 1, &Commands::fills},
         {"fate", "fate REQUESTID", 1, 1, &Commands::fate},
         {"exchange", "exchange status|step [N]|hold|run [SPEED]", 1, 2, &Commands::exchange},
+        {"safety", "safety [TRADER [active|reduce|halt|{RULES}]]", 0, 2, &Commands::safety},
         {"day-change", "day-change", 0, 0, &Commands::dayChange},
         {"fault", "fault MSGTYPE fail|timeout|delay MS|truncate PAGE|duplicate|lose [TIMES]", 2, 4, &Commands::fault},
         {"sleep", "sleep MS", 1, 1, &Commands::sleep},
@@ -338,5 +339,7 @@ QStringList Commands::faultable()
             S::QuotePush,
             S::SetQuoteRequest,
             S::PushUsageRequest,
-            S::PictureRequest};
+            S::PictureRequest,
+            S::QuerySafetyRulesRequest,
+            S::AlterSafetyRulesRequest};
 }

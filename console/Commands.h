@@ -36,7 +36,7 @@ private:
     // Commands_Market.cpp
 
     /// A request of the console itself; bad with the server's text.
-    Outcome sendToServer(const QString &msgType, const VariantRecord &row, VariantRecord &answerValues,
+    Outcome sendToServer(const QString &msgType, const RecordList &asked, VariantRecord &answerValues,
                          RecordList &answerRows);
     Outcome gateway(const QVector<Argument> &arguments);
     Outcome quote(const QVector<Argument> &arguments);
@@ -49,6 +49,9 @@ private:
     Outcome control(const VariantRecord &row);
     Outcome stepBy(int seconds);
     Outcome as(const QVector<Argument> &arguments);
+    // Commands_Safety.cpp
+    Outcome safety(const QVector<Argument> &arguments);
+
     /// Gives orders and fills the columns that people look for, whoever has listed them.
     static void showOrders(const QString &command, Outcome &outcome);
 

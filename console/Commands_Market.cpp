@@ -59,13 +59,13 @@ const QStringList &fillColumns()
 
 } // namespace
 
-Outcome Commands::sendToServer(const QString &msgType, const VariantRecord &row, VariantRecord &answerValues,
+Outcome Commands::sendToServer(const QString &msgType, const RecordList &asked, VariantRecord &answerValues,
                                RecordList &answerRows)
 {
     QString errorText = m_host.openSession();
     if (!errorText.isEmpty())
         return bad(errorText);
-    const QString status = HostSession::current()->request(msgType, {}, {row}, errorText, answerValues, answerRows);
+    const QString status = HostSession::current()->request(msgType, {}, asked, errorText, answerValues, answerRows);
     return bad(status == Orvane_Values::RequestExeStatus::success ? QString()
                                                                   : QStringLiteral("%1: %2").arg(status, errorText));
 }
@@ -80,7 +80,7 @@ Outcome Commands::gateway(const QVector<Argument> &arguments)
         return bad(reader.errorText);
     VariantRecord held;
     RecordList rows;
-    const Outcome asked = sendToServer(Stand_MsgType::PictureRequest, {}, held, rows);
+    const Outcome asked = sendToServer(Stand_MsgType::PictureRequest, {{}}, held, rows);
     return asked.errorText.isEmpty() ? Picture::ofGateway(held) : asked;
 }
 
@@ -91,7 +91,7 @@ Outcome Commands::quote(const QVector<Argument> &arguments)
                             {Stand_Fields::Quote::lastPrice, reader.get<double>(1)}};
     VariantRecord values;
     RecordList rows;
-    return reader.errorText.isEmpty() ? sendToServer(Stand_MsgType::SetQuoteRequest, row, values, rows)
+    return reader.errorText.isEmpty() ? sendToServer(Stand_MsgType::SetQuoteRequest, {row}, values, rows)
                                       : bad(reader.errorText);
 }
 
@@ -101,7 +101,7 @@ Outcome Commands::push(const QVector<Argument> &arguments)
     const auto row = reader.get<VariantRecord>(0);
     VariantRecord values;
     RecordList rows;
-    return reader.errorText.isEmpty() ? sendToServer(Stand_MsgType::PushUsageRequest, row, values, rows)
+    return reader.errorText.isEmpty() ? sendToServer(Stand_MsgType::PushUsageRequest, {row}, values, rows)
                                       : bad(reader.errorText);
 }
 
@@ -179,7 +179,7 @@ Outcome Commands::control(const VariantRecord &row)
 {
     VariantRecord values;
     RecordList rows;
-    Outcome outcome = sendToServer(Stand_MsgType::ExchangeControlRequest, row, values, rows);
+    Outcome outcome = sendToServer(Stand_MsgType::ExchangeControlRequest, {row}, values, rows);
     const VariantRecord market = rows.value(0);
     if (outcome.errorText.isEmpty()) {
         outcome.result = market;

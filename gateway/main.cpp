@@ -52,6 +52,7 @@ QString counts(const Books &books)
                        count(books.resources.size(), "resources"),
                        count(books.pools.size(), "pools"),
                        count(books.carried.size(), "carried-over legs"),
+                       count(books.safety.size(), "traders with safety rules"),
                        count(books.quotes.size(), "quotes")}
         .join(QStringLiteral(", "));
 }

@@ -2334,6 +2334,57 @@
     </message>
 </context>
 <context>
+    <name>TradersSwitchBar</name>
+    <message>
+        <source>暂停交易(&amp;H)…</source>
+        <translation>&amp;Halt…</translation>
+    </message>
+    <message>
+        <source>只减仓(&amp;R)…</source>
+        <translation>&amp;Reduce only…</translation>
+    </message>
+    <message>
+        <source>恢复交易(&amp;A)…</source>
+        <translation>&amp;Activate…</translation>
+    </message>
+    <message>
+        <source>已暂停</source>
+        <translation>halted</translation>
+    </message>
+    <message>
+        <source>只减仓</source>
+        <translation>reduce only</translation>
+    </message>
+    <message>
+        <source>正常</source>
+        <translation>active</translation>
+    </message>
+    <message>
+        <source>没有读到交易员的交易状态，再次打开本页时重读</source>
+        <translation>The traders&apos; switches were not read; they are read again when this page is shown again</translation>
+    </message>
+    <message>
+        <source>%1：%2 → %3</source>
+        <translation>%1: %2 → %3</translation>
+    </message>
+    <message>
+        <source>把 %1 个交易员设为“%2”？</source>
+        <translation>Set %1 traders to “%2”?</translation>
+    </message>
+    <message>
+        <source>，</source>
+        <translation>, </translation>
+    </message>
+    <message>
+        <source>%1：%2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>已报出的委托仍然有效，需要时另行撤单</source>
+        <translation>Orders that were sent stay live; cancel them where needed</translation>
+    </message>
+</context>
+<context>
     <name>TradersView</name>
     <message>
         <source>券池数</source>
@@ -2386,6 +2437,10 @@
     <message>
         <source>合计：券池 %1 个，数量 %2，已买 %3，已卖 %4，敞口 %5，总盈亏 %6，未完成委托 %7，无价 %8 行</source>
         <translation>Total: pools %1, quantity %2, bought %3, sold %4, exposure %5, total P/L %6, open orders %7, rows without price %8</translation>
+    </message>
+    <message>
+        <source>交易</source>
+        <translation>Trading</translation>
     </message>
 </context>
 <context>

@@ -44,6 +44,10 @@ QString carried()
 {
     return QStringLiteral("carried.csv");
 }
+QString safety()
+{
+    return QStringLiteral("safety.csv");
+}
 QString quotes()
 {
     return QStringLiteral("quotes.csv");
@@ -64,6 +68,7 @@ QStringList columns(const QString &file)
         {resources(), "tradingAccount,securityID,exchange,quantity"},
         {pools(), "trader,tradingAccount,securityID,exchange,quantity,maxExposure,maxPendExposure"},
         {carried(), "trader,tradingAccount,securityID,exchange,side,quantity,amount"},
+        {safety(), "trader,tradeSwitch,ordersPerSecond,cancelsPerMinute,duplicateMs,refuseSelfMatch"},
         {quotes(), "symbol,last"},
     };
     const char *header = headers.value(file, nullptr);

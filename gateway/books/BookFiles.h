@@ -15,6 +15,7 @@ QString margin();
 QString resources();
 QString pools();
 QString carried();
+QString safety();
 QString quotes();
 
 /// The header row of a file; empty for an unknown name.

@@ -83,6 +83,11 @@ QStringList Books::tradersOf(const QString &tradingAccount) const
     return m_traders.value(tradingAccount);
 }
 
+QStringList Books::accountsOf(const QString &productAccount) const
+{
+    return m_ofProduct.value(productAccount);
+}
+
 void Books::buildIndexes()
 {
     m_instruments.clear();
@@ -91,13 +96,16 @@ void Books::buildIndexes()
     m_users.clear();
     m_symbols.clear();
     m_traders.clear();
+    m_ofProduct.clear();
     for (int i = 0; i < instruments.size(); ++i) {
         m_instruments.insert({instruments.at(i).securityID, instruments.at(i).exchange}, i);
         m_listed.insert({instruments.at(i).symbol, instruments.at(i).exchange}, i);
         m_symbols.insert(instruments.at(i).symbol, i);
     }
-    for (int i = 0; i < accounts.size(); ++i)
+    for (int i = 0; i < accounts.size(); ++i) {
         m_accounts.insert(accounts.at(i).tradingAccount, i);
+        m_ofProduct[accounts.at(i).productAccount].append(accounts.at(i).tradingAccount);
+    }
     for (int i = 0; i < users.size(); ++i) {
         const User &user = users.at(i);
         m_users.insert(user.userID, i);

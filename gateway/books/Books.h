@@ -1,5 +1,7 @@
 #pragma once
 
+#include "SafetyRules.h"
+
 #include <QtCore/QHash>
 #include <QtCore/QMap>
 #include <QtCore/QPair>
@@ -118,6 +120,11 @@ struct CarriedLeg {
     double amount = 0;
 };
 
+struct OpeningSafety {
+    QString trader;
+    SafetyRules rules;
+};
+
 struct OpeningQuote {
     QString symbol;
     double last = 0; ///< 0: none yet
@@ -148,11 +155,12 @@ public:
     QVector<OpeningResource> resources;
     QVector<OpeningPool> pools;
     QVector<CarriedLeg> carried;
+    QVector<OpeningSafety> safety; ///< of traders; those without a row begin with SafetyRules()
     QVector<OpeningQuote> quotes;
 
     struct Loaded;
 
-    /// Reads the eleven files of a folder. Either the books or every error, in the order of files and rows.
+    /// Reads the twelve files of a folder. Either the books or every error, in the order of files and rows.
     static Loaded load(const QString &dir);
 
     /// What a pool's trader is called when every trader of the account may use it; never a user.
@@ -171,6 +179,9 @@ public:
     /// Traders who may trade an account, in the order of the users' file.
     QStringList tradersOf(const QString &tradingAccount) const;
 
+    /// Trading accounts of a product, in the order of the accounts' file.
+    QStringList accountsOf(const QString &productAccount) const;
+
     /// To be called after the lists were filled by hand or changed; the finders use what it builds.
     void buildIndexes();
 
@@ -181,6 +192,7 @@ private:
     QHash<QString, int> m_users;
     QHash<QString, int> m_symbols;
     QHash<QString, QStringList> m_traders;
+    QHash<QString, QStringList> m_ofProduct;
 };
 
 struct Books::Loaded {

@@ -44,6 +44,7 @@ Books::Loaded BooksLoader::load()
     m_haveResources = forEachRow(BookFiles::resources(), [this](RowReader &row) { readResource(row); });
     forEachRow(BookFiles::pools(), [this](RowReader &row) { readPool(row); });
     forEachRow(BookFiles::carried(), [this](RowReader &row) { readCarried(row); });
+    forEachRow(BookFiles::safety(), [this](RowReader &row) { readSafety(row); });
     forEachRow(BookFiles::quotes(), [this](RowReader &row) { readQuote(row); });
 
     if (m_errors.isEmpty())

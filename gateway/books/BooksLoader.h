@@ -34,7 +34,7 @@ private:
 
     // BooksLoader_Holdings.cpp
     Holding readHolding(RowReader &row);
-    QString readTrader(RowReader &row, const Holding &holding);
+    QString readTrader(RowReader &row, const Holding &holding = Holding());
     void checkUnique(RowReader &row, const char *column, const QString &key, const QString &what);
     void checkUnits(RowReader &row, const char *column, qint64 quantity, const Holding &holding);
     void readPosition(RowReader &row);
@@ -42,6 +42,7 @@ private:
     void readResource(RowReader &row);
     void readPool(RowReader &row);
     void readCarried(RowReader &row);
+    void readSafety(RowReader &row);
 
     const QString m_dir;
     Books m_books;

@@ -12,6 +12,14 @@ QString keyOf(const Holding &holding)
     return QStringList{holding.account, holding.securityID, holding.exchange}.join(QLatin1Char('|'));
 }
 
+int numberUpTo(RowReader &row, const char *column, int most)
+{
+    const qint64 number = row.whole(column, 0);
+    if (number > most)
+        row.fail(column, QStringLiteral("at most %1, or 0 for no such rule").arg(most));
+    return int(qMin<qint64>(number, most));
+}
+
 } // namespace
 
 Holding BooksLoader::readHolding(RowReader &row)
@@ -29,7 +37,7 @@ Holding BooksLoader::readHolding(RowReader &row)
     return holding;
 }
 
-/// A private pool or a leg needs somebody who may trade it.
+/// A private pool or a leg needs somebody who may trade it; without a holding, any trader is good.
 QString BooksLoader::readTrader(RowReader &row, const Holding &holding)
 {
     const QString trader = row.id("trader");
@@ -122,4 +130,20 @@ void BooksLoader::readCarried(RowReader &row)
     checkUnique(row, "side", leg.trader + QLatin1Char('|') + keyOf(leg.holding),
                 QStringLiteral("a trader, account, security and exchange: a leg has one side"));
     m_books.carried.append(leg);
+}
+
+void BooksLoader::readSafety(RowReader &row)
+{
+    OpeningSafety safety;
+    safety.trader = readTrader(row);
+    SafetyRules &rules = safety.rules;
+    rules.tradeSwitch = row.oneOf("tradeSwitch", SafetyRules::tradeSwitches());
+    rules.ordersPerSecond = numberUpTo(row, "ordersPerSecond", SafetyRules::maxOrdersPerSecond);
+    rules.cancelsPerMinute = numberUpTo(row, "cancelsPerMinute", SafetyRules::maxCancelsPerMinute);
+    rules.duplicateMs = numberUpTo(row, "duplicateMs", SafetyRules::maxDuplicateMs);
+    rules.refuseSelfMatch = row.flag("refuseSelfMatch");
+    if (safety.trader == Books::publicTrader())
+        row.fail("trader", QStringLiteral("a user of users.csv"));
+    checkUnique(row, "trader", safety.trader, QStringLiteral("a trader"));
+    m_books.safety.append(safety);
 }

@@ -170,6 +170,19 @@ void writeOpeningState(const Books &books, QMap<QString, QByteArray> &files)
     carried.into(files);
 }
 
+void writeSafety(const Books &books, QMap<QString, QByteArray> &files)
+{
+    CsvText csv(BookFiles::safety(),
+                "# What traders are held to when the gateway starts for the first time; managers\n"
+                "# change it. tradeSwitch: Active, ReduceOnly or Halted. duplicateMs: for how long\n"
+                "# an order is not taken again. 0: no such rule.\n");
+    for (const OpeningSafety &s : books.safety)
+        csv.add({s.trader, s.rules.tradeSwitch, number(qint64(s.rules.ordersPerSecond)),
+                 number(qint64(s.rules.cancelsPerMinute)), number(qint64(s.rules.duplicateMs)),
+                 flag(s.rules.refuseSelfMatch)});
+    csv.into(files);
+}
+
 void writeQuotes(const Books &books, QMap<QString, QByteArray> &files)
 {
     CsvText csv(BookFiles::quotes(), "# Last prices when the gateway starts; 0: none yet.\n");
@@ -190,6 +203,7 @@ QMap<QString, QByteArray> BooksWriter::files(const Books &books)
     writeUsers(books, files);
     writePositions(books, files);
     writeOpeningState(books, files);
+    writeSafety(books, files);
     writeQuotes(books, files);
     return files;
 }

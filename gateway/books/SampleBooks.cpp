@@ -516,6 +516,9 @@ private:
             const QString id = QStringLiteral("trader%1").arg(i + 1);
             m_books.users.append({id, names.at(i), organ, {trader}, accountsOf(id, i % 2 == 1)});
         }
+        for (const User &user : qAsConst(m_books.users))
+            if (user.isTrader())
+                m_books.safety.append({user.userID, SafetyRules()});
     }
 
     void addQuotes()

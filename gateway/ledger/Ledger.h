@@ -106,6 +106,7 @@ enum class Refusal {
     AboveMaximum,    ///< of one order
     BelowMinimum,    ///< of a buy
     OffStep,         ///< a sell may also end in the odd part of what is tradeable
+    NotReducing,     ///< of who may only reduce: more than reducible()
     AboveLimit,      ///< closing and daily limit together
     Exposure,        ///< of the position that the order would leave
     PendingExposure, ///< the same with all live orders of its direction filled
@@ -120,12 +121,17 @@ struct Order {
     qint64 maxQty = 1;
     qint64 maxExposure = -1; ///< of the trader's private pool; negative: none
     qint64 maxPendExposure = -1;
+    bool reduceOnly = false; ///< the trader may only bring his open position nearer to zero
 };
 
 struct Acceptance {
     Refusal refusal = Refusal::None;
     Parts parts; ///< how the quantity is split, the closing limit first; zeros when refused
 };
+
+/// How much more may be ordered in a direction so that the open position comes nearer to zero and never beyond it.
+/// Live orders of the direction count as filled; those of the other one do not, they may be cancelled.
+qint64 reducible(const TraderUse &use, bool buy);
 
 /// Accepts an order of one of the traders into his live quantities, or changes nothing.
 Acceptance accept(const Terms &terms, const Stock &stock, QVector<TraderUse> &traders, int trader, const Order &order);

@@ -64,6 +64,12 @@ Refusal refusedExposure(const TraderUse &use, const Order &order)
 
 } // namespace
 
+qint64 reducible(const TraderUse &use, bool buy)
+{
+    const qint64 open = openPosition(use);
+    return qMax<qint64>(0, (buy ? -open : open) - liveTotal(use, buy));
+}
+
 Acceptance accept(const Terms &terms, const Stock &stock, QVector<TraderUse> &traders, int trader, const Order &order)
 {
     TraderUse &use = traders[trader];
@@ -73,6 +79,8 @@ Acceptance accept(const Terms &terms, const Stock &stock, QVector<TraderUse> &tr
     const qint64 selling = liveSells(traders);
 
     Refusal refusal = refusedLots(order, qMax<qint64>(0, stock.tradeable - selling));
+    if (refusal == Refusal::None && order.reduceOnly && order.quantity > reducible(use, order.buy))
+        refusal = Refusal::NotReducing;
     if (refusal == Refusal::None && order.quantity > closing + daily)
         refusal = Refusal::AboveLimit;
     if (refusal == Refusal::None)

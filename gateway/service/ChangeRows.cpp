@@ -106,6 +106,32 @@ qint64 ChangeRow::limit(const QString &field, qint64 dispFactor, qint64 otherwis
     return wholeNumber(field) < 0 ? -1 : quantity(field, dispFactor);
 }
 
+int ChangeRow::numberOr(const QString &field, int most, int otherwise)
+{
+    if (!has(field))
+        return otherwise;
+    const qint64 number = quantity(field, 1);
+    require(number <= most, GatewayTexts::tooLarge(field, most));
+    return int(number);
+}
+
+bool ChangeRow::flagOr(const QString &field, bool otherwise)
+{
+    if (!has(field))
+        return otherwise;
+    require(m_record.value(field).userType() == QMetaType::Bool, GatewayTexts::notFlag(field));
+    return m_record.value(field).toBool();
+}
+
+QString ChangeRow::textOr(const QString &field, const QStringList &choices, const QString &otherwise)
+{
+    if (!has(field))
+        return otherwise;
+    const QString text = m_record.value(field).toString();
+    require(choices.contains(text), GatewayTexts::notOneOf(field, choices.join(QStringLiteral("、")), text));
+    return text;
+}
+
 bool ChangeRow::covers()
 {
     const QString type = m_record.value(Master_Fields::System::addType).toString();

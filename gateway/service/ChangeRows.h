@@ -31,6 +31,11 @@ public:
     /// The same for a limit: -1, none, for every negative number; the given one when the field is not there.
     qint64 limit(const QString &field, qint64 dispFactor, qint64 otherwise);
 
+    /// A whole number from 0 on, a truth value or a text; what it was when the field is not there.
+    int numberOr(const QString &field, int most, int otherwise);
+    bool flagOr(const QString &field, bool otherwise);
+    QString textOr(const QString &field, const QStringList &choices, const QString &otherwise);
+
     /// Whether a header says that what is given replaces what there is; else it is added.
     bool covers();
 

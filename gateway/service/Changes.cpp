@@ -18,6 +18,11 @@ AuditEntry thing(const QString &object, const QString &id, const Holding &holdin
     return entry;
 }
 
+QString flagText(bool value)
+{
+    return value ? QStringLiteral("true") : QStringLiteral("false");
+}
+
 /// The number as the audit shows it; nothing for what has no id: it does not exist.
 QString shown(const QString &id, qint64 number)
 {
@@ -39,10 +44,9 @@ void Changes::clear()
 
 void Changes::setEnabled(const QString &account, bool enabled)
 {
-    const auto text = [](bool value) { return value ? QStringLiteral("true") : QStringLiteral("false"); };
     m_store.setEnabled(account, enabled);
     note(thing(QStringLiteral("account"), account, {account, QString(), QString()}, QString()),
-         Stand_Fields::Account::enabled, text(!enabled), text(enabled));
+         Stand_Fields::Account::enabled, flagText(!enabled), flagText(enabled));
     m_accounts.insert(account);
 }
 
@@ -80,6 +84,22 @@ void Changes::removePool(const StoredPool &pool)
 {
     m_store.removePool(pool.id);
     notePool(pool, pool, StoredPool());
+}
+
+void Changes::saveSafety(const QString &trader, const SafetyRules &rules)
+{
+    namespace Safety_ = Stand_Fields::Safety;
+    const SafetyRules before = m_store.safetyOf(trader);
+    m_store.saveSafety(trader, rules);
+    const AuditEntry entry = thing(QStringLiteral("safety"), trader, Holding(), trader);
+    const auto noteNumber = [&](const QString &field, int from, int to) {
+        note(entry, field, QString::number(from), QString::number(to));
+    };
+    note(entry, Safety_::tradeSwitch, before.tradeSwitch, rules.tradeSwitch);
+    noteNumber(Safety_::ordersPerSecond, before.ordersPerSecond, rules.ordersPerSecond);
+    noteNumber(Safety_::cancelsPerMinute, before.cancelsPerMinute, rules.cancelsPerMinute);
+    noteNumber(Safety_::duplicateMs, before.duplicateMs, rules.duplicateMs);
+    note(entry, Safety_::refuseSelfMatch, flagText(before.refuseSelfMatch), flagText(rules.refuseSelfMatch));
 }
 
 void Changes::noteQuote(const QString &symbol, double from, double to)

@@ -21,6 +21,8 @@ public:
     void removeResource(const StoredResource &resource); ///< with its pools
     void removePool(const StoredPool &pool);
 
+    void saveSafety(const QString &trader, const SafetyRules &rules);
+
     /// A price is kept by the service; here it only leaves its trace.
     void noteQuote(const QString &symbol, double from, double to);
 

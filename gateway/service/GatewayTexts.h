@@ -210,6 +210,14 @@ inline QString zero(const QString &field)
 {
     return QStringLiteral("%1应大于0").arg(field);
 }
+inline QString notFlag(const QString &field)
+{
+    return QStringLiteral("%1应为true或false").arg(field);
+}
+inline QString notOneOf(const QString &field, const QString &choices, const QString &value)
+{
+    return QStringLiteral("%1应为%2之一：%3").arg(field, choices, value);
+}
 inline QString belowPools(qint64 allocated)
 {
     return QStringLiteral("资源数量不能小于已分配数量%1").arg(allocated);
@@ -300,6 +308,37 @@ inline QString abovePendingExposure(qint64 most)
 inline QString notSellable()
 {
     return QStringLiteral("账号可卖数量不足");
+}
+inline QString halted(const QString &trader)
+{
+    return QStringLiteral("交易员%1已被暂停交易，不能委托，只能撤单").arg(trader);
+}
+/// left: 0 when nothing of the direction reduces anything.
+inline QString notReducing(qint64 left)
+{
+    return left > 0 ? QStringLiteral("已被限制为只减仓，该方向最多还可委托%1").arg(left)
+                    : QStringLiteral("已被限制为只减仓，该方向没有可减的仓位");
+}
+inline QString repeatedOrder(const QString &order, int withinMs)
+{
+    return QStringLiteral("与%1毫秒内的委托%2重复，未报出").arg(QString::number(withinMs), order);
+}
+inline QString selfMatch(const QString &order, const QString &account, const QString &price)
+{
+    return QStringLiteral("会与同一产品的委托%1（账号%2，价格%3）自成交，未报出").arg(order, account, price);
+}
+/// Of an order that its sender may not see.
+inline QString selfMatchOfOthers()
+{
+    return QStringLiteral("会与同一产品其他交易员的委托自成交，未报出");
+}
+inline QString tooManyOrders(int most)
+{
+    return QStringLiteral("委托过于频繁：每秒最多%1笔").arg(most);
+}
+inline QString tooManyCancels(int most)
+{
+    return QStringLiteral("撤单过于频繁：每分钟最多%1笔").arg(most);
 }
 inline QString unknownOrder()
 {

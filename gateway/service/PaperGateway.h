@@ -9,9 +9,10 @@
 #include <optional>
 
 struct GatewayOptions {
-    std::optional<quint64> seed; ///< of the paper market; without it that of the state, in a new one 1
-    bool immediate = false;      ///< orders that can be filled are filled whole, at once
-    int slippage = 0;            ///< ticks to the disadvantage of an order that takes
+    std::optional<quint64> seed;   ///< of the paper market; without it that of the state, in a new one 1
+    bool immediate = false;        ///< orders that can be filled are filled whole, at once
+    int slippage = 0;              ///< ticks to the disadvantage of an order that takes
+    std::function<qint64()> clock; ///< the gateway's, ms since the epoch; without one the system's. Runs on its thread
 };
 
 /// A trading server on paper: books, state and the answers to every message, on a thread of its own that

@@ -26,6 +26,7 @@ Service::Service(const Books &books, std::unique_ptr<Store> store, const Gateway
     , m_seed(m_store->market().exchange.isEmpty() ? options.seed.value_or(1) : m_store->market().seed)
     , m_changes(*m_store)
     , m_memory{m_store->enabledAccounts(), Exchange(books, m_seed, {options.immediate, options.slippage})}
+    , m_clock(options.clock ? options.clock : QDateTime::currentMSecsSinceEpoch)
 {
     QSet<QString> seen;
     for (const Instrument &instrument : books.instruments) {
@@ -74,6 +75,8 @@ const QHash<QString, Service::Route> &Service::routes()
         {Stand_MsgType::QueryFillsRequest, {&Service::queryFills, Kind::Query}},
         {Stand_MsgType::ExchangeControlRequest, {&Service::controlMarket, Kind::Control}},
         {Stand_MsgType::PushUsageRequest, {&Service::pushUsage, Kind::Control}},
+        {Stand_MsgType::QuerySafetyRulesRequest, {&Service::querySafety, Kind::Query}},
+        {Stand_MsgType::AlterSafetyRulesRequest, {&Service::alterSafety, Kind::Change}},
         {Stand_MsgType::PictureRequest, {&Service::picture, Kind::Query}},
         {Master_MsgType::QueryManualT0ProductsRequest, {&Service::queryProducts, Kind::Query}},
         {Master_MsgType::QueryUserIdByUserRoleRequest, {&Service::queryUsersByRole, Kind::Query}},
@@ -137,7 +140,7 @@ MessageBody Service::answerTo(ClientSession &session, const Envelope &envelope)
 MessageBody Service::execute(ClientSession &session, const Envelope &envelope, const Route &route)
 {
     // Its sender was told that it has failed, so it must not be carried out any more.
-    if (envelope.validUntil < QDateTime::currentMSecsSinceEpoch())
+    if (envelope.validUntil < m_clock())
         return Answers::refused(GatewayTexts::expired());
     MessageBody body;
     QString reason;

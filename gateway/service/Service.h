@@ -3,6 +3,7 @@
 #include "Changes.h"
 #include "Envelope.h"
 #include "Exchange.h"
+#include "FlowWindow.h"
 #include "PaperGateway.h"
 #include "Store.h"
 #include "UsageGroup.h"
@@ -10,6 +11,8 @@
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QSet>
 #include <QtCore/QTimer>
+
+#include <map>
 
 class ChangeRow;
 
@@ -143,8 +146,9 @@ private:
     MessageBody queryRequestFate(const Request &request);
     MessageBody queryOrders(const Request &request);
     MessageBody queryFills(const Request &request);
-    VariantRecord placeOrder(const Request &request, const VariantRecord &row);
-    QString refusalOfCancel(const Request &request, const StoredOrder &order);
+    struct OrderGuards;
+    VariantRecord placeOrder(const Request &request, const VariantRecord &row, const OrderGuards &guards);
+    QString cancel(const Request &request, const StoredOrder &order, const SafetyRules &rules); ///< why not
     void pushOrder(const StoredOrder &order, const ClientSession *only = nullptr);
     void pushFill(const StoredFill &fill, const ClientSession *only = nullptr);
 
@@ -155,7 +159,24 @@ private:
     QString refusalOfMarket(const StoredOrder &order) const;
 
     /// Splits the quantity of an order that the ledger accepts, and takes it from the limits.
-    QString accept(StoredOrder &order, UsageGroup &group);
+    QString accept(StoredOrder &order, UsageGroup &group, bool reduceOnly);
+
+    // Service_Safety.cpp: what traders are held to besides their limits.
+    MessageBody querySafety(const Request &request);
+    MessageBody alterSafety(const Request &request);
+    VariantRecord safetyRow(const QString &trader);
+    QVector<QString> tradersSeen(const Request &request) const; ///< whose rules its user sees
+
+    /// What the orders of one request are held to.
+    struct OrderGuards {
+        SafetyRules rules;
+        QString lastBefore; ///< the last order of earlier requests
+    };
+
+    /// Why an order that everything else allows is not placed; empty: it is.
+    QString refusalOfGuards(const StoredOrder &order, const OrderGuards &guards);
+    QString refusalOfRepetition(const StoredOrder &order, const OrderGuards &guards);
+    QString refusalOfSelfMatch(const StoredOrder &order);
 
     // Service_Fills.cpp
     void applyFills(const QVector<Fill> &fills);
@@ -260,6 +281,14 @@ private:
         bool moved = false; ///< the exchange is to be saved
     };
     Memory m_memory;
+
+    /// What a trader has sent on to the exchange. Not in the store: a minute after a restart it is forgotten anyway.
+    struct Flow {
+        FlowWindow orders{1'000};
+        FlowWindow cancels{60'000};
+    };
+    std::map<QString, Flow> m_flows;
+    const std::function<qint64()> m_clock; ///< ms since the epoch
 
     QVector<QString> m_symbols; ///< in the order of the books
 

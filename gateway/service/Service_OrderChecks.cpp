@@ -31,7 +31,7 @@ Ledger::Order termsOf(const StoredOrder &order, const Instrument &instrument, co
     return terms;
 }
 
-QString refusalText(Ledger::Refusal refusal, const Ledger::Order &order, qint64 limit)
+QString refusalText(Ledger::Refusal refusal, const Ledger::Order &order, const Ledger::TraderUse &use, qint64 limit)
 {
     switch (refusal) {
     case Ledger::Refusal::None:
@@ -44,6 +44,8 @@ QString refusalText(Ledger::Refusal refusal, const Ledger::Order &order, qint64 
         return GatewayTexts::belowMinimum(order.minQty);
     case Ledger::Refusal::OffStep:
         return order.buy ? GatewayTexts::buyOffStep(order.step) : GatewayTexts::sellOffStep(order.step);
+    case Ledger::Refusal::NotReducing:
+        return GatewayTexts::notReducing(Ledger::reducible(use, order.buy));
     case Ledger::Refusal::AboveLimit:
         return GatewayTexts::aboveLimit(order.quantity, limit);
     case Ledger::Refusal::Exposure:
@@ -96,7 +98,11 @@ QString Service::readOrder(const VariantRecord &row, StoredOrder &order) const
         return GatewayTexts::noOrderPrice();
     if (!readWholeNumber(row.value(Security_::orderQty), order.quantity))
         return GatewayTexts::fractionalQuantity();
-    return refusalOfMarket(order);
+    const QString refusalNow = refusalOfMarket(order);
+    // One price, one number: prices are compared with those of other orders.
+    if (refusalNow.isEmpty())
+        order.price = Ticks::price(Ticks::micros(order.price));
+    return refusalNow;
 }
 
 QString Service::refusalOfSide(const StoredOrder &order) const
@@ -134,10 +140,11 @@ QString Service::refusalOfMarket(const StoredOrder &order) const
     return QString();
 }
 
-QString Service::accept(StoredOrder &order, UsageGroup &group)
+QString Service::accept(StoredOrder &order, UsageGroup &group, bool reduceOnly)
 {
     const Instrument &instrument = *m_books.instrument(order.holding.securityID, order.holding.exchange);
-    const Ledger::Order terms = termsOf(order, instrument, m_store->poolsOf(order.holding));
+    Ledger::Order terms = termsOf(order, instrument, m_store->poolsOf(order.holding));
+    terms.reduceOnly = reduceOnly;
     const Ledger::Stock stock = m_store->positionOf(order.holding).stock;
     group.usageOf(order.user); // a trader without a part of it has a limit of 0
     const int trader = group.byTrader.keys().indexOf(order.user);
@@ -147,5 +154,5 @@ QString Service::accept(StoredOrder &order, UsageGroup &group)
     group.usageOf(order.user).use = uses.at(trader);
     order.open = answer.parts;
     const qint64 limit = order.buy ? limits.closeBuy + limits.dailyBuy : limits.closeSell + limits.dailySell;
-    return refusalText(answer.refusal, terms, limit);
+    return refusalText(answer.refusal, terms, uses.at(trader), limit);
 }

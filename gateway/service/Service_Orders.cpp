@@ -75,16 +75,20 @@ VariantRecord fillRow(const StoredFill &fill)
 
 MessageBody Service::placeOrders(const Request &request)
 {
-    const QString refusal = refusalOfList(request);
+    const QString &user = request.user().userID;
+    const OrderGuards guards{m_store->safetyOf(user), m_store->lastOrderId()};
+    QString refusal = refusalOfList(request);
+    if (refusal.isEmpty() && guards.rules.isHalted())
+        refusal = GatewayTexts::halted(user);
     if (!refusal.isEmpty())
         return Answers::refused(refusal);
     RecordList rows;
     for (const VariantRecord &row : request.rows)
-        rows.append(placeOrder(request, row));
+        rows.append(placeOrder(request, row, guards));
     return Answers::success(rows);
 }
 
-VariantRecord Service::placeOrder(const Request &request, const VariantRecord &row)
+VariantRecord Service::placeOrder(const Request &request, const VariantRecord &row, const OrderGuards &guards)
 {
     StoredOrder order;
     order.user = request.user().userID;
@@ -94,12 +98,15 @@ VariantRecord Service::placeOrder(const Request &request, const VariantRecord &r
     order.request = request.id;
     order.status = Stand_Values::OrderStatus::Accepted;
     order.placedMs = order.changedMs = m_memory.exchange.time();
+    order.receivedMs = m_clock();
     QString refusal = readOrder(row, order);
     UsageGroup group;
     if (refusal.isEmpty()) {
         group = groupOf(order.holding);
-        refusal = accept(order, group);
+        refusal = accept(order, group, guards.rules.reducesOnly());
     }
+    if (refusal.isEmpty())
+        refusal = refusalOfGuards(order, guards);
     if (!refusal.isEmpty()) {
         m_changes.noteOrder(order, refusal);
         return resultRow(QString(), refusal);
@@ -116,11 +123,12 @@ VariantRecord Service::placeOrder(const Request &request, const VariantRecord &r
 
 MessageBody Service::cancelOrders(const Request &request)
 {
+    const SafetyRules rules = m_store->safetyOf(request.user().userID);
     RecordList rows;
     for (const VariantRecord &row : request.rows) {
         const QString id = row.value(Security_::orderID).toString();
         const StoredOrder order = m_store->order(id);
-        const QString refusal = refusalOfCancel(request, order);
+        const QString refusal = cancel(request, order, rules);
         m_changes.noteCancel(id, order, refusal);
         if (refusal.isEmpty()) {
             touch(order.symbol);
@@ -131,18 +139,25 @@ MessageBody Service::cancelOrders(const Request &request)
     return Answers::success(rows);
 }
 
-QString Service::refusalOfCancel(const Request &request, const StoredOrder &order)
+QString Service::cancel(const Request &request, const StoredOrder &order, const SafetyRules &rules)
 {
-    const bool isHis = order.user == request.user().userID || request.user().isManager();
-    if (order.id.isEmpty() || !isHis)
+    const bool isHis = order.user == request.user().userID;
+    if (order.id.isEmpty() || !(isHis || request.user().isManager()))
         return GatewayTexts::unknownOrder();
     if (order.holding.account != request.text(UserAccount_::tradingAccount))
         return GatewayTexts::foreignOrder(order.holding.account);
     if (!order.isLive())
         return GatewayTexts::finalOrder();
-    return m_memory.exchange.cancel(order.id) == Exchange::Cancelled::Yes
-               ? QString()
-               : GatewayTexts::noCancelsNow(order.holding.exchange);
+    // deliberate: who was told to reduce or to stop can always take his orders back, and a manager everybody's.
+    const int most = isHis && rules.isActive() ? rules.cancelsPerMinute : 0;
+    FlowWindow &flow = m_flows[request.user().userID].cancels;
+    if (most > 0 && !flow.hasRoom(m_clock(), most))
+        return GatewayTexts::tooManyCancels(most);
+    if (m_memory.exchange.cancel(order.id) != Exchange::Cancelled::Yes)
+        return GatewayTexts::noCancelsNow(order.holding.exchange);
+    if (most > 0)
+        flow.count(m_clock());
+    return QString();
 }
 
 MessageBody Service::queryRequestFate(const Request &request)

@@ -15,7 +15,7 @@ namespace {
 QStringList livePushes()
 {
     using namespace Stand_MsgType;
-    return {OrderPush, FillPush, PositionPush, QuotePush, MarketPush};
+    return {OrderPush, FillPush, PositionPush, QuotePush, MarketPush, SafetyRulesPush};
 }
 
 } // namespace
@@ -71,6 +71,9 @@ void Service::pushMissed(const Request &request, const QString &type)
             push(type, quoteRow(symbol), QString(), only);
     if (type == Stand_MsgType::MarketPush)
         push(type, marketRow(), QString(), only);
+    if (type == Stand_MsgType::SafetyRulesPush)
+        for (const QString &trader : tradersSeen(request))
+            push(type, safetyRow(trader), trader, only);
 }
 
 MessageBody Service::subscribeUsage(const Request &request)

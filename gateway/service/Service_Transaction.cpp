@@ -5,8 +5,6 @@
 #include "GatewayTexts.h"
 #include "OrvaneFields.h"
 
-#include <QtCore/QDateTime>
-
 #include <algorithm>
 #include <limits>
 
@@ -94,7 +92,7 @@ bool Service::refreshTouched()
 bool Service::record(const QString &user, const Envelope &envelope, const MessageBody &answer)
 {
     const QString refusal = Answers::refusalOf(answer);
-    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    const qint64 now = m_clock();
     QVector<AuditEntry> entries = m_changes.audit();
     if (!refusal.isEmpty())
         entries = {AuditEntry()};

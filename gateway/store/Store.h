@@ -2,6 +2,7 @@
 
 #include "Books.h"
 #include "Ledger.h"
+#include "SafetyRules.h"
 
 #include <QtCore/QSet>
 
@@ -66,6 +67,7 @@ struct StoredOrder {
     QString text;        ///< why it ended unfilled
     qint64 placedMs = 0; ///< of the market clock, like all its times
     qint64 changedMs = 0;
+    qint64 receivedMs = 0; ///< of the gateway's clock
 
     bool isLive() const { return open.total() > 0; }
 };
@@ -113,9 +115,9 @@ struct AuditFilter {
 QString legSideText(Ledger::Side side);
 
 /// The gateway's state in an SQLite database: enabled accounts, resources, pools, usage records, positions, orders,
-/// fills, the market, the time of the last change, the answers to change requests and the audit. What was committed
-/// survives the end of the process at any moment. Ids are of fixed width, rise with every insertion and are never given
-/// twice.
+/// fills, what traders are held to, the market, the time of the last change, the answers to change requests and the
+/// audit. What was committed survives the end of the process at any moment. Ids are of fixed width, rise with every
+/// insertion and are never given twice.
 ///
 /// Lives on the thread that opened it. An operation that fails leaves an error text and the database as it
 /// was before the transaction.
@@ -173,6 +175,18 @@ public:
     QVector<StoredOrder> ordersOfDay(const QString &user, const QString &afterId, int limit);
     QVector<StoredFill> fillsOfDay(const QString &user, const QString &afterId, int limit);
 
+    QString lastOrderId(); ///< empty: there was none yet
+
+    /// The last order up to an id that repeats this one: of the same user, holding, side, price and quantity.
+    /// Without an id when there is none.
+    StoredOrder lastEqual(const StoredOrder &order, const QString &upToId);
+
+    /// The account's live order of the other side that an order would meet first; without an id when it would meet
+    /// none.
+    StoredOrder meeting(const StoredOrder &order, const QString &account);
+
+    SafetyRules safetyOf(const QString &trader);
+
     StoredMarket market();
 
     // What changes the state is to be called inside a transaction.
@@ -194,6 +208,8 @@ public:
     QString savePosition(const StoredPosition &position);
     QString saveOrder(const StoredOrder &order);
     QString addFill(const StoredFill &fill);
+
+    bool saveSafety(const QString &trader, const SafetyRules &rules);
 
     /// The market clock; kept when the market is saved.
     void moveClock(qint64 marketMs);
@@ -240,6 +256,7 @@ private:
     bool importPools(const Books &books);
     bool importCarried(const Books &books);
     bool importPositions(const Books &books);
+    bool importSafety(const Books &books);
     bool checkBooks(const Books &books);
     bool readClock();
 

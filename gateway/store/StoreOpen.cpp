@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int schemaVersion = 4;
+constexpr int schemaVersion = 5;
 constexpr int applicationId = 0x54304757; // marks the file as a gateway's
 
 /// The state hangs on the accounts and on how their securities are counted; prices, users and new
@@ -63,9 +63,17 @@ QStringList schema()
                        "open_pre INTEGER NOT NULL CHECK (open_pre >= 0), open_daily INTEGER NOT NULL "
                        "CHECK (open_daily >= 0), filled INTEGER NOT NULL, amount REAL NOT NULL, status TEXT NOT NULL, "
                        "business TEXT, remark TEXT, request TEXT, text TEXT, placed_ms INTEGER NOT NULL, "
-                       "changed_ms INTEGER NOT NULL)"),
+                       "changed_ms INTEGER NOT NULL, received_ms INTEGER NOT NULL)"),
         QStringLiteral("CREATE INDEX live_orders ON orders (account, security, exchange) "
                        "WHERE open_pre + open_daily > 0"),
+        // What an order would meet, best price first; and the last one that it repeats.
+        QStringLiteral("CREATE INDEX live_prices ON orders (account, symbol, buy, price) "
+                       "WHERE open_pre + open_daily > 0"),
+        QStringLiteral("CREATE INDEX orders_by_content ON orders (user, account, security, exchange, side, price, "
+                       "quantity)"),
+        QStringLiteral("CREATE TABLE safety (trader TEXT PRIMARY KEY, trade_switch TEXT NOT NULL, "
+                       "orders_per_second INTEGER NOT NULL, cancels_per_minute INTEGER NOT NULL, "
+                       "duplicate_ms INTEGER NOT NULL, refuse_self_match INTEGER NOT NULL) WITHOUT ROWID"),
         QStringLiteral("CREATE TABLE fills (id INTEGER PRIMARY KEY AUTOINCREMENT, order_id INTEGER NOT NULL "
                        "REFERENCES orders (id), quantity INTEGER NOT NULL CHECK (quantity > 0), price REAL NOT NULL, "
                        "ms INTEGER NOT NULL)"),
@@ -178,7 +186,8 @@ bool Store::import(const Books &books)
     if (!d->execute(QStringLiteral("INSERT INTO clock VALUES (?, 0, 0, ?, 0, 0, x'', 0, 0)"),
                     {d->marketMs, fingerprint(books)}))
         return false;
-    return importAccounts(books) && importPools(books) && importCarried(books) && importPositions(books);
+    return importAccounts(books) && importPools(books) && importCarried(books) && importPositions(books) &&
+           importSafety(books);
 }
 
 bool Store::importAccounts(const Books &books)

@@ -21,7 +21,7 @@ QString orderColumns()
 {
     return QStringLiteral("o.id, o.user, o.account, o.security, o.exchange, o.symbol, o.side, o.buy, o.price, "
                           "o.quantity, o.open_pre, o.open_daily, o.filled, o.amount, o.status, o.business, o.remark, "
-                          "o.request, o.text, o.placed_ms, o.changed_ms");
+                          "o.request, o.text, o.placed_ms, o.changed_ms, o.received_ms");
 }
 
 StoredOrder orderFrom(const QSqlQuery &query)
@@ -47,6 +47,7 @@ StoredOrder orderFrom(const QSqlQuery &query)
     order.text = text(18);
     order.placedMs = number(19);
     order.changedMs = number(20);
+    order.receivedMs = number(21);
     return order;
 }
 
@@ -62,7 +63,7 @@ QString live()
 
 StoredFill fillFrom(const QSqlQuery &query)
 {
-    constexpr int behindOrder = 21;
+    constexpr int behindOrder = 22;
     return {StoreIds::id(StoreIds::fillKind, query.value(behindOrder).toLongLong()), orderFrom(query),
             query.value(behindOrder + 1).toLongLong(), query.value(behindOrder + 2).toDouble(),
             query.value(behindOrder + 3).toLongLong()};
@@ -156,6 +157,34 @@ QVector<StoredOrder> Store::liveOrdersOfAccount(const QString &account)
                                 {account}, orderFrom);
 }
 
+QString Store::lastOrderId()
+{
+    const auto last = d->row<qint64>(QStringLiteral("SELECT MAX(id) FROM orders"), {},
+                                     [](const QSqlQuery &row) { return row.value(0).toLongLong(); });
+    return last > 0 ? StoreIds::id(StoreIds::orderKind, last) : QString();
+}
+
+StoredOrder Store::lastEqual(const StoredOrder &order, const QString &upToId)
+{
+    const Holding &holding = order.holding;
+    const QString sql = selectOrders() + QStringLiteral("WHERE o.user = ? AND o.account = ? AND o.security = ? AND "
+                                                        "o.exchange = ? AND o.side = ? AND o.price = ? AND "
+                                                        "o.quantity = ? AND o.id <= ? ORDER BY o.id DESC LIMIT 1");
+    return d->row<StoredOrder>(sql,
+                               {order.user, holding.account, holding.securityID, holding.exchange, order.sideUnion,
+                                order.price, order.quantity, StoreIds::row(upToId, StoreIds::orderKind)},
+                               orderFrom);
+}
+
+StoredOrder Store::meeting(const StoredOrder &order, const QString &account)
+{
+    const QString reached = order.buy ? QStringLiteral("o.price <= ? ORDER BY o.price")
+                                      : QStringLiteral("o.price >= ? ORDER BY o.price DESC");
+    const QString sql = selectOrders() + QStringLiteral("WHERE o.account = ? AND o.symbol = ? AND o.buy = ? AND ") +
+                        live() + QStringLiteral("AND ") + reached + QStringLiteral(" LIMIT 1");
+    return d->row<StoredOrder>(sql, {account, order.symbol, int(!order.buy), order.price}, orderFrom);
+}
+
 QVector<StoredOrder> Store::ordersOfDay(const QString &user, const QString &afterId, int limit)
 {
     const QString sql = selectOrders() + QStringLiteral("WHERE o.id > MAX(?, (SELECT day_order FROM clock)) AND "
@@ -186,12 +215,13 @@ QString Store::saveOrder(const StoredOrder &order)
                    : QString();
     const Holding &holding = order.holding;
     const QSqlQuery *query = d->execute(
-        QStringLiteral("INSERT INTO orders (open_pre, open_daily, filled, amount, status, text, changed_ms, user, "
-                       "account, security, exchange, symbol, side, buy, price, quantity, business, remark, request, "
-                       "placed_ms) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
+        QStringLiteral(
+            "INSERT INTO orders (open_pre, open_daily, filled, amount, status, text, changed_ms, user, "
+            "account, security, exchange, symbol, side, buy, price, quantity, business, remark, request, "
+            "placed_ms, received_ms) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
         state + QVariantList{order.user, holding.account, holding.securityID, holding.exchange, order.symbol,
                              order.sideUnion, int(order.buy), order.price, order.quantity, order.businessType,
-                             order.remark, order.request, order.placedMs});
+                             order.remark, order.request, order.placedMs, order.receivedMs});
     return query ? StoreIds::id(StoreIds::orderKind, query->lastInsertId().toLongLong()) : QString();
 }
 

@@ -22,6 +22,7 @@ struct Waiting {
     RecordList fills;
     QSet<QString> accounts;
     VariantRecord market;
+    RecordList safetyRules;
     QStringList messages;
     QVector<FinishedRequest> requests;
 };
@@ -96,6 +97,8 @@ void HostNews::deliver()
         emit fillsCame(news.fills);
     if (!news.accounts.isEmpty())
         emit positionsChanged(sorted(news.accounts));
+    if (!news.safetyRules.isEmpty())
+        emit safetyRulesChanged(news.safetyRules);
     if (!news.messages.isEmpty())
         emit businessMessagesCame(news.messages);
     if (!news.requests.isEmpty())
@@ -191,6 +194,11 @@ void NewsDesk::positions(const RecordList &rows)
 void NewsDesk::market(const VariantRecord &market)
 {
     enter([&](HostNews::Private &d) { d.waiting.market = market; });
+}
+
+void NewsDesk::safetyRules(const RecordList &rows)
+{
+    enter([&](HostNews::Private &d) { d.waiting.safetyRules += rows; });
 }
 
 void NewsDesk::businessMessage(const QString &line)

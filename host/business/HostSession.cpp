@@ -92,12 +92,15 @@ const QVector<LiveFamily> &liveFamilies()
 
 void onPush(const Envelope &envelope)
 {
-    for (const LiveFamily &family : liveFamilies()) {
+    const auto take = [&envelope](const QString &pushType, void (*pushed)(const RecordList &rows)) {
         MessageBody body;
         QString errorText;
-        if (family.pushType == envelope.type && MessageBody::decode(envelope.body, body, errorText))
-            family.pushed(body.rows);
-    }
+        if (pushType == envelope.type && MessageBody::decode(envelope.body, body, errorText))
+            pushed(body.rows);
+    };
+    for (const LiveFamily &family : liveFamilies())
+        take(family.pushType, family.pushed);
+    take(Stand_MsgType::SafetyRulesPush, NewsDesk::safetyRules); // subscribed by who shows them
     PresenterLines::push(envelope);
 }
 

@@ -16,6 +16,7 @@ public:
     static void fills(const RecordList &rows);
     static void positions(const RecordList &rows);
     static void market(const VariantRecord &market);
+    static void safetyRules(const RecordList &rows);
     static void businessMessage(const QString &line);
     static void request(const FinishedRequest &request);
 

@@ -40,6 +40,7 @@ signals:
     void fillsCame(const RecordList &fills);             ///< in the order they came
     void positionsChanged(const QStringList &accounts);  ///< BusinessDataInterface has the new ones
     void marketChanged(const VariantRecord &market);     ///< as HostSession::marketState
+    void safetyRulesChanged(const RecordList &rows);     ///< of who subscribed Stand_MsgType::SafetyRulesPush: its rows
     void businessMessagesCame(const QStringList &lines); ///< text, level and time, a tab between, oldest first
     void requestsFinished(const QVector<FinishedRequest> &requests);
     void connectionChanged(); ///< of the session's channel; noticed within a quarter of a second

@@ -89,6 +89,15 @@ extern T0_WIRE_EXPORT const QString command;    ///< one of Stand_Values::Market
 extern T0_WIRE_EXPORT const QString count;      ///< of steps, one second of the market each
 } // namespace Stand_Fields::Market
 
+/// What a trader is held to, beside his field Master_Fields::ManualT0::T0TraderId.
+namespace Stand_Fields::Safety {
+extern T0_WIRE_EXPORT const QString tradeSwitch;      ///< one of Stand_Values::TradeSwitch
+extern T0_WIRE_EXPORT const QString ordersPerSecond;  ///< whole number; 0: no limit
+extern T0_WIRE_EXPORT const QString cancelsPerMinute; ///< whole number; 0: no limit
+extern T0_WIRE_EXPORT const QString duplicateMs;      ///< for how long an order is not taken again; 0: it is
+extern T0_WIRE_EXPORT const QString refuseSelfMatch;  ///< bool, no order that would meet one of its own product
+} // namespace Stand_Fields::Safety
+
 namespace Stand_Fields::User {
 extern T0_WIRE_EXPORT const QString roles; ///< list of Master_Values::UserRoles
 } // namespace Stand_Fields::User
@@ -143,3 +152,9 @@ extern T0_WIRE_EXPORT const QString hold;
 extern T0_WIRE_EXPORT const QString run;
 extern T0_WIRE_EXPORT const QString dayChange;
 } // namespace Stand_Values::MarketCommand
+
+namespace Stand_Values::TradeSwitch {
+extern T0_WIRE_EXPORT const QString Active;
+extern T0_WIRE_EXPORT const QString ReduceOnly; ///< only orders that bring an open position nearer to zero
+extern T0_WIRE_EXPORT const QString Halted;     ///< no orders
+} // namespace Stand_Values::TradeSwitch

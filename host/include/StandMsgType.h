@@ -37,4 +37,11 @@ extern T0_WIRE_EXPORT const QString PositionPush;       ///< one row as of Query
 extern T0_WIRE_EXPORT const QString MarketPush;         ///< row {marketTime, phases, held, speed}
 extern T0_WIRE_EXPORT const QString
     ExchangeControlRequest; ///< row {Stand_Fields::Market::command, count, speed}; answer: the row of MarketPush
+
+/// ByPos; answer: what each trader is held to, one row a trader; a manager sees everybody's, others their own.
+extern T0_WIRE_EXPORT const QString QuerySafetyRulesRequest;
+/// Of managers. First row: a header; then one row a trader {T0TraderId, the fields of Stand_Fields::Safety}; what a row
+/// does not name stays. Answer: the rows as they are now.
+extern T0_WIRE_EXPORT const QString AlterSafetyRulesRequest;
+extern T0_WIRE_EXPORT const QString SafetyRulesPush; ///< a row of the query that has changed
 } // namespace Stand_MsgType

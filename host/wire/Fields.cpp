@@ -139,6 +139,12 @@ TEXT_OF_ITS_NAME(Stand_Fields::Fill, fillID);
 TEXT_OF_ITS_NAME(Stand_Fields::Fill, fillQty);
 TEXT_OF_ITS_NAME(Stand_Fields::Fill, fillTime);
 
+TEXT_OF_ITS_NAME(Stand_Fields::Safety, tradeSwitch);
+TEXT_OF_ITS_NAME(Stand_Fields::Safety, ordersPerSecond);
+TEXT_OF_ITS_NAME(Stand_Fields::Safety, cancelsPerMinute);
+TEXT_OF_ITS_NAME(Stand_Fields::Safety, duplicateMs);
+TEXT_OF_ITS_NAME(Stand_Fields::Safety, refuseSelfMatch);
+
 TEXT_OF_ITS_NAME(Stand_Fields::Market, marketTime);
 TEXT_OF_ITS_NAME(Stand_Fields::Market, phases);
 TEXT_OF_ITS_NAME(Stand_Fields::Market, held);
@@ -183,3 +189,7 @@ TEXT_OF_ITS_NAME(Stand_Values::MarketCommand, step);
 TEXT_OF_ITS_NAME(Stand_Values::MarketCommand, hold);
 TEXT_OF_ITS_NAME(Stand_Values::MarketCommand, run);
 TEXT_OF_ITS_NAME(Stand_Values::MarketCommand, dayChange);
+
+TEXT_OF_ITS_NAME(Stand_Values::TradeSwitch, Active);
+TEXT_OF_ITS_NAME(Stand_Values::TradeSwitch, ReduceOnly);
+TEXT_OF_ITS_NAME(Stand_Values::TradeSwitch, Halted);

@@ -108,6 +108,9 @@ TEXT_OF_ITS_NAME(Stand_MsgType, FillPush);
 TEXT_OF_ITS_NAME(Stand_MsgType, PositionPush);
 TEXT_OF_ITS_NAME(Stand_MsgType, MarketPush);
 TEXT_OF_ITS_NAME(Stand_MsgType, ExchangeControlRequest);
+TEXT_OF_ITS_NAME(Stand_MsgType, QuerySafetyRulesRequest);
+TEXT_OF_ITS_NAME(Stand_MsgType, AlterSafetyRulesRequest);
+TEXT_OF_ITS_NAME(Stand_MsgType, SafetyRulesPush);
 
 const QString Constants::SymbolSearch_Split = QStringLiteral("|");
 

@@ -61,10 +61,11 @@ void DayTest::theDayIsTheSameEveryTimeAndInReplay()
     QCOMPARE(lastLine(replay.output), hash);
     QVERIFY(tables.output.contains(replay.output.chopped(hash.size())));
 
-    QCOMPARE(refusals(day),
-             (QStringList{"卖出数量应为100的整数倍，零股应一次性卖出", "委托价格必须是[0.01]的整数倍！",
-                          "委托价格不是最小变动价位的整数倍", "价格不是有效价位，或超出涨跌停范围11.12到13.6",
-                          "买入数量应为100的整数倍", "委托数量900000超过可用额度2700", "请求超时"}));
+    QCOMPARE(refusals(day), (QStringList{"卖出数量应为100的整数倍，零股应一次性卖出", "委托价格必须是[0.01]的整数倍！",
+                                         "委托价格不是最小变动价位的整数倍",
+                                         "价格不是有效价位，或超出涨跌停范围11.12到13.6", "买入数量应为100的整数倍",
+                                         "委托数量900000超过可用额度2700", "已被限制为只减仓，该方向没有可减的仓位",
+                                         "交易员trader3已被暂停交易，不能委托，只能撤单", "请求超时"}));
     QString statuses;
     for (const QJsonValue &order : resultOf(day, "orders"))
         statuses += order.toObject().value(Orvane_Fields::Security::orderStatus).toString().at(0);

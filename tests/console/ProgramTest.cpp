@@ -124,19 +124,22 @@ void ProgramTest::badCommandsNameLineAndReason()
 {
     const Run run = runConsole("echo good\n\nGetAllResourceLis\nGetT0Symbols 1\nsleep soon\nquote 1.XX 5\n"
                                "fault QueryManualT0ResourceRequest brake\nechoo [1\nwait inited 0\n"
-                               "fault QuotePush truncate 0\necho still here\n");
+                               "fault QuotePush truncate 0\nsafety trader1 stop\nsafety nobody\necho still here\n");
     QCOMPARE(run.exitCode, 1);
-    QCOMPARE(run.errors, QStringLiteral("<stdin>:3: unknown command GetAllResourceLis, did you mean "
-                                        "GetAllResourceList?\n"
-                                        "<stdin>:4: GetT0Symbols takes no arguments, not 1\n"
-                                        "<stdin>:5: argument 1: an integer is expected, not soon\n"
-                                        "<stdin>:6: fail: 证券不存在：1.XX\n"
-                                        "<stdin>:7: unknown fault brake\n"
-                                        "<stdin>:8: column 7: bad JSON, it is not closed\n"
-                                        "<stdin>:9: nothing is being loaded: init comes first\n"
-                                        "<stdin>:10: truncate strikes paged queries, QuotePush is a push\n"));
+    QCOMPARE(run.errors,
+             QStringLiteral("<stdin>:3: unknown command GetAllResourceLis, did you mean "
+                            "GetAllResourceList?\n"
+                            "<stdin>:4: GetT0Symbols takes no arguments, not 1\n"
+                            "<stdin>:5: argument 1: an integer is expected, not soon\n"
+                            "<stdin>:6: fail: 证券不存在：1.XX\n"
+                            "<stdin>:7: unknown fault brake\n"
+                            "<stdin>:8: column 7: bad JSON, it is not closed\n"
+                            "<stdin>:9: nothing is being loaded: init comes first\n"
+                            "<stdin>:10: truncate strikes paged queries, QuotePush is a push\n"
+                            "<stdin>:11: argument 2: active, reduce, halt or a record is expected, not stop\n"
+                            "<stdin>:12: there is no trader nobody whose rules you may see\n"));
     const QVector<QJsonObject> lines = run.lines();
-    QCOMPARE(lines.size(), 10);
+    QCOMPARE(lines.size(), 12);
     QCOMPARE(lines.at(3).value("line").toInt(), 5);
     QCOMPARE(lines.at(3).value("error"), QJsonValue("argument 1: an integer is expected, not soon"));
     QCOMPARE(lines.constLast().value("result"), QJsonValue("still here"));

@@ -77,6 +77,8 @@ void BooksTest::namesEveryErrorAtOnce()
     plant(BookFiles::pools(), 1, "maxExposure", "x");
     plant(BookFiles::pools(), 1, "quantity", "9000");
     plant(BookFiles::carried(), 1, "side", "Both");
+    plant(BookFiles::safety(), 1, "tradeSwitch", "Off");
+    plant(BookFiles::safety(), 1, "ordersPerSecond", "1001");
     plant(BookFiles::quotes(), 1, "last", "much");
     plant(BookFiles::quotes(), 1, "symbol", "600000.SH");
 
@@ -129,6 +131,8 @@ void BooksTest::refuses_data()
     add("exposure below none", BookFiles::pools(), 1, "maxExposure", "-2");
     add("legs are of somebody", BookFiles::carried(), 1, "trader", "public");
     add("legs are not empty", BookFiles::carried(), 1, "quantity", "0");
+    add("rules are of a trader", BookFiles::safety(), 1, "trader", "manager1");
+    add("one row a trader", BookFiles::safety(), 2, "trader", "lead1");
     add("prices are not negative", BookFiles::quotes(), 1, "last", "-1");
 }
 

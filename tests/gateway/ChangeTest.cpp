@@ -18,6 +18,7 @@
 
 namespace {
 
+namespace Safety_ = Stand_Fields::Safety;
 namespace T0_ = Master_Fields::ManualT0;
 namespace UserAccount_ = Orvane_Fields::UserAccount;
 using Master_Fields::System::addType;
@@ -59,7 +60,15 @@ Sample sampleOf(const QString &type)
          {},
          {{{T0_::PoolDetailId, "P000000001"}, {T0_::PoolTotalQty, 5}}}},
         {Master_MsgType::DeleteManualT0SecurityPoolRequest, {}, {{{T0_::PoolDetailId, "P000000001"}}}},
-        {Master_MsgType::AddManualT0ResourceAndPoolRequest, cover, {pool}}};
+        {Master_MsgType::AddManualT0ResourceAndPoolRequest, cover, {pool}},
+        {Stand_MsgType::AlterSafetyRulesRequest,
+         {},
+         {{{T0_::T0TraderId, "t1"},
+           {Safety_::tradeSwitch, "Halted"},
+           {Safety_::ordersPerSecond, 5},
+           {Safety_::cancelsPerMinute, 60},
+           {Safety_::duplicateMs, 500},
+           {Safety_::refuseSelfMatch, true}}}}};
     for (const Sample &sample : samples)
         if (sample.type == type)
             return sample;
@@ -87,6 +96,7 @@ RecordList pictureOf(TestClient &client)
     const VariantRecord account{{UserAccount_::tradingAccount, "A1"}};
     rows += client.all(Master_MsgType::QueryManualT0ResourceRequest, account);
     rows += client.all(Master_MsgType::QueryManualT0SecurityPoolRequest, account);
+    rows += client.all(Stand_MsgType::QuerySafetyRulesRequest);
     return rows + client.all(Master_MsgType::QueryManualT0RealTimePoolUsageRequest, {{T0_::T0TraderId, "t1,t2"}});
 }
 
@@ -142,11 +152,15 @@ private:
 
 void ChangeTest::initTestCase()
 {
-    m_types = QStringList{
-        Master_MsgType::AlterManualT0ProductsRequest,        Master_MsgType::AddManualT0ResourceRequest,
-        Master_MsgType::AlterManualT0ResourceRequest,        Master_MsgType::DeleteManualT0ResourceRequest,
-        Master_MsgType::AllocateManualT0SecurityPoolRequest, Master_MsgType::AlterManualT0SecurityPoolRequest,
-        Master_MsgType::DeleteManualT0SecurityPoolRequest,   Master_MsgType::AddManualT0ResourceAndPoolRequest};
+    m_types = QStringList{Master_MsgType::AlterManualT0ProductsRequest,
+                          Master_MsgType::AddManualT0ResourceRequest,
+                          Master_MsgType::AlterManualT0ResourceRequest,
+                          Master_MsgType::DeleteManualT0ResourceRequest,
+                          Master_MsgType::AllocateManualT0SecurityPoolRequest,
+                          Master_MsgType::AlterManualT0SecurityPoolRequest,
+                          Master_MsgType::DeleteManualT0SecurityPoolRequest,
+                          Master_MsgType::AddManualT0ResourceAndPoolRequest,
+                          Stand_MsgType::AlterSafetyRulesRequest};
 }
 
 void ChangeTest::init()
@@ -160,7 +174,7 @@ void ChangeTest::everyChangeIsPushedAndAudited_data()
     QTest::addColumn<QString>("type");
     QTest::addColumn<QString>("audit");
     QTest::addColumn<int>("records"); // of usage
-    const QVector<int> records{1, 0, 0, 2, 1, 1, 1, 1};
+    const QVector<int> records{1, 0, 0, 2, 1, 1, 1, 1, 0};
     const QStringList audits{"account enabled true>false",
                              "resource ResourceQty 3000>7",
                              "resource ResourceQty 3000>2990",
@@ -170,7 +184,10 @@ void ChangeTest::everyChangeIsPushedAndAudited_data()
                              "pool PoolTotalQty 1000>5",
                              "pool PoolTotalQty 1000>, pool MaxExposureQty -1>, pool MaxPendExposureQty -1>",
                              "resource ResourceQty 3000>9, pool PoolTotalQty >9, pool MaxExposureQty >-1, "
-                             "pool MaxPendExposureQty >-1"};
+                             "pool MaxPendExposureQty >-1",
+                             "safety tradeSwitch Active>Halted, safety ordersPerSecond 0>5, "
+                             "safety cancelsPerMinute 0>60, safety duplicateMs 0>500, "
+                             "safety refuseSelfMatch false>true"};
     for (int i = 0; i < m_types.size(); ++i)
         QTest::newRow(qPrintable(m_types.at(i))) << m_types.at(i) << audits.at(i) << records.at(i);
 }
@@ -279,6 +296,15 @@ void ChangeTest::refuses_data()
     row(both, T0_::PoolTotalQty, 1, "第2行：交易员重复：t2");
     row(both, UserAccount_::securityExchange, "SZ", "第2行：证券不存在：600002（SZ）");
     row(both, T0_::PoolType, 0, "第1行：交易员t2的券池的PoolType应为1");
+    const QString safety = Stand_MsgType::AlterSafetyRulesRequest;
+    row(safety, T0_::T0TraderId, "T1", "第1行：交易员不存在：T1");
+    row(safety, T0_::T0TraderId, "m", "第1行：用户m不是交易员");
+    row(safety, Safety_::tradeSwitch, "halted", "第1行：tradeSwitch应为Active、ReduceOnly、Halted之一：halted");
+    row(safety, Safety_::ordersPerSecond, 1001, "第1行：ordersPerSecond不能超过1000");
+    row(safety, Safety_::cancelsPerMinute, -1, "第1行：cancelsPerMinute不能为负数");
+    row(safety, Safety_::duplicateMs, 0.5, "第1行：duplicateMs应为整数");
+    row(safety, Safety_::refuseSelfMatch, 1, "第1行：refuseSelfMatch应为true或false");
+    row(safety, T0_::T0TraderId, "t1", "第2行：交易员重复：t1");
 }
 
 void ChangeTest::refuses()

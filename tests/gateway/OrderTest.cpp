@@ -7,6 +7,7 @@
 #include "StandFields.h"
 #include "StandMsgType.h"
 #include "TestClient.h"
+#include "TestOrders.h"
 #include "Tests.h"
 
 #include <QtCore/QTemporaryDir>
@@ -23,6 +24,7 @@ namespace Security_ = Orvane_Fields::Security;
 namespace Side = Master_Values::SideUnion;
 namespace T0_ = Master_Fields::ManualT0;
 namespace UserAccount_ = Orvane_Fields::UserAccount;
+using namespace TestOrders;
 using Master_Fields::Security::SideUnion;
 using Orvane_Fields::System::requestExeStatus;
 using Orvane_Fields::System::textDescription;
@@ -46,34 +48,6 @@ Books fewSecurities()
     keep(books.carried, ofHolding);
     books.buildIndexes();
     return books;
-}
-
-VariantRecord headerOf(const QString &account)
-{
-    return {{UserAccount_::tradingAccount, account},
-            {Order_::businessName, "ManualT0Trade"},
-            {Master_Fields::Security::VantaBusiType, Master_Values::VantaBusiType::ManualT0Order}};
-}
-
-VariantRecord orderOf(const QString &symbol, const QString &exchange, const QString &side, const QString &price,
-                      const QVariant &quantity)
-{
-    return {{Security_::symbol, symbol},
-            {UserAccount_::securityExchange, exchange},
-            {SideUnion, side},
-            {Security_::price, price},
-            {Security_::orderQty, quantity},
-            {Order_::priceType, Orvane_Values::PriceType::limit}};
-}
-
-VariantRecord control(const QString &command, qint64 count = 1)
-{
-    return {{Market_::command, command}, {Market_::count, count}};
-}
-
-QString textOf(const VariantRecord &row, const QString &field)
-{
-    return row.value(field).toString();
 }
 
 bool isLive(const VariantRecord &order)

@@ -45,6 +45,7 @@ void StoreTest::beginsWithTheBooksAndKeepsItsOwn()
 {
     Books books = TestBooks::withRows(3);
     books.carried = {{"t2", books.resources.at(1).holding, "SellOpen", 200, 1998}};
+    books.safety = {{"t1", {Stand_Values::TradeSwitch::Halted, 5, 60, 500, true}}};
     books.buildIndexes();
     QString errorText;
     {
@@ -56,6 +57,7 @@ void StoreTest::beginsWithTheBooksAndKeepsItsOwn()
     // Tomorrow's books have another opening state and another security: the state is the older one.
     books.resources.clear();
     books.pools.clear();
+    books.safety.clear();
     books.instruments.append(SampleBooks::make(1).instruments.at(0));
     books.buildIndexes();
     const auto store = Store::open(m_file, books, errorText);
@@ -63,6 +65,11 @@ void StoreTest::beginsWithTheBooksAndKeepsItsOwn()
     QCOMPARE(store->resources("A1", QString(), 10).size(), 3);
     QCOMPARE(store->pools("A1", QString(), 10).size(), 3);
     QVERIFY(store->allUsage().value(0).use.leg.side == Ledger::Side::SellOpen);
+    const SafetyRules rules = store->safetyOf("t1");
+    QVERIFY(rules.isHalted() && rules.refuseSelfMatch);
+    QCOMPARE((QVector<int>{rules.ordersPerSecond, rules.cancelsPerMinute, rules.duplicateMs}),
+             (QVector<int>{5, 60, 500}));
+    QVERIFY(store->safetyOf("t2").isActive() && !store->safetyOf("t2").refuseSelfMatch);
 }
 
 void StoreTest::modifyTimesFollowTheClock_data()
@@ -118,8 +125,8 @@ void StoreTest::refusesWhatIsNotItsOwn()
     const Books books = TestBooks::withRows(1);
     QString errorText;
     Store::open(m_file, books, errorText).reset();
-    TestBooks::runSql(m_file, QStringLiteral("PRAGMA user_version = 5"));
-    QVERIFY(refusalOf(m_file, books).contains(QStringLiteral("a newer gateway: its version is 5")));
+    TestBooks::runSql(m_file, QStringLiteral("PRAGMA user_version = 6"));
+    QVERIFY(refusalOf(m_file, books).contains(QStringLiteral("a newer gateway: its version is 6")));
     TestBooks::runSql(m_file, QStringLiteral("PRAGMA user_version = 2"));
     QVERIFY(refusalOf(m_file, books).contains(QStringLiteral("an older gateway: its version is 2")));
 

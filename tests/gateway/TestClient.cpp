@@ -100,10 +100,10 @@ RecordList TestClient::pushed() const
     return m_pushed;
 }
 
-std::shared_ptr<PaperGateway> openGateway(const Books &books, const QString &stateFile)
+std::shared_ptr<PaperGateway> openGateway(const Books &books, const QString &stateFile, const GatewayOptions &options)
 {
     QString errorText;
-    auto gateway = PaperGateway::open(books, stateFile, errorText);
+    auto gateway = PaperGateway::open(books, stateFile, errorText, options);
     if (!gateway)
         QTest::qFail(qPrintable(errorText), __FILE__, __LINE__);
     return gateway;

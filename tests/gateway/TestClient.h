@@ -35,7 +35,8 @@ private:
 };
 
 /// A gateway in memory, or on a state file; the running test fails when it does not open.
-std::shared_ptr<PaperGateway> openGateway(const Books &books, const QString &stateFile = QString());
+std::shared_ptr<PaperGateway> openGateway(const Books &books, const QString &stateFile = QString(),
+                                          const GatewayOptions &options = GatewayOptions());
 
 /// A change request with an id of its own.
 Envelope changeOf(const QString &type, const VariantRecord &header, const RecordList &rows);

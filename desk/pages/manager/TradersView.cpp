@@ -6,7 +6,9 @@
 #include "HostSession.h"
 #include "MasterFields.h"
 #include "RecordTable.h"
+#include "StandFields.h"
 #include "TraderSums.h"
+#include "TradersSwitchBar.h"
 #include "VantaKeys.h"
 #include "ViewParts.h"
 
@@ -38,6 +40,11 @@ QVariant exposureShare(const VariantRecord &row)
     return most > 0 ? QVariant(row.value(QLatin1String(limitedExposure)).toDouble() / most) : QVariant();
 }
 
+QVariant switchInWords(const VariantRecord &row)
+{
+    return TradersSwitchBar::inWords(row.value(Stand_Fields::Safety::tradeSwitch).toString());
+}
+
 Column profit(const QString &id, const QString &title, const QString &field)
 {
     return {id, title, CellKind::Money, field, {}, true, 12};
@@ -46,6 +53,7 @@ Column profit(const QString &id, const QString &title, const QString &field)
 Columns columns()
 {
     return {SharedColumns::trader(),
+            {QStringLiteral("switch"), TradersView::tr("交易"), CellKind::Text, {}, switchInWords, false, 8},
             computed(poolCount, TradersView::tr("券池数"), CellKind::Quantity),
             {QStringLiteral("quantity"), TradersView::tr("券池数量"), CellKind::Quantity, PoolTotalQty},
             {QStringLiteral("bought"), TradersView::tr("已买"), CellKind::Quantity, RtRealBoughtQty},
@@ -85,6 +93,7 @@ TradersView::TradersView(QWidget *parent)
           columns(), [](const VariantRecord &row) { return row.value(T0TraderId).toString(); }, this))
     , m_table(new RecordTable(QStringLiteral("manage.traders"), m_model))
     , m_sums(ViewParts::label(QStringLiteral("manage.traders.sums")))
+    , m_switches(new TradersSwitchBar)
     , m_later(new Later(
           showEveryMs, [this] { sum(); }, this))
 {
@@ -93,6 +102,9 @@ TradersView::TradersView(QWidget *parent)
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_table, 1);
     layout->addWidget(m_sums);
+    layout->addWidget(m_switches);
+    connect(m_switches, &TradersSwitchBar::changed, this, &TradersView::showSwitches);
+    connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this, &TradersView::offerChosen);
     using namespace Vanta_Keys::EventMsgName;
     m_later->follow(
         {ManualT0DataInited, ManualT0PoolRealTimeUpdated, ManualT0SecurityPoolUpdated, ManualT0SecurityPoolDeleted});
@@ -105,6 +117,7 @@ TradersView::TradersView(QWidget *parent)
 void TradersView::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
+    m_switches->load();
     sum();
 }
 
@@ -128,7 +141,7 @@ void TradersView::showSums(const QMap<QString, TraderSums> &sums)
     RecordList rows;
     TraderSums all;
     for (const TraderSums &sum : sums) {
-        rows.append(rowOf(sum));
+        rows.append(withSwitch(rowOf(sum)));
         all.add(sum);
     }
     m_model->setRows(rows);
@@ -137,4 +150,28 @@ void TradersView::showSums(const QMap<QString, TraderSums> &sums)
                              Format::quantity(all.soldQty), Format::money(all.usage.exposure),
                              Format::money(all.usage.totalProfit), QString::number(all.liveOrders),
                              QString::number(all.usage.withoutPrice)));
+}
+
+VariantRecord TradersView::withSwitch(VariantRecord row) const
+{
+    row.insert(Stand_Fields::Safety::tradeSwitch, m_switches->switchOf(row.value(T0TraderId).toString()));
+    return row;
+}
+
+void TradersView::showSwitches()
+{
+    RecordList rows;
+    const RecordList shown = m_model->records();
+    for (const VariantRecord &row : shown)
+        rows.append(withSwitch(row));
+    m_model->put(rows);
+}
+
+void TradersView::offerChosen()
+{
+    QStringList traders;
+    const RecordList chosen = m_table->chosenRecords();
+    for (const VariantRecord &row : chosen)
+        traders.append(row.value(T0TraderId).toString());
+    m_switches->setTraders(traders);
 }

@@ -278,8 +278,7 @@ QString Desk::differences()
                "the client's usage",
                lines(m_hub->GetRealtimePoolDetailList(m_hub->GetAllT0TradingAccountList(), {}, {}, {}), fields),
                lines(of(Stand_Fields::Picture::RealtimeUsage), fields)) +
-           differenceOf(
-               "the host's orders",
-               lines(BusinessDataInterface::GetOrderListByCustomKey({}, total, 0, 10000, {}, {}), orderFields),
-               lines(orders, orderFields));
+           differenceOf("the host's orders",
+                        lines(BusinessDataInterface::GetOrderListByCustomKey({}, total, 0, 10000, {}, {}), orderFields),
+                        lines(orders, orderFields));
 }

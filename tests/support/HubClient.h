@@ -8,8 +8,8 @@
 
 constexpr int longEnoughMs = 60000;
 
-/// A user's client with everything but a window: session, hub and presenter; its data are loading. Refreshes and retries
-/// of the hub do not come while a test lasts; what it collects is announced at once.
+/// A user's client with everything but a window: session, hub and presenter; its data are loading. Refreshes and
+/// retries of the hub do not come while a test lasts; what it collects is announced at once.
 class HubClient
 {
 public:

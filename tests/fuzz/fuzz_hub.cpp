@@ -112,6 +112,20 @@ public:
         run();
     }
 
+    void check()
+    {
+        QStringList faults = HubProbe::indexFaults(*m_hub);
+        if (m_hasDeleted) // a deleted resource takes its pools' keys along before they are answered for
+            faults.removeOne(QStringLiteral("the pool resource index differs from its cache"));
+        require(faults.isEmpty(), "after a step:", faults.join(QLatin1Char(';')));
+        int total = 0;
+        const HubFilter filter = filterOf(m_input);
+        askEverything(*m_hub, filter);
+        BusinessDataInterface::GetOrderListByCustomKey({}, total, 0, 0, {filter.symbol}, {});
+        BusinessDataInterface::GetPositionListByTradingAccount(filter.accounts.value(0));
+        m_session->news().deliver();
+    }
+
 private:
     /// Until nothing is queued any more.
     static void run()
@@ -197,22 +211,6 @@ private:
         }
     }
 
-public:
-    void check()
-    {
-        QStringList faults = HubProbe::indexFaults(*m_hub);
-        if (m_hasDeleted) // a deleted resource takes its pools' keys along before they are answered for
-            faults.removeOne(QStringLiteral("the pool resource index differs from its cache"));
-        require(faults.isEmpty(), "after a step:", faults.join(QLatin1Char(';')));
-        int total = 0;
-        const HubFilter filter = filterOf(m_input);
-        askEverything(*m_hub, filter);
-        BusinessDataInterface::GetOrderListByCustomKey({}, total, 0, 0, {filter.symbol}, {});
-        BusinessDataInterface::GetPositionListByTradingAccount(filter.accounts.value(0));
-        m_session->news().deliver();
-    }
-
-private:
     Input &m_input;
     FuzzedServer *m_server = nullptr; ///< of the session
     std::unique_ptr<HostSession> m_session;

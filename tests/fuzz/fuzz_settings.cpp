@@ -1,5 +1,5 @@
-// What a settings folder may hold: a file in which the first byte's choice puts either any bytes, or any text as the
-// stored settings of symbols. A hub starts with it, and what is saved afterwards is read again.
+// What a settings folder may hold. Behind an F stands a whole file, damaged or not; behind anything else the text that
+// is stored as the settings of symbols, with which a hub starts. What is saved afterwards is read again.
 #include "Input.h"
 
 #include "HCore.h"

@@ -118,8 +118,8 @@ private:
     std::vector<std::thread> m_threads;
 };
 
-/// The end comes some time after the start, at most in a way that the seed chooses too: main() returns, with or without
-/// an event loop, before or after the session is closed, or a slot calls exit().
+/// The end comes at a moment and in a way that the seed chooses: main() returns, with or without an event loop, before
+/// or after the session is closed, or a slot calls exit() while the server goes on pushing.
 int underLoad(int &argc, char **argv, unsigned seed)
 {
     std::mt19937 random(seed);
@@ -133,16 +133,16 @@ int underLoad(int &argc, char **argv, unsigned seed)
         std::this_thread::sleep_for(moment);
         return 0;
     }
-    std::thread clock([moment] {
+    const auto leave = [&load, way] {
+        if (way != 1)
+            return QCoreApplication::quit();
+        load.end();
+        std::exit(0); // the library runs on until the destructors of statics stop it
+    };
+    std::thread clock([moment, leave] {
         std::this_thread::sleep_for(moment);
-        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(qApp, leave, Qt::QueuedConnection);
     });
-    if (way == 1)
-        QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, [&] {
-            clock.join();
-            load.end();
-            std::exit(0);
-        });
     const int status = QCoreApplication::exec();
     clock.join();
     if (way == 2) {

@@ -139,12 +139,11 @@ int underLoad(int &argc, char **argv, unsigned seed)
         load.end();
         std::exit(0); // the library runs on until the destructors of statics stop it
     };
-    std::thread clock([moment, leave] {
+    std::thread([moment, leave] {
         std::this_thread::sleep_for(moment);
         QMetaObject::invokeMethod(qApp, leave, Qt::QueuedConnection);
-    });
+    }).detach(); // exit() joins nobody
     const int status = QCoreApplication::exec();
-    clock.join();
     if (way == 2) {
         load.end();
         probe.closeSession();

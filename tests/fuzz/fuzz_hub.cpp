@@ -64,7 +64,7 @@ public:
         if (!m_session)
             return;
         m_server->setGood(false);
-        m_hub = std::make_unique<ManualT0LogicPrivate>(nullptr, HubTiming{600000, 600000, 0});
+        m_hub = std::make_unique<ManualT0LogicPrivate>(nullptr, HubTiming{600000, 600000, 0, 0});
         bringHere(m_hub.get());
         m_hub->quitThread();
         m_presenter = new ManualT0LogicPresenterClass(ManualT0LogicPlugin::instanceId(), nullptr);

@@ -19,7 +19,22 @@
 /// The lock of one data family. Not recursive: a second read lock of one thread waits for ever once a
 /// writer is queued. Taken through ReadLock and WriteLock only.
 class T0_THREAD_ANNOTATION(capability("family lock")) FamilyLock : public QReadWriteLock
-{};
+{
+public:
+    /// To be called before the first static is made whose threads lock. Qt's locks wait in a pool that is a static
+    /// itself, made by the first one that waits: made later, it would be destroyed by exit() before what uses it.
+    static void makePool()
+    {
+        static const bool isMade = [] {
+            QReadWriteLock lock;
+            lock.lockForRead();
+            lock.tryLockForWrite(1); // in vain: only one that waits asks for the pool
+            lock.unlock();
+            return true;
+        }();
+        Q_UNUSED(isMade)
+    }
+};
 
 class T0_THREAD_ANNOTATION(scoped_lockable) ReadLock
 {

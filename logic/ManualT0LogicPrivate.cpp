@@ -13,6 +13,7 @@
 
 ManualT0LogicPrivate &ManualT0LogicPrivate::instance()
 {
+    FamilyLock::makePool();
     static ManualT0LogicPrivate hub;
     return hub;
 }

@@ -23,25 +23,27 @@ double number(const VariantRecord &record, const QString &field)
 
 } // namespace
 
+// Never deleted: the hub's thread may use them while exit() runs the destructors of statics.
+
 const QVector<QString> &RealtimeFields::scaledQty()
 {
-    static const QVector<QString> fields{PreUnclosedBuyLimit, PreUnclosedSellLimit, PreUnclosedBoughtQty,
-                                         PreUnclosedSoldQty,  DailyBuyLimit,        DailySellLimit,
-                                         DailyBoughtQty,      DailySoldQty,         RtPoolTotalQty};
-    return fields;
+    static const auto *fields = new QVector<QString>{PreUnclosedBuyLimit, PreUnclosedSellLimit, PreUnclosedBoughtQty,
+                                                     PreUnclosedSoldQty,  DailyBuyLimit,        DailySellLimit,
+                                                     DailyBoughtQty,      DailySoldQty,         RtPoolTotalQty};
+    return *fields;
 }
 
 const QVector<QString> &RealtimeFields::summedQty()
 {
-    static const QVector<QString> fields = scaledQty() + QVector<QString>{RtTotalBuyLimit, RtTotalSellLimit};
-    return fields;
+    static const auto *fields = new QVector<QString>(scaledQty() + QVector<QString>{RtTotalBuyLimit, RtTotalSellLimit});
+    return *fields;
 }
 
 const QVector<QString> &RealtimeFields::summedAmount()
 {
-    static const QVector<QString> fields{PreUnclosedBoughtAmount, PreUnclosedSoldAmount, DailyBoughtAmount,
-                                         DailySoldAmount};
-    return fields;
+    static const auto *fields =
+        new QVector<QString>{PreUnclosedBoughtAmount, PreUnclosedSoldAmount, DailyBoughtAmount, DailySoldAmount};
+    return *fields;
 }
 
 QString RealtimeFields::key(const VariantRecord &record, const QString &symbol)

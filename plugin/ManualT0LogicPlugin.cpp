@@ -1,5 +1,6 @@
 #include "ManualT0LogicPlugin.h"
 
+#include "FamilyLock.h"
 #include "HostLog.h"
 #include "ManualT0LogicPresenterClass.h"
 #include "ManualT0LogicPrivate.h"
@@ -13,6 +14,7 @@ namespace {
 
 ManualT0LogicPlugin &theOne()
 {
+    FamilyLock::makePool();
     static ManualT0LogicPlugin plugin(nullptr);
     return plugin;
 }

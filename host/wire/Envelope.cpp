@@ -22,8 +22,8 @@ struct Ids {
 
 Ids &ids()
 {
-    static Ids ids;
-    return ids;
+    static auto *ids = new Ids; // never deleted: other threads may send while exit() runs the destructors of statics
+    return *ids;
 }
 
 QString freshId()

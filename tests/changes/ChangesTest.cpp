@@ -7,6 +7,7 @@
 #include "MasterValues.h"
 #include "OrvaneFields.h"
 #include "OrvaneValues.h"
+#include "PictureLines.h"
 #include "RandomChanges.h"
 #include "StandFields.h"
 #include "StandMsgType.h"
@@ -21,6 +22,10 @@ using Orvane_Fields::Security::symbol;
 using Orvane_Fields::UserAccount::tradingAccount;
 
 namespace {
+
+using namespace PictureLines;
+using PictureLines::line;
+using PictureLines::lines;
 
 struct Operation {
     const char *name;
@@ -83,44 +88,6 @@ Books books()
     return books;
 }
 
-RecordList recordsOf(const QVariant &list)
-{
-    RecordList rows;
-    for (const QVariant &row : list.toList())
-        rows.append(row.toMap());
-    return rows;
-}
-
-/// A line of what belongs together. Limits below 0 mean none, however they were scaled.
-QString line(const QVariantList &values)
-{
-    QStringList texts;
-    for (const QVariant &value : values)
-        texts.append(value.type() == QVariant::String ? value.toString()
-                                                      : QString::number(qMax<qint64>(-1, qRound64(value.toDouble()))));
-    return texts.join(QLatin1Char(' '));
-}
-
-/// One line a row with the given fields, ascending.
-QStringList lines(const RecordList &rows, const QStringList &fields)
-{
-    QStringList result;
-    for (const VariantRecord &row : rows) {
-        QVariantList values;
-        for (const QString &field : fields)
-            values.append(row.value(field));
-        result.append(line(values));
-    }
-    result.sort();
-    return result;
-}
-
-QStringList lines(const RecordList &resources, const RecordList &pools)
-{
-    return lines(resources, {tradingAccount, symbol, ResourceId, ResourceQty, PublicPoolQty, PrivatePoolQty}) +
-           lines(pools, {tradingAccount, symbol, T0TraderId, PoolDetailId, PoolTotalQty, MaxExposureQty});
-}
-
 QStringList lines(const Model &model)
 {
     QStringList resources;
@@ -162,15 +129,6 @@ std::unique_ptr<FaultChannel> channelTo(const Books &books)
         std::make_unique<LocalChannel>(PaperGateway::open(books, QString(), errorText)));
 }
 
-VariantRecord gatewayPicture(HubClient &client)
-{
-    QString errorText;
-    VariantRecord picture;
-    RecordList rows;
-    client.session->request(Stand_MsgType::PictureRequest, {}, {}, errorText, picture, rows);
-    return picture;
-}
-
 /// How often each operation ended how.
 class Tally
 {
@@ -209,17 +167,10 @@ FaultChannel::Fault faultOf(Fate fate)
     return fate == Fate::NeverArrives ? FaultChannel::Fault::Timeout : FaultChannel::Fault::Lose;
 }
 
-QString differenceOf(const char *what, const QStringList &are, const QStringList &should)
-{
-    return are == should ? QString()
-                         : QStringLiteral("%1 holds\n  %2\nand should hold\n  %3")
-                               .arg(QLatin1String(what), are.join("\n  "), should.join("\n  "));
-}
-
 /// Where server, model and client differ; empty: nowhere.
 QString disagreement(HubClient &client, Model &model, const Books &books)
 {
-    const VariantRecord held = gatewayPicture(client);
+    const VariantRecord held = PictureLines::ofGateway(*client.session);
     const RecordList resources = recordsOf(held.value(Stand_Fields::Picture::Resources));
     const RecordList pools = recordsOf(held.value(Stand_Fields::Picture::SecurityPools));
     const ManualT0LogicPrivate &hub = *client.hub;

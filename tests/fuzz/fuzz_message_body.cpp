@@ -1,19 +1,9 @@
 // Any bytes, read as an envelope and as a body: refused with a text, or understood so that what they say survives
 // being encoded and read again.
 #include "Envelope.h"
-
-#include <cstdio>
-#include <cstdlib>
+#include "Input.h"
 
 namespace {
-
-void require(bool holds, const char *what)
-{
-    if (holds)
-        return;
-    std::fprintf(stderr, "%s\n", what);
-    std::abort();
-}
 
 void checkBody(const QByteArray &bytes)
 {

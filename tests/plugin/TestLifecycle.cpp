@@ -65,8 +65,6 @@ void TestLifecycle::processEndsCleanly_data()
     QTest::newRow("with retries waiting") << "exit-with-retries";
     QTest::newRow("with the hub made before the plug-in object") << "exit-after-query-before";
     QTest::newRow("without an application object") << "exit-without-application";
-    QTest::newRow("quit while pushes flow") << "quit-under-pushes";
-    QTest::newRow("return without an event loop while pushes flow") << "return-under-pushes";
 }
 
 void TestLifecycle::processEndsCleanly()

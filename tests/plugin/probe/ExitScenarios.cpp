@@ -2,9 +2,9 @@
 #include "MasterMsgType.h"
 #include "Probe.h"
 
-#include <QtCore/QTimer>
-
 #include <cstdio>
+#include <cstdlib>
+#include <random>
 
 namespace {
 
@@ -74,32 +74,81 @@ int withoutApplication(int &, char **, unsigned seed)
     return 0;
 }
 
-/// The session is closed before the application object goes, or after it.
-int quitUnderPushes(int &argc, char **argv, unsigned seed)
+/// What a client's threads do meanwhile: two read, one refreshes and changes. They are its own and end before it does.
+class Load
 {
-    Probe probe(argc, argv);
-    ManualT0Logic::InitData();
-    probe.startPushes();
-    QTimer clock;
-    QObject::connect(&clock, &QTimer::timeout, [&] {
-        if (probe.pushes() > int(25 * seed))
-            QCoreApplication::quit();
-    });
-    clock.start(0);
-    const int status = QCoreApplication::exec();
-    if (seed % 2)
-        probe.closeSession();
-    return status;
-}
+public:
+    Load()
+    {
+        for (int reader = 0; reader < 2; ++reader)
+            repeat([] {
+                ManualT0Logic::GetAllResourceList();
+                ManualT0Logic::GetAllSecurityPoolList();
+                ManualT0Logic::GetProfitLossDataList({QStringLiteral("A1")}, {}, {}, {});
+            });
+        repeat([] {
+            QString errorText;
+            ManualT0Logic::RefreshDataByType(ManualT0Logic::Resources);
+            ManualT0Logic::SetCurrentTradeAccount({QStringLiteral("A1")});
+            ManualT0Logic::DeleteT0Resource(ManualT0Logic::GetAllResourceList().mid(0, 1), errorText);
+        });
+    }
+    ~Load() { end(); }
+    Load(const Load &) = delete;
+    Load &operator=(const Load &) = delete;
 
-int returnUnderPushes(int &argc, char **argv, unsigned seed)
+    void end()
+    {
+        m_over = true;
+        for (std::thread &thread : m_threads)
+            thread.join();
+        m_threads.clear();
+    }
+
+private:
+    template <typename Action> void repeat(Action action)
+    {
+        m_threads.emplace_back([this, action] {
+            while (!m_over)
+                action();
+        });
+    }
+
+    std::atomic<bool> m_over{false};
+    std::vector<std::thread> m_threads;
+};
+
+/// The end comes at a moment and in a way that the seed chooses: main() returns, with or without an event loop, before
+/// or after the session is closed, or a slot calls exit() while the server goes on pushing.
+int underLoad(int &argc, char **argv, unsigned seed)
 {
+    std::mt19937 random(seed);
+    const std::chrono::microseconds moment(random() % 40000);
+    const unsigned way = random() % 5;
     Probe probe(argc, argv);
     ManualT0Logic::InitData();
     probe.startPushes();
-    while (probe.pushes() <= int(25 * seed))
-        std::this_thread::yield();
-    return 0;
+    Load load;
+    if (way == 0) {
+        std::this_thread::sleep_for(moment);
+        return 0;
+    }
+    const auto leave = [&load, way] {
+        if (way != 1)
+            return QCoreApplication::quit();
+        load.end();
+        std::exit(0); // the library runs on until the destructors of statics stop it
+    };
+    std::thread([moment, leave] {
+        std::this_thread::sleep_for(moment);
+        QMetaObject::invokeMethod(qApp, leave, Qt::QueuedConnection);
+    }).detach(); // exit() joins nobody
+    const int status = QCoreApplication::exec();
+    if (way == 2) {
+        load.end();
+        probe.closeSession();
+    }
+    return status;
 }
 
 } // namespace
@@ -111,6 +160,5 @@ QMap<QString, Scenario> exitScenarios()
             {QStringLiteral("exit-with-retries"), &withRetriesWaiting},
             {QStringLiteral("exit-after-query-before"), &afterQueryBefore},
             {QStringLiteral("exit-without-application"), &withoutApplication},
-            {QStringLiteral("quit-under-pushes"), &quitUnderPushes},
-            {QStringLiteral("return-under-pushes"), &returnUnderPushes}};
+            {QStringLiteral("exit-under-load"), &underLoad}};
 }

@@ -13,8 +13,8 @@ namespace {
 QStringList files()
 {
     using namespace BookFiles;
-    static const QStringList names{ticks(),  sessions(),  instruments(), accounts(), users(), positions(),
-                                   margin(), resources(), pools(),       carried(),  quotes()};
+    static const QStringList names{ticks(),  sessions(),  instruments(), accounts(), users(),  positions(),
+                                   margin(), resources(), pools(),       carried(),  quotes(), safety()};
     return names;
 }
 

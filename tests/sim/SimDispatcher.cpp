@@ -4,16 +4,23 @@
 
 #include <QtCore/QCoreApplication>
 
+#include <tuple>
+
 namespace {
 constexpr qint64 usPerMs = 1000;
 }
 
 int SimDispatcher::nextTimer(const Allowed &allowed) const
 {
+    const Timer *first = nullptr;
     int next = 0;
     for (const auto &[id, timer] : m_timers) {
-        if ((next == 0 || timer.due < m_timers.at(next).due) && allowed(timer.owner))
+        if (first && std::tie(first->due, first->order) < std::tie(timer.due, timer.order))
+            continue;
+        if (allowed(timer.owner)) {
+            first = &timer;
             next = id;
+        }
     }
     return next;
 }
@@ -36,7 +43,7 @@ bool SimDispatcher::processEvents(QEventLoop::ProcessEventsFlags)
 void SimDispatcher::registerTimer(int timer, int intervalMs, Qt::TimerType type, QObject *owner)
 {
     const qint64 interval = intervalMs * usPerMs;
-    m_timers[timer] = {SimClock::now() + interval, interval, type, owner};
+    m_timers[timer] = {SimClock::now() + interval, interval, type, owner, ++m_lastOrder};
 }
 
 bool SimDispatcher::unregisterTimer(int timer)

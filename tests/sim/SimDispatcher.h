@@ -39,6 +39,8 @@ private:
         qint64 interval = 0; ///< microseconds
         Qt::TimerType type = Qt::CoarseTimer;
         QObject *owner = nullptr;
+        quint64 order = 0; ///< among those that are due at the same time; ids depend on what was before this seed
     };
-    std::map<int, Timer> m_timers;
+    std::map<int, Timer> m_timers; ///< by id
+    quint64 m_lastOrder = 0;
 };

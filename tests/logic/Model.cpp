@@ -654,6 +654,16 @@ qlonglong Model::ownPosition(const QString &symbol, const QString &exchange, con
     return net;
 }
 
+qlonglong Model::quota(const QStringList &accountList, const QString &symbol, const QString &exchange, bool buys) const
+{
+    qlonglong sum = 0;
+    if (symbol.isEmpty() || exchange.isEmpty())
+        return sum;
+    for (const VariantRecord &row : usageOf(accountList, {Rows::user}, symbol, exchange))
+        sum += row.value(buys ? RtTotalBuyLimit : RtTotalSellLimit).toLongLong();
+    return sum;
+}
+
 QStringList Model::exchangesOf(const QString &symbol, const QStringList &accountList) const
 {
     QStringList exchanges;

@@ -47,6 +47,7 @@ public:
     RecordList openPositions(const QStringList &accounts, const QStringList &traderIds, const QString &symbol,
                              const QString &exchange) const;
     qlonglong ownPosition(const QString &symbol, const QString &exchange, const QStringList &accounts) const;
+    qlonglong quota(const QStringList &accounts, const QString &symbol, const QString &exchange, bool buys) const;
     QStringList exchangesOf(const QString &symbol, const QStringList &accounts) const;
     double allocatable(const QString &account, const QString &symbol, const QString &exchange) const;
     VariantRecord usageDetail(const QString &account, const QString &trader, const QString &symbol,

@@ -1,5 +1,7 @@
 #include "PictureCheck.h"
 
+#include "OrderChecks.h"
+
 #include <algorithm>
 
 namespace {
@@ -164,6 +166,14 @@ void PictureCheck::compareLookups(Chance &chance)
            m_model.openPositions(accounts, traders, symbol, exchange));
     differ("own position " + filter, qlonglong(m_hub.GetOpenPositionByAccountAndSymbol(symbol, exchange, {}, accounts)),
            m_model.ownPosition(symbol, exchange, accounts));
+    const qlonglong wanted = 1 + chance.upTo(500);
+    for (const bool buys : {true, false})
+        differ(QStringLiteral("enough quota for %1 %2").arg(wanted).arg(filter),
+               m_hub
+                   .CheckSingleOrderData(accounts, symbol, exchange, buys ? "normalBuy" : "normalSell", 10, wanted,
+                                         OrderChecks::Quota)
+                   .isEmpty(),
+               m_model.quota(accounts, symbol, exchange, buys) >= wanted);
     differ("exchanges " + filter, m_hub.GetExchangeListByAccountAndSymbol(symbol, accounts),
            m_model.exchangesOf(symbol, accounts));
     differ("allocatable " + filter, m_hub.GetAllocatableQty2ResourceByTradingAccount(account, symbol, exchange),

@@ -18,12 +18,8 @@ Users::Users(World &world, ModelGateway &gateway, Faults &faults, Client &client
     , m_gateway(gateway)
     , m_faults(faults)
     , m_client(client)
-{
-    client.channel().changeSent = [this](const QString &requestId) {
-        if (!m_open.isEmpty())
-            m_open.last()->requests.append(requestId);
-    };
-}
+    , m_claims(world, gateway, client.channel())
+{}
 
 void Users::actUntil(qint64 endUs)
 {
@@ -125,17 +121,6 @@ void Users::refreshes()
     m_client.compare("a refresh");
 }
 
-template <typename Call> Users::Claim Users::claim(const QString &what, Call call)
-{
-    Claim claim{what, {}, {}};
-    m_open.append(&claim);
-    claim.code = call();
-    m_open.removeLast();
-    m_world.note("told of " + what + ": " + claim.code);
-    m_claims.append(claim);
-    return claim;
-}
-
 void Users::alterProducts()
 {
     if (m_client.loads())
@@ -156,8 +141,9 @@ void Users::alterProducts()
     QString errorText;
     const int others = m_client.productsOfOthers;
     const int alteration = ++m_alterations;
-    const Claim told = claim("products", [&] { return m_client.hub().AlterT0ProductAccount(wanted, errorText); });
-    if (told.code == Rows::Success) {
+    const QString told =
+        m_claims.hear("products", [&] { return m_client.hub().AlterT0ProductAccount(wanted, errorText); });
+    if (told == Rows::Success) {
         m_client.model.answerProducts(true, accepted);
         // Of two alterations at the same time nobody knows which the server has carried out last.
         if (m_client.productsOfOthers == others && m_alterations == alteration)
@@ -174,10 +160,11 @@ void Users::changes()
     const int which = m_world.chance.upTo(8);
     const VariantRecord doomed = someResource();
     if (which > 1) {
-        claim(QStringLiteral("change %1").arg(which), [&] { return callChange(which, errorText); });
+        m_claims.hear(QStringLiteral("change %1").arg(which), [&] { return callChange(which, errorText); });
     } else if (!doomed.isEmpty()) {
-        const Claim told = claim("deletion", [&] { return m_client.hub().DeleteT0Resource({doomed}, errorText); });
-        if (told.code == Rows::Success) {
+        const QString told =
+            m_claims.hear("deletion", [&] { return m_client.hub().DeleteT0Resource({doomed}, errorText); });
+        if (told == Rows::Success) {
             const QStringList ids{doomed.value(ResourceId).toString()};
             m_client.model.deleteResources(ids);
             m_client.resourcesDeleted(ids);
@@ -255,7 +242,7 @@ void Users::orders()
     for (VariantRecord &row : rows)
         row.insert(tradingAccount, row.value(tradingAccount).toStringList().value(0));
     RecordList results;
-    claim("order", [&] { return m_client.hub().Order(rows, results, {}); });
+    m_claims.hear("order", [&] { return m_client.hub().Order(rows, results, {}); });
     for (const VariantRecord &result : qAsConst(results)) {
         const QString request = result.value(Stand_Fields::Order::requestId).toString();
         if (!request.isEmpty() && !m_unknownOrders.contains(request))
@@ -277,33 +264,6 @@ void Users::follows()
     if (!processed && status == timeout)
         m_unknownOrders.append(request);
     else
-        m_claims.append(
-            {QStringLiteral("order, as told later"), processed ? Rows::Success : QStringLiteral("never"), {request}});
+        m_claims.hearLater(QStringLiteral("an order"), processed, request);
     m_client.compare("a question", true);
-}
-
-/// The callers of some changes learn of a time-out by its text only.
-bool Users::isUnknown(const Claim &claim) const
-{
-    return std::any_of(claim.requests.cbegin(), claim.requests.cend(),
-                       [this](const QString &id) { return m_client.channel().wasUnanswered(id); });
-}
-
-void Users::checkClaims()
-{
-    for (const Claim &claim : qAsConst(m_claims)) {
-        int executed = 0;
-        for (const QString &request : claim.requests) {
-            executed += m_gateway.executions(request);
-            if (m_gateway.executions(request) > 1)
-                m_world.fail("carried out twice: " + claim.what);
-        }
-        if (claim.code == Rows::Success && executed != claim.requests.size())
-            m_world.fail("acknowledged and not carried out: " + claim.what);
-        if (claim.code == QLatin1String("never") && executed > 0)
-            m_world.fail("said never to be carried out, and was: " + claim.what);
-        if (claim.code == Rows::Fail && executed > 0 && !isUnknown(claim))
-            m_world.fail("told to have failed and carried out: " + claim.what);
-    }
-    m_claims.clear();
 }

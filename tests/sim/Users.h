@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Claims.h"
 #include "Client.h"
 
 /// Users and other people, at random: one client's users query, choose, refresh, change and order; others trade and
@@ -12,19 +13,9 @@ public:
     /// Somebody does something now, and so again until the end.
     void actUntil(qint64 endUs);
 
-    bool isBusy() const { return m_calls > 0; }
-
-    /// With nothing under way: what the callers were told is what happened.
-    void checkClaims();
+    void checkClaims() { m_claims.check(); }
 
 private:
-    /// What a user was told of a change.
-    struct Claim {
-        QString what;
-        QString code;
-        QStringList requests;
-    };
-
     void othersAct();
     void strangePush();
     void userActs();
@@ -34,8 +25,6 @@ private:
     void orders();
     void follows();
     QString callChange(int which, QString &errorText);
-    bool isUnknown(const Claim &claim) const;
-    template <typename Call> Claim claim(const QString &what, Call call);
     VariantRecord someResource();
     VariantRecord newPool();
     RecordList poolRows(bool isPublic);
@@ -46,7 +35,6 @@ private:
     Client &m_client;
     int m_calls = 0;       ///< of users, one waiting inside the other
     int m_alterations = 0; ///< of the products, begun
-    QVector<Claim *> m_open;
-    QVector<Claim> m_claims;
+    Claims m_claims;
     QStringList m_unknownOrders; ///< request ids
 };

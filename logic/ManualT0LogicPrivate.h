@@ -472,6 +472,14 @@ private:
     QTimer *integrityTimer = nullptr; ///< hub's thread only
     IntegrityWalk integrityWalk;      ///< hub's thread only
     IntegrityBook integrityBook;      ///< hub's thread only
+    /// Whose last answer was a failure: what is held may be old. Hub's thread only.
+    struct UnreadAccounts {
+        QSet<QString> accounts;
+        void answered(const QString &account, bool success);
+    };
+    UnreadAccounts unreadResources;
+    UnreadAccounts unreadPools;
+    void readUnreadAgain() T0_EXCLUDES(productLock, resourceLock);
 
     // ---- ManualT0LogicPrivate_Settings.cpp ---------------------------------------------------------------
 

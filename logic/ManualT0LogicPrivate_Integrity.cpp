@@ -188,8 +188,27 @@ void ManualT0LogicPrivate::checkUsage()
     }
 }
 
+void ManualT0LogicPrivate::UnreadAccounts::answered(const QString &account, bool success)
+{
+    if (success)
+        accounts.remove(account);
+    else
+        accounts.insert(account);
+}
+
+/// A failed answer changes nothing when it comes; what it was to bring is asked for again here, until it is there.
+void ManualT0LogicPrivate::readUnreadAgain()
+{
+    const QSet<QString> enabled = t0Accounts();
+    for (const QString &account : qAsConst(unreadResources.accounts.intersect(enabled)))
+        queryResources(account);
+    for (const QString &account : qAsConst(unreadPools.accounts.intersect(enabled)))
+        slotRecvSecurityPoolChangedPush(account);
+}
+
 void ManualT0LogicPrivate::finishIntegrityCheck()
 {
+    readUnreadAgain();
     const QVector<IntegrityFault> found = integrityWalk.takeFound();
     const QVector<IntegrityFault> told = integrityBook.enter(found);
     QVector<IntegrityFault> certain = told;

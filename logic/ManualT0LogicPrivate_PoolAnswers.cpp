@@ -37,6 +37,7 @@ void ManualT0LogicPrivate::slotQuerySecurityPoolResponse(QString code, QVariantM
     } else if (success) {
         takeLaterPools(account, poolList);
     }
+    unreadPools.answered(account, success);
 }
 
 void ManualT0LogicPrivate::slotRecvSecurityPoolChangedPush(QString tradingAccount)

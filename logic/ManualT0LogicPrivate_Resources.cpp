@@ -104,6 +104,7 @@ void ManualT0LogicPrivate::slotQueryResourceResponse(QString code, QVariantMap q
         takeLaterResources(account, inDisplayUnits(resourceList), cover);
     }
     endResourceQuery(account);
+    unreadResources.answered(account, success);
 }
 
 void ManualT0LogicPrivate::loadResources()

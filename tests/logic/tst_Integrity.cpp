@@ -60,6 +60,7 @@ private slots:
     void faultsAreToldAndMended();
     void whatStaysIsToldOnce();
     void checksRunByThemselves();
+    void failedAnswersAreAskedForAgain();
 
 private:
     QStringList check()
@@ -167,6 +168,24 @@ void IntegrityTest::checksRunByThemselves()
         asked += awaitAsked();
     QVERIFY(session->settle(60000)); // the checks that go on are not waited for
     QCOMPARE(session->takeBusinessMessages().size(), 1);
+}
+
+void IntegrityTest::failedAnswersAreAskedForAgain()
+{
+    start();
+    answerResources("A1", {}, Rows::Fail);
+    answerPools("A2", {}, Rows::Fail);
+    answerPools("A9", {}, Rows::Fail); // not enabled
+    QCOMPARE(takeAsked(), QStringList());
+    for (int i = 0; i < 2; ++i) {
+        QCOMPARE(check(), QStringList());
+        QCOMPARE(takeAsked(), QStringList({"resources A1", "pools A2"}));
+    }
+    answerResources("A1", {});
+    answerPools("A2", {});
+    QCOMPARE(check(), QStringList());
+    QCOMPARE(takeAsked(), QStringList());
+    takeEvents();
 }
 
 T0_REGISTER_TEST(IntegrityTest)

@@ -329,6 +329,7 @@ void OrdersTest::cancels_data()
     row("an id of the other account", {"1,2", "2"}, Rows::Success, {"A1/1 success ", "A1/2 success ", "A1/2 success "});
     row("an unknown id has an empty order", {"1,2", "9!no"}, Partly, {"A1/1 success ", "A1/2 success ", " fail no"});
     row("no answer to some", {Timeout, "1"}, Partly, {"A1/1" + late, "A1/2" + late, "A2/1 success "});
+    row("no answer at all", {Timeout, Timeout}, Timeout, {"A1/1" + late, "A1/2" + late, "A2/1" + late});
     row("no answer, and a refusal", {Timeout, "refused"}, Rows::Fail,
         {"A1/1" + late, "A1/2" + late, "A2/1 fail refused"});
 }

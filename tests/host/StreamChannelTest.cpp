@@ -149,10 +149,11 @@ void StreamChannelTest::lateAndForeignAnswersAreDropped()
 void StreamChannelTest::whatDoesNotLeaveIsNotSent()
 {
     Replies replies;
+    Replies later;
     TestChannel channel;
     channel.accepts = false;
     QCOMPARE(int(channel.request(anyRequest(), 60000).outcome), int(Outcome::NotSent));
-    QVERIFY(!channel.send(anyRequest(), 60000, replies.handler()));
+    QVERIFY(!channel.send(anyRequest(), 1, replies.handler()));
 
     channel.accepts = true;
     Envelope unencodable = anyRequest();
@@ -160,6 +161,9 @@ void StreamChannelTest::whatDoesNotLeaveIsNotSent()
     QCOMPARE(int(channel.request(unencodable, 60000).outcome), int(Outcome::NotSent));
     channel.setConnection(MessageChannel::Connection::Disconnected);
     QCOMPARE(int(channel.request(anyRequest(), 60000).outcome), int(Outcome::NotSent));
+    channel.setConnection(MessageChannel::Connection::Connected);
+    QVERIFY(channel.send(anyRequest(), 2, later.handler()));
+    QTRY_COMPARE(later.outcomes(), QList<int>{int(Outcome::TimedOut)});
     QVERIFY(replies.outcomes().isEmpty());
 }
 

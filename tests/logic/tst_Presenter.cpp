@@ -125,6 +125,9 @@ void PresenterTest::failedSecondPageFailsItsAccount()
 void PresenterTest::productQueryHasFiveAttempts()
 {
     openDesk();
+    QStringList codes;
+    connect(presenter, &ManualT0LogicPresenterClass::signalQueryT0ProductsResponse, this,
+            [&codes](const QString &code) { codes.append(code); });
     server->channel->next(QueryManualT0ProductsRequest, ScriptedChannel::refusal("no"));
     server->channel->nextIsNotSent(QueryManualT0ProductsRequest);
     server->channel->nextTimesOut(QueryManualT0ProductsRequest);
@@ -134,6 +137,7 @@ void PresenterTest::productQueryHasFiveAttempts()
     QCOMPARE(takeEvents().count("inited 0"), 1);
     QCOMPARE(hub->GetInitStateByType(ManualT0Logic::Products), State::InitFailed);
     QCOMPARE(server->channel->count(QueryManualT0ProductsRequest), 5);
+    QCOMPARE(codes, QStringList({"fail", "fail", "timeout", "", "fail"}));
     QCOMPARE(hub->GetInitStateByType(ManualT0Logic::Resources), State::NotInit);
 }
 

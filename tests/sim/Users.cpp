@@ -9,7 +9,7 @@ using Orvane_Fields::UserAccount::tradingAccount;
 namespace {
 
 constexpr int mostCalls = 2; ///< of users at the same time
-const QString timeout = QStringLiteral("timeout");
+constexpr char timeout[] = "timeout";
 
 } // namespace
 

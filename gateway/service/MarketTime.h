@@ -22,6 +22,12 @@ inline QString text(qint64 ms)
     return dateTime(ms).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
 }
 
+/// Of the date, until its last one.
+inline int secondsLeft(qint64 ms)
+{
+    return dateTime(ms).time().secsTo({23, 59, 59});
+}
+
 /// Where the day after starts: the next weekday, before anything trades.
 inline qint64 nextMorning(qint64 ms)
 {

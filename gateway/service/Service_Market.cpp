@@ -153,9 +153,13 @@ QString Service::runWith(const QVariant &speed)
     return QString();
 }
 
+/// Only a day change leads to another date: clients take a new date for a new day, which no order survives.
 void Service::advance(int seconds)
 {
     Exchange &exchange = m_memory.exchange;
+    seconds = qMin(seconds, MarketTime::secondsLeft(exchange.time()));
+    if (seconds == 0)
+        return;
     for (int i = 0; i < seconds; ++i) {
         const Exchange::Events events = exchange.step();
         m_store->moveClock(exchange.time());

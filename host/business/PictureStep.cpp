@@ -63,8 +63,9 @@ PictureState PictureStep::state()
     if (!server)
         return {};
     PictureState picture;
-    const QDateTime connection = server->channel->connectionSince();
+    // In this order: a connection that is lost and back in between has another beginning.
     const bool isConnected = server->channel->connection() == Connection::Connected;
+    const QDateTime connection = server->channel->connectionSince();
     if (const qint64 heardMs = ::state().heardMs)
         picture.heardAt = QDateTime::fromMSecsSinceEpoch(heardMs, Qt::UTC);
     QMutexLocker lock(&::state().mutex);

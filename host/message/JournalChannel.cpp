@@ -101,8 +101,8 @@ void JournalChannel::setPushHandler(PushHandler handler)
 
 MessageChannel::Connection JournalChannel::connection() const
 {
+    QMutexLocker lock(&m_mutex); // before the look: who looked first notes first
     const Connection now = m_inner->connection();
-    QMutexLocker lock(&m_mutex);
     if (now != m_noted)
         m_journal->append(Kind::Connection, noteOf(nameOf(now)));
     m_noted = now;

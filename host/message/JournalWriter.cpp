@@ -5,6 +5,7 @@
 #include "message/RequestTexts.h"
 
 #include <QtCore/QDateTime>
+#include <QtCore/QDeadlineTimer>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
 #include <QtCore/QMutex>
@@ -48,6 +49,7 @@ private:
 
     QByteArray m_hash = JournalFrame::firstHash();
     QElapsedTimer m_sinceSync;
+    bool m_isSynced = true;
 };
 
 void JournalWriter::Private::run()
@@ -60,6 +62,7 @@ void JournalWriter::Private::run()
         QMutexLocker lock(&mutex);
         fail(file.errorString());
     }
+    sync();
     if (!failure.isEmpty())
         MasterBusinessDataInterface::AddBusiMsg(Master_Values::BusiMsgLevel::Normal,
                                                 RequestTexts::journalEnded(failure),
@@ -69,8 +72,13 @@ void JournalWriter::Private::run()
 bool JournalWriter::Private::takeWaiting(QVector<JournalRecord> &records)
 {
     QMutexLocker lock(&mutex);
-    while (waiting.isEmpty() && !finished && failure.isEmpty())
-        changed.wait(&mutex);
+    while (waiting.isEmpty() && !finished && failure.isEmpty()) {
+        if (changed.wait(&mutex, m_isSynced ? QDeadlineTimer(QDeadlineTimer::Forever) : QDeadlineTimer(syncMs)))
+            continue;
+        lock.unlock(); // who appends does not wait for the disk
+        sync();
+        lock.relock();
+    }
     records.clear();
     records.swap(waiting);
     waitingBytes = 0;
@@ -95,15 +103,16 @@ bool JournalWriter::Private::write(const QVector<JournalRecord> &records)
     }
     if (!file.flush())
         return false;
-    sync();
+    m_isSynced = false;
+    if (m_sinceSync.hasExpired(syncMs))
+        sync();
     return true;
 }
 
 void JournalWriter::Private::sync()
 {
-    if (!m_sinceSync.hasExpired(syncMs))
-        return;
     ::fdatasync(file.handle());
+    m_isSynced = true;
     m_sinceSync.restart();
 }
 

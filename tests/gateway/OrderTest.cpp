@@ -456,6 +456,9 @@ void OrderTest::theClockRunsUntilItIsHeld()
     QVERIFY(timeAfter(control(Command::step)) > held);
     QCOMPARE(client.all(Stand_MsgType::QueryFillsRequest).size(), 1);
     QCOMPARE(textOf(client.pushed().constLast(), Market_::marketTime), timeAfter(control(Command::status)));
+    for (int i = 0; i < 2; ++i) // without a day change no other date comes
+        QCOMPARE(timeAfter(control(Command::step, 86400)), QStringLiteral("2026-01-05 23:59:59"));
+    QCOMPARE(timeAfter(control(Command::dayChange)), QStringLiteral("2026-01-06 09:15:00"));
 }
 
 T0_REGISTER_TEST(OrderTest)

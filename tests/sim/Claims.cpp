@@ -1,7 +1,7 @@
 #include "Claims.h"
 
 namespace {
-const QString never = QStringLiteral("never");
+constexpr char never[] = "never";
 }
 
 Claims::Claims(World &world, const ModelGateway &gateway, SimChannel &channel)

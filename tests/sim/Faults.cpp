@@ -86,9 +86,11 @@ bool Faults::spoils(Fault fault, MessageBody &answer, Chance &chance)
             return false;
         answer.rows = answer.rows.mid(0, chance.upTo(answer.rows.size()));
         return true;
-    case Fault::EmptyPage:
+    case Fault::EmptyPage: {
+        const bool hadRows = !answer.rows.isEmpty();
         answer.rows.clear();
-        return isPaged;
+        return isPaged && hadRows;
+    }
     case Fault::RepeatedPage:
         if (!isPaged)
             return false;
@@ -109,9 +111,11 @@ bool Faults::spoils(Fault fault, MessageBody &answer, Chance &chance)
     const auto field = someField(row, chance);
     if (field == row.end())
         return false;
-    if (fault == Fault::MissingFields)
+    if (fault == Fault::MissingFields) {
         row.erase(field);
-    else
-        *field = ofOtherType(*field, chance);
-    return true;
+        return true;
+    }
+    const QVariant before = *field;
+    *field = ofOtherType(before, chance);
+    return field->userType() != before.userType();
 }

@@ -11,12 +11,12 @@ enum class Fault {
     Drop,                ///< a request or a push is lost
     Delay,               ///< an answer, and all that follows it, comes seconds later
     Duplicate,           ///< a request arrives twice, an answer or a push comes twice
-    Reorder,             ///< a message overtakes pushes
+    Reorder,             ///< a message overtakes those before it
     TimeoutBeforeChange, ///< the request for a change arrives when its time is over
     TimeoutAfterChange,  ///< a change is carried out, its answer is lost
     OtherStatus,         ///< an answer with a status that nobody knows
     TruncatedPage,       ///< the last rows of an answer are missing
-    EmptyPage,           ///< a page without rows, another one follows
+    EmptyPage,           ///< a page loses its rows; what follows it stays
     RepeatedPage,        ///< a page says that it follows itself
     ErrorTextWithRows,   ///< a refusal that carries rows
     WrongFirstRow,       ///< the products' answer does not begin with the request

@@ -28,9 +28,14 @@ bool SimChannel::isChange(const QString &type)
     return types.contains(type);
 }
 
+bool SimChannel::happens(int oneIn)
+{
+    return m_hasFaults && m_world.chance.oneIn(oneIn);
+}
+
 bool SimChannel::strikes(Fault fault, int oneIn)
 {
-    if (!m_hasFaults || !m_world.chance.oneIn(oneIn))
+    if (!happens(oneIn))
         return false;
     m_faults.struck(fault);
     return true;
@@ -107,8 +112,8 @@ void SimChannel::arrive(const Envelope &request)
         return;
     if (m_hasFaults && !isChange(request.type))
         spoilAnswer(request, answer);
-    if (request.type != Stand_MsgType::SubscribeRequest && strikes(Fault::PushBeforeAnswer, 25))
-        m_gateway.someoneTrades();
+    if (request.type != Stand_MsgType::SubscribeRequest)
+        tradeNow(Fault::PushBeforeAnswer, 25);
 
     World::Ms delay = 0.05 + m_world.chance.upTo(m_hasFaults ? 60 : 5) / 10.0;
     if (strikes(Fault::Delay, 60))
@@ -118,10 +123,21 @@ void SimChannel::arrive(const Envelope &request)
     m_world.note(QStringLiteral("answered %1 %2")
                      .arg(request.type, QString::number(qChecksum(body.constData(), uint(body.size())))));
     const auto handOver = [this, id = request.id, reply] { answered(id, reply); };
-    deliver(delay, strikes(Fault::Reorder, 30), handOver);
+    deliver(delay, happens(30), handOver);
     const bool pagesFollow = !answer.values.value(Stand_Fields::Paging::position).toString().isEmpty();
-    if (pagesFollow && strikes(Fault::PushBetweenPages, 12))
-        m_gateway.someoneTrades();
+    if (pagesFollow)
+        tradeNow(Fault::PushBetweenPages, 12);
+}
+
+/// Strikes when it is told to the client.
+void SimChannel::tradeNow(Fault fault, int oneIn)
+{
+    if (!happens(oneIn))
+        return;
+    const int pushed = m_pushed;
+    m_gateway.someoneTrades();
+    if (m_pushed > pushed)
+        m_faults.struck(fault);
 }
 
 void SimChannel::spoilAnswer(const Envelope &request, MessageBody &answer)
@@ -149,6 +165,8 @@ void SimChannel::deliver(World::Ms delay, bool overtakes, std::function<void()> 
     qint64 due = SimClock::now() + qint64(delay * 1000);
     if (!overtakes)
         m_linkFree = due = qMax(due, m_linkFree);
+    else if (due < m_linkFree)
+        m_faults.struck(Fault::Reorder);
     ++m_underWay;
     m_world.at(due, [this, session = m_session, handOver = std::move(handOver)] {
         --m_underWay;
@@ -167,10 +185,11 @@ void SimChannel::answered(const QString &requestId, const Reply &reply)
     handler(reply);
 }
 
-void SimChannel::push(const VariantRecord &usage)
+bool SimChannel::push(const VariantRecord &usage)
 {
     if (m_connection != Connection::Connected || !m_pushHandler || strikes(Fault::Drop, 40))
-        return;
+        return false;
+    ++m_pushed;
     const Envelope envelope = Envelope::push(ManualT0RealTimePoolUsagePush, {{}, {usage}});
     const auto handOver = [this, envelope] {
         m_world.note(QStringLiteral("push"));
@@ -178,17 +197,18 @@ void SimChannel::push(const VariantRecord &usage)
             m_pushHandler(envelope);
     };
     const World::Ms delay = 0.05 + m_world.chance.upTo(20) / 10.0;
-    deliver(delay, strikes(Fault::Reorder, 30), handOver);
+    deliver(delay, happens(30), handOver);
     if (strikes(Fault::Duplicate, 30))
         deliver(delay, false, handOver);
+    return true;
 }
 
 // ---- The connection ---------------------------------------------------------------------------------------
 
-void SimChannel::cut()
+bool SimChannel::cut()
 {
     if (m_connection != Connection::Connected)
-        return;
+        return false;
     m_world.note(QStringLiteral("connection lost"));
     m_connection = Connection::Disconnected;
     m_since = QDateTime::currentDateTimeUtc();
@@ -197,6 +217,7 @@ void SimChannel::cut()
     m_gateway.forgetClient();
     m_world.in(100 + m_world.chance.upTo(3000), [this] { connect(); });
     endAll(Outcome::TimedOut, true);
+    return true;
 }
 
 void SimChannel::connect()

@@ -15,11 +15,11 @@ public:
 
     void setFaults(bool on); ///< off at first; turned off, the connection is there again
 
-    /// Loses the connection; it comes back after a while.
-    void cut();
+    /// Loses the connection; it comes back after a while. False: there is none.
+    bool cut();
 
-    /// A push from the gateway; the fault, if any, has been chosen.
-    void push(const VariantRecord &usage);
+    /// A push from the gateway; false: it is lost.
+    bool push(const VariantRecord &usage);
 
     bool isQuiet() const { return m_pending.isEmpty() && m_underWay == 0; }
     std::function<void(const QString &requestId)> changeSent; ///< called with every request that changes something
@@ -42,7 +42,9 @@ private:
     void deliver(World::Ms delay, bool overtakes, std::function<void()> handOver);
     void connect();
     void endAll(Outcome outcome, bool cut);
+    bool happens(int oneIn);
     bool strikes(Fault fault, int oneIn);
+    void tradeNow(Fault fault, int oneIn);
     static bool isChange(const QString &type);
 
     World &m_world;
@@ -59,6 +61,7 @@ private:
     QDateTime m_since;
     int m_session = 0;     ///< what was under way in an earlier connection is lost
     int m_underWay = 0;    ///< messages
+    int m_pushed = 0;      ///< were sent
     qint64 m_linkFree = 0; ///< us; the next message to the client comes no earlier
     bool m_hasFaults = false;
     QSet<QString> m_unanswered;

@@ -9,7 +9,7 @@ using Orvane_Fields::UserAccount::tradingAccount;
 namespace {
 
 constexpr int mostCalls = 2; ///< of users at the same time
-const QString timeout = QStringLiteral("timeout");
+constexpr char timeout[] = "timeout";
 
 } // namespace
 
@@ -48,9 +48,8 @@ void Users::othersAct()
         m_gateway.alterProducts();
         m_client.productsChangedByOthers();
     } else {
-        if (m_client.loads())
+        if (m_client.channel().cut() && m_client.loads())
             m_faults.struck(Fault::ReconnectDuringLoad);
-        m_client.channel().cut();
     }
 }
 
@@ -70,8 +69,8 @@ void Users::strangePush()
     else
         row.insert(ModifyTime, QStringLiteral("00000001"));
     const Fault faults[] = {Fault::UnknownSymbol, Fault::EqualTime, Fault::OlderTime};
-    m_faults.struck(faults[kind]);
-    m_client.channel().push(row);
+    if (m_client.channel().push(row))
+        m_faults.struck(faults[kind]);
 }
 
 void Users::userActs()

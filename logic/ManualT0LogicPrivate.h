@@ -479,7 +479,7 @@ private:
     };
     UnreadAccounts unreadResources;
     UnreadAccounts unreadPools;
-    void readUnreadAgain() T0_EXCLUDES(productLock, resourceLock);
+    void readUnreadAgain() T0_EXCLUDES(productLock, resourceLock, securityPoolLock);
 
     // ---- ManualT0LogicPrivate_Settings.cpp ---------------------------------------------------------------
 

@@ -49,6 +49,11 @@ private:
     int m_ofUnknownSymbol = 0;
 };
 
+template <typename Map> QSet<QString> keysOf(const Map &map)
+{
+    return {map.keyBegin(), map.keyEnd()};
+}
+
 } // namespace
 
 template <typename Visit> void ManualT0LogicPrivate::visitResourceIndexes(Visit visit) const
@@ -200,9 +205,20 @@ void ManualT0LogicPrivate::UnreadAccounts::answered(const QString &account, bool
 void ManualT0LogicPrivate::readUnreadAgain()
 {
     const QSet<QString> enabled = t0Accounts();
-    for (const QString &account : qAsConst(unreadResources.accounts.intersect(enabled)))
+    unreadResources.accounts.intersect(enabled); // of the others nothing is held
+    unreadPools.accounts.intersect(enabled);
+
+    // Not what is being asked: a load takes a second failure of an account for its last.
+    ReadLock lock(resourceLock);
+    const QSet<QString> resources = QSet<QString>(unreadResources.accounts).subtract(keysOf(resourceQueries));
+    lock.unlock();
+    ReadLock poolLock(securityPoolLock);
+    const QSet<QString> pools = QSet<QString>(unreadPools.accounts).subtract(keysOf(pendingSecurityPoolAccounts));
+    poolLock.unlock();
+
+    for (const QString &account : resources)
         queryResources(account);
-    for (const QString &account : qAsConst(unreadPools.accounts.intersect(enabled)))
+    for (const QString &account : pools)
         slotRecvSecurityPoolChangedPush(account);
 }
 

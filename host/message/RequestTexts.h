@@ -68,6 +68,11 @@ inline QString fateKnown(int accepted, int refused)
         .arg(QString::number(accepted), QString::number(refused));
 }
 
+inline QString pushesRefused(const QString &why)
+{
+    return QStringLiteral("重新连接后服务器不再推送部分数据，这些数据可能过时：%1").arg(why);
+}
+
 inline QString journalEnded(const QString &why)
 {
     return QStringLiteral("消息日志无法继续写入，之后的消息不再记录：%1").arg(why);

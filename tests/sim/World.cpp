@@ -29,9 +29,9 @@ World::~World()
     SingleThread::setTurn({});
 }
 
-void World::addParty(QObject *object, const char *name)
+void World::addParty(QObject *object)
 {
-    m_parties.append({object, name});
+    m_parties.append({object});
 }
 
 int World::partyOf(const QObject *object) const

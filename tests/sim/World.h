@@ -26,7 +26,7 @@ public:
     Chance chance;
 
     /// object's posted events run only when the world lets it; its timers and those of its children too.
-    void addParty(QObject *object, const char *name);
+    void addParty(QObject *object);
     void forgetParties() { m_parties.clear(); }
     bool isRunning(const QObject *object) const; ///< also while it waits
 
@@ -57,7 +57,6 @@ public:
 private:
     struct Party {
         QObject *object;
-        const char *name;
         bool runs = false;
     };
 

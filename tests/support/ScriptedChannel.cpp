@@ -109,6 +109,16 @@ MessageBody ScriptedChannel::refusal(const QString &text)
     return body;
 }
 
+MessageBody ScriptedChannel::page(const MessageBody &request, const RecordList &rows, int size)
+{
+    using namespace Stand_Fields::Paging;
+    const bool byPage = request.values.contains(pageIndex);
+    const int begin = byPage ? request.values.value(pageIndex).toInt() * size : request.values.value(position).toInt();
+    const bool more = begin + size < rows.size();
+    return success(rows.mid(begin, size),
+                   {{hasMore, more}, {position, more ? QString::number(begin + size) : QString()}});
+}
+
 ScriptedChannel::Kind ScriptedChannel::nextKind(const Envelope &envelope)
 {
     Request request{envelope.type, {}, envelope};

@@ -49,6 +49,8 @@ public:
 
     static MessageBody success(const RecordList &rows = {}, const VariantRecord &values = {});
     static MessageBody refusal(const QString &text);
+    /// The page of rows that a paged query asks for, by position or by page; size: rows a page.
+    static MessageBody page(const MessageBody &request, const RecordList &rows, int size);
 
     Reply request(const Envelope &envelope, int timeoutMs) override;
     bool send(const Envelope &envelope, int timeoutMs, ReplyHandler handler) override;

@@ -7,7 +7,7 @@
 
 /// What the hub must hold and answer, in the plainest form: lists that are walked from end to end. No locks,
 /// no indexes, nothing shared with the hub. Everything the hub is expected to ask and to announce is written to
-/// asked and events, in the texts of LogicTest.
+/// asked and events, in the texts of LogicTest. What the host holds is that of tradingDesk().
 class Model
 {
 public:
@@ -50,6 +50,16 @@ public:
     qlonglong quota(const QStringList &accounts, const QString &symbol, const QString &exchange, bool buys) const;
     QStringList exchangesOf(const QString &symbol, const QStringList &accounts) const;
     double allocatable(const QString &account, const QString &symbol, const QString &exchange) const;
+    double allocatable(const QString &product, const QString &assetProp, const QString &symbol,
+                       const QString &exchange) const;
+    RecordList resourceCandidates(const QStringList &products, const QString &assetProp, bool withT0Symbols) const;
+    QString check(const RecordList &orders, RecordList &results) const; ///< of all but the price; how many are right
+    RecordList confirmation(const RecordList &orders, RecordList &rest) const;
+    RecordList cancelable(const QStringList &accounts, const QString &symbol, const QString &exchange,
+                          const QStringList &users, const QString &side) const;
+    QStringList searchTexts() const; ///< of the tradable symbols
+    static QMap<QString, QStringList> productsToEnable();
+    static QString keyOf(const VariantRecord &usage);
     VariantRecord usageDetail(const QString &account, const QString &trader, const QString &symbol,
                               const QString &exchange) const;
     RecordList sumsOf(const QStringList &accounts, const QString &trader, const QString &symbol,
@@ -63,7 +73,8 @@ public:
     QStringList ownAccounts; ///< of the user, as their priority says
     QStringList chosen;
     QStringList tradableSymbols;
-    State states[7] = {}; ///< one more than there are families: an unknown type
+    QMap<QString, VariantRecord> settings; ///< by symbol
+    State states[7] = {};                  ///< one more than there are families: an unknown type
     bool known[7] = {};
 
     bool gathersSymbols = false; ///< a push's new symbol waits for recomputeSymbols() then; else it counts at once
@@ -84,6 +95,11 @@ private:
     VariantRecord named(VariantRecord pool) const;
     VariantRecord withSummary(VariantRecord resource) const;
     RecordList poolsByResource(const QString &id) const;
+    using Taken = QMap<QString, qlonglong>; ///< of accounts by earlier orders of a call
+    /// Over what earlier orders have left of the accounts: first it closes, then it opens.
+    QMap<QString, qlonglong> distributed(const VariantRecord &order, const QStringList &of, Taken &taken) const;
+    RecordList confirmed(VariantRecord order, const QString &account, qlonglong quantity) const;
+    QString reasonAgainst(const VariantRecord &order, const QStringList &accounts) const;
 
     int failures[2] = {};
     bool poolTraderIsUser = true;

@@ -109,8 +109,30 @@ void PictureCheck::compareHeld()
     differ("own accounts", m_hub.GetAllT0TradingAccountListByCurUser(), m_model.ownAccounts);
     differ("chosen", m_hub.GetCurrentTradeAccount(), m_model.chosen);
     differ("symbols", m_hub.GetCurrentTradableSymbolList(), m_model.tradableSymbols);
+    differ("search texts", m_hub.GetCurrentInputSymbolList(), m_model.searchTexts());
+    differ("candidates for products", m_hub.GetCandidateT0ProductAccount(), Model::productsToEnable());
+    differ("T0 symbols", m_hub.GetT0Symbols(), QStringList("110001.SH"));
     differ("all resources", m_hub.GetAllResourceList(), m_model.allResources());
     differ("all pools", m_hub.GetAllSecurityPoolList(), m_model.allPools());
+}
+
+void PictureCheck::compareRows()
+{
+    using namespace Master_Fields::ManualT0;
+    const auto withoutLimits = [](RecordList pools) {
+        for (VariantRecord &pool : pools) {
+            pool.remove(MaxExposureQty);
+            pool.remove(MaxPendExposureQty);
+        }
+        return pools;
+    };
+    const QStringList accounts{"A1", "A2", "A3", "A4"};
+    differ("products", m_hub.GetAllT0ProductAccount(), m_model.enabled);
+    differ("traders", m_hub.GetAllT0TraderId(), m_model.traderNames);
+    differ("own accounts", m_hub.GetAllT0TradingAccountListByCurUser(), m_model.ownAccounts);
+    differ("all resources", m_hub.GetAllResourceList(), m_model.allResources());
+    differ("all pools", withoutLimits(m_hub.GetAllSecurityPoolList()), withoutLimits(m_model.allPools()));
+    differ("all usage", m_hub.GetRealtimePoolDetailList(accounts, {}, {}, {}), m_model.usageOf(accounts, {}, {}, {}));
 }
 
 void PictureCheck::compareLookups(Chance &chance)
@@ -187,7 +209,56 @@ void PictureCheck::compareLookups(Chance &chance)
            m_model.exchangesOf(symbol, accounts));
     differ("allocatable " + filter, m_hub.GetAllocatableQty2ResourceByTradingAccount(account, symbol, exchange),
            m_model.allocatable(account, symbol, exchange));
-    differ("T0 products", m_hub.GetT0ProductMap().keys(), m_model.enabled.keys());
+    differ("allocatable of products " + filter, m_hub.GetAllocatableQty2Resource(product, assetProp, symbol, exchange),
+           m_model.allocatable(product, assetProp, symbol, exchange));
+    const bool withT0Symbols = chance.oneIn(2);
+    differ("candidates " + filter, m_hub.GetT0ResourceCandidatesList(products, assetProp, withT0Symbols),
+           m_model.resourceCandidates(products, assetProp, withT0Symbols), true);
+    QMap<QString, QString> productNames;
+    for (const QString &enabledProduct : m_model.enabled.keys())
+        productNames.insert(enabledProduct, Model::productsToEnable().contains(enabledProduct)
+                                                ? "name of " + enabledProduct
+                                                : QString());
+    differ("T0 products", m_hub.GetT0ProductMap(), productNames);
+    const VariantRecord record = m_model.usageOf(accounts, traders, symbol, exchange).value(0);
+    differ("key", m_hub.GetRealtimePoolKey(record), Model::keyOf(record));
+    compareOrders(chance, accounts, filter);
     differ("profit " + filter, m_hub.GetProfitLossDataList(accounts, trader, symbol, exchange),
            m_model.profitOf(accounts, trader, symbol, exchange));
+}
+
+void PictureCheck::compareOrders(Chance &chance, const QStringList &accounts, const QString &filter)
+{
+    const QString symbol = chance.of({"600000.SH", "300001.SZ", "110001.SH", "00700.HK", ""});
+    const QString exchange = chance.of({"SH", "SZ", "HHK", "SZHK", ""});
+    const QStringList users = chance.some({"u1", "t2", "none"});
+    const QString side = chance.of({"", "buy", "sell"});
+    differ("cancelable orders " + filter,
+           m_hub.GetCancelableOrderList(accounts, symbol, exchange, users, side, chance.oneIn(2)),
+           m_model.cancelable(accounts, symbol, exchange, users, side));
+
+    RecordList orders;
+    for (int i = chance.upTo(3); i > 0; --i)
+        orders.append(Rows::order(chance.some({"A1", "A2", "A3", "A9"}).join(',') + ' ' +
+                                  chance.of({"600000.SH SH", "600000.SH SH", "300001.SZ SZ", "110001.SH SH",
+                                             "00700.HK HHK", "none SH", " SH"}) +
+                                  ' ' + chance.of({"normalBuy", "normalSell", "collateralBuy", "collateralSell"}) +
+                                  ' ' + QString::number(chance.upTo(800) - 10) + " 10.5"));
+    const QString what = "of " + QStringLiteral("%1 orders, the first of ").arg(orders.size()) +
+                         orders.value(0).value(Orvane_Fields::Security::symbol).toString();
+    RecordList found;
+    RecordList expected;
+    differ("confirmation " + what, m_hub.GetOrderConfirmMap(orders, found), m_model.confirmation(orders, expected),
+           true);
+    differ("the rest " + what, found, expected, true);
+    found.clear();
+    expected.clear();
+    using namespace OrderChecks;
+    differ("result " + what, m_hub.CheckOrderData(orders, found, Accounts | SymbolAndExchange | Quantity | Quota),
+           m_model.check(orders, expected));
+    differ("results " + what, found, expected, true);
+
+    bool isKnown = false;
+    differ("settings of " + symbol, {m_hub.GetSymbolTradeSettings(symbol, &isKnown)}, {m_model.settings.value(symbol)});
+    differ("known settings of " + symbol, isKnown, m_model.settings.contains(symbol));
 }

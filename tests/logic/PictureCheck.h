@@ -16,6 +16,7 @@ public:
     {}
 
     void compareHeld();                  ///< all that is held, states and indexes
+    void compareRows();                  ///< the rows that are held, but for the limits of pools
     void compareLookups(Chance &chance); ///< every read operation with one filter, of any shape
     template <typename T> void differ(const QString &what, const T &found, const T &expected);
 
@@ -23,6 +24,7 @@ public:
 
 private:
     void differ(const QString &what, const RecordList &found, const RecordList &expected, bool inOrder = false);
+    void compareOrders(Chance &chance, const QStringList &accounts, const QString &filter);
 
     const ManualT0LogicPrivate &m_hub;
     const Model &m_model;

@@ -22,6 +22,40 @@ ScriptedReference sharedDesk()
     return reference;
 }
 
+ScriptedReference tradingDesk()
+{
+    using namespace Stand_Fields::Security;
+    ScriptedReference reference = sharedDesk();
+    for (ScriptedReference::Instrument &instrument : reference.instruments) {
+        if (instrument.securityID == "300001")
+            instrument.further = {{qtyStep, 20}, {minQty, 50}};
+        if (instrument.securityID == "110001")
+            instrument.further = {{qtyStep, 10}, {minQty, 10}};
+    }
+    reference.positions = {{"A1", "600000", "SH", 300}, {"A1", "600000", "SH", 100}, {"A1", "110001", "SH", 20},
+                           {"A2", "00700", "SZHK", 3},  {"A2", "300001", "SZ", 0},   {"A2", "600000", "SH", 70},
+                           {"A3", "600000", "SH", 100}, {"A3", "00700", "HHK", 2},   {"A4", "600000", "SH", -5}};
+    reference.marginSecurities = {{"A3", "600000", "SH", 50, "InUse"},
+                                  {"A3", "110001", "SH", 30, "otherwise"},
+                                  {"A3", "300001", "SZ", 40, "InUse"},
+                                  {"A1", "300001", "SZ", 999, "InUse"}};
+    const QStringList states{"Accepted", "PartlyFilled", "Filled", "Cancelled", "Accepted"};
+    for (int i = 0; i < 18; ++i) {
+        const QString symbol = i % 2 ? "600000.SH" : "00700.HK";
+        reference.orders.append({{Orvane_Fields::Security::orderID, QStringLiteral("o%1").arg(i)},
+                                 {tradingAccount, QStringLiteral("A%1").arg(1 + i % 3)},
+                                 {Orvane_Fields::Security::symbol, symbol},
+                                 {Orvane_Fields::UserAccount::securityExchange, i % 2   ? "SH"
+                                                                                : i % 4 ? "HHK"
+                                                                                        : "SZHK"},
+                                 {Orvane_Fields::Security::side, i % 7 < 4 ? "buy" : "sell"},
+                                 {Orvane_Fields::UserAccount::loginUserId, i % 11 < 6 ? "u1" : "t2"},
+                                 {Orvane_Fields::Security::orderStatus, states.at(i % states.size())},
+                                 {Master_Fields::Security::VantaBusiType, i % 13 ? "ManualT0Order" : "other"}});
+    }
+    return reference;
+}
+
 QString eventText(const QString &name, const QVariant &payload)
 {
     const auto joined = [&payload](const QString &field) {

@@ -2,7 +2,11 @@
 #include "PictureCheck.h"
 #include "Tests.h"
 
+#include "MasterConstants.h"
+
 #include <random>
+
+using MasterConstants::SettingFieldName::ManualT0Settings::TradeCustQty;
 
 namespace {
 
@@ -50,6 +54,7 @@ void ModelTest::hubAnswersAsTheModelDoes()
 {
     QFETCH(unsigned, seed);
     close();
+    desk = tradingDesk();
     open(Mode::ByHand, {600000, 600000, 0, 600000});
     model = Model();
     Chance chance(seed);
@@ -66,7 +71,7 @@ void ModelTest::hubAnswersAsTheModelDoes()
 
 void ModelTest::step(Chance &chance)
 {
-    const int kind = chance.upTo(44);
+    const int kind = chance.upTo(46);
     const bool success = kind < 35 ? !chance.oneIn(5) : chance.oneIn(2); // five failures in a row must be met
     const QString code = success ? Rows::Success : chance.of({"fail", "timeout"});
     if (kind < 20) {
@@ -101,6 +106,11 @@ void ModelTest::step(Chance &chance)
         lastStep = "priority " + code;
         answerPriority(accounts, code);
         model.answerPriority(success, accounts);
+    } else if (kind < 44) {
+        lastStep = "settings";
+        const VariantRecord settings{{TradeCustQty, chance.upTo(300)}};
+        hub->SetSymbolTradeSettings("600000.SH", settings);
+        model.settings.insert("600000.SH", settings);
     } else {
         RecordList rows;
         for (const QString &id : chance.some({"u1", "t2", "t3", "t4"}))

@@ -20,7 +20,7 @@ namespace {
 const QMap<QString, RecordList> &reference()
 {
     static const QMap<QString, RecordList> answers = [] {
-        ScriptedReference desk = sharedDesk();
+        ScriptedReference desk = tradingDesk();
         desk.user = Rows::user;
         return desk.answers();
     }();

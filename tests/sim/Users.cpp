@@ -1,6 +1,7 @@
 #include "Users.h"
 
 #include "ManualT0LogicPrivate.h"
+#include "MasterConstants.h"
 #include "MasterTradeLogic.h"
 #include "SharedDesk.h"
 
@@ -78,8 +79,10 @@ void Users::userActs()
 {
     ++m_calls;
     Chance &chance = m_world.chance;
-    const int kind = chance.upTo(12);
-    if (kind < 2) {
+    const int kind = chance.upTo(13);
+    if (kind == 12) {
+        sets();
+    } else if (kind < 2) {
         m_client.begins();
         const QStringList accounts = chance.some({"A1", "A2", "A3", "A9"});
         m_client.hub().SetCurrentTradeAccount(accounts);
@@ -267,4 +270,21 @@ void Users::follows()
     else
         m_claims.hearLater(QStringLiteral("an order"), processed, request);
     m_client.compare("a question", true);
+}
+
+/// How an order of a symbol is cut into parts.
+void Users::sets()
+{
+    using MasterConstants::SettingFieldName::ManualT0Settings::TradeCustQty;
+    m_client.begins();
+    const QString symbol = m_world.chance.of({"600000.SH", "300001.SZ", "110001.SH"});
+    if (m_world.chance.oneIn(4)) {
+        m_client.hub().DeleteSymbolTradeSettings(symbol);
+        m_client.model.settings.remove(symbol);
+    } else {
+        const VariantRecord settings{{TradeCustQty, m_world.chance.upTo(300)}};
+        m_client.hub().SetSymbolTradeSettings(symbol, settings);
+        m_client.model.settings.insert(symbol, settings);
+    }
+    m_client.compare("settings");
 }

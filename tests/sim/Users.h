@@ -24,6 +24,7 @@ private:
     void alterProducts();
     void orders();
     void follows();
+    void sets();
     QString callChange(int which, QString &errorText);
     VariantRecord someResource();
     VariantRecord newPool();

@@ -323,7 +323,7 @@ QMap<QString, RecordList> ScriptedReference::answers() const
             {Stand_MsgType::QueryPositionsRequest, positionRows(*this)},
             {Stand_MsgType::QueryMarginSecuritiesRequest, marginRows(*this)},
             {Stand_MsgType::QueryQuotesRequest, quoteRows(*this)},
-            {Stand_MsgType::QueryOrdersRequest, {}},
+            {Stand_MsgType::QueryOrdersRequest, orders},
             {Stand_MsgType::QueryFillsRequest, {}},
             {Stand_MsgType::ExchangeControlRequest, {}}};
 }

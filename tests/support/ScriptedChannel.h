@@ -118,6 +118,7 @@ struct ScriptedReference {
     QList<Instrument> instruments = {};
     QList<Holding> positions = {};
     QList<Holding> marginSecurities = {};
+    RecordList orders = {}; ///< as the server sends them
 
     QMap<QString, RecordList> answers() const;   ///< to login and every query of a session that opens, by type
     void script(ScriptedChannel &channel) const; ///< the answers; subscriptions are accepted

@@ -237,13 +237,18 @@ void PictureCheck::compareOrders(Chance &chance, const QStringList &accounts, co
            m_hub.GetCancelableOrderList(accounts, symbol, exchange, users, side, chance.oneIn(2)),
            m_model.cancelable(accounts, symbol, exchange, users, side));
 
+    const auto kind = [&chance] {
+        return chance.of(
+                   {"600000.SH SH", "600000.SH SH", "300001.SZ SZ", "110001.SH SH", "00700.HK HHK", "none SH", " SH"}) +
+               ' ' + chance.of({"normalBuy", "normalSell", "normalBuy", "normalSell", "collateralBuy"}) + ' ';
+    };
+    const QString oneKind = kind(); // orders of the same kind take from each other
     RecordList orders;
-    for (int i = chance.upTo(3); i > 0; --i)
+    for (int i = chance.upTo(4); i > 0; --i) {
+        const int quantity = chance.oneIn(3) ? chance.upTo(800) : chance.upTo(80) - 2;
         orders.append(Rows::order(chance.some({"A1", "A2", "A3", "A9"}).join(',') + ' ' +
-                                  chance.of({"600000.SH SH", "600000.SH SH", "300001.SZ SZ", "110001.SH SH",
-                                             "00700.HK HHK", "none SH", " SH"}) +
-                                  ' ' + chance.of({"normalBuy", "normalSell", "collateralBuy", "collateralSell"}) +
-                                  ' ' + QString::number(chance.upTo(800) - 10) + " 10.5"));
+                                  (chance.oneIn(4) ? kind() : oneKind) + QString::number(quantity) + " 10.5"));
+    }
     const QString what = "of " + QStringLiteral("%1 orders, the first of ").arg(orders.size()) +
                          orders.value(0).value(Orvane_Fields::Security::symbol).toString();
     RecordList found;

@@ -357,6 +357,12 @@ void ChangeTest::refusesPoolsThatNobodyMayHave()
     allocation.rows.append(allocation.rows[0]);
     QCOMPARE(refusal(client.change(allocation.type, allocation.header, allocation.rows)),
              QStringLiteral("第2行：一个资源只能有一行公共券池"));
+    Sample oneTooMany = sampleOf(Master_MsgType::AllocateManualT0SecurityPoolRequest);
+    oneTooMany.header.insert(T0_::ResourceId, "R000000003");
+    oneTooMany.rows[0].insert(securityID, "600002");
+    oneTooMany.rows[0].insert(T0_::PoolTotalQty, 3001);
+    QCOMPARE(refusal(client.change(oneTooMany.type, oneTooMany.header, oneTooMany.rows)),
+             QStringLiteral("第1行：券池数量之和3001超过资源数量3000"));
 }
 
 void ChangeTest::refusesWhatOpenPositionsStandAgainst()

@@ -183,6 +183,8 @@ void MessageBodyTest::hostileBytesAreRefused_data()
     QTest::newRow("indefinite list") << hex("83a161619fff8080") << "indefinite length at byte 4";
     QTest::newRow("nine levels") << hex("83a1616181818181818181818080") << "nested too deeply at byte 11";
     QTest::newRow("invalid UTF-8") << hex("83a1616162c3288080") << "invalid UTF-8 at byte 4";
+    QTest::newRow("three bytes for a letter") << hex("83a1616163e081818080") << "invalid UTF-8 at byte 4";
+    QTest::newRow("four bytes for a letter") << hex("83a1616164f08081818080") << "invalid UTF-8 at byte 4";
     QTest::newRow("surrogate in UTF-8") << hex("83a1616163eda0808080") << "invalid UTF-8 at byte 4";
     QTest::newRow("tag") << hex("83a16161c1008080") << "unsupported tag at byte 4";
     QTest::newRow("integer below the range")

@@ -54,6 +54,8 @@ QString Companions::serve()
 {
     if (!m_serverName.isEmpty())
         return {};
+    if (!m_gateway)
+        return QStringLiteral("other users have no gateway in a replay");
     const QString name = m_dir.filePath(QStringLiteral("gateway"));
     m_thread.setObjectName(QStringLiteral("SocketServer"));
     m_context.moveToThread(&m_thread);

@@ -16,7 +16,7 @@ class SocketServer;
 class Companions
 {
 public:
-    /// serverName: a gateway process; empty: the embedded one.
+    /// serverName: a gateway process; empty: the embedded one, or in a replay none, and so no other user.
     Companions(std::shared_ptr<PaperGateway> gateway, const QString &serverName, int requestTimeoutMs);
     ~Companions();
     Companions(const Companions &) = delete;

@@ -10,8 +10,9 @@
 ///
 /// Has a thread of its own and connects by itself, every second while it is not connected. After a lost
 /// connection it repeats the login, marked as Stand_Fields::Session::reconnected, and the subscriptions that
-/// the server had accepted. It is Connected again when the server has answered them all; one that it refuses is told by
-/// a business message, a refused login begins anew. Needs an application object.
+/// the server had accepted. It is Connected again when the server has answered them all. Those that it refuses are told
+/// by a business message and repeated every 5 s; that all are accepted is told, too. A refused login begins anew. Needs
+/// an application object.
 class T0_HOST_EXPORT SocketChannel : public StreamChannel
 {
 public:

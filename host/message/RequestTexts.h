@@ -73,6 +73,11 @@ inline QString pushesRefused(const QString &why)
     return QStringLiteral("重新连接后服务器不再推送部分数据，这些数据可能过时：%1").arg(why);
 }
 
+inline QString pushesAccepted()
+{
+    return QStringLiteral("服务器已恢复推送全部数据");
+}
+
 inline QString journalEnded(const QString &why)
 {
     return QStringLiteral("消息日志无法继续写入，之后的消息不再记录：%1").arg(why);

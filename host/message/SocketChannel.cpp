@@ -10,14 +10,16 @@
 #include "message/RequestTexts.h"
 
 #include <QtCore/QDeadlineTimer>
+#include <QtCore/QHash>
 #include <QtCore/QMutex>
 #include <QtCore/QMutexLocker>
-#include <QtCore/QSet>
 #include <QtCore/QTimer>
 #include <QtCore/QVector>
 #include <QtCore/QWaitCondition>
 #include <QtCore/QtEndian>
 #include <QtNetwork/QLocalSocket>
+
+#include <utility>
 
 namespace {
 
@@ -25,6 +27,7 @@ constexpr int lengthBytes = 4;
 constexpr quint32 maxEnvelope = 64 * 1024 * 1024;
 constexpr int retryMs = 1000;
 constexpr int loginValidMs = 5000;
+constexpr int refusedAgainMs = 5000; ///< a subscription may be refused only for a moment
 
 /// refusal: why not.
 bool isSuccess(const Envelope &answer, QString &refusal)
@@ -38,6 +41,12 @@ bool isSuccess(const Envelope &answer)
 {
     QString refusal;
     return isSuccess(answer, refusal);
+}
+
+void tell(const QString &text)
+{
+    MasterBusinessDataInterface::AddBusiMsg(Master_Values::BusiMsgLevel::Normal, text,
+                                            Master_Values::BusiMsgType::SystemMsg, QString(), true, QString());
 }
 
 /// Tells the server that pushes may have been missed.
@@ -85,8 +94,9 @@ private:
     void onBytes();
     void onEnvelope(const QByteArray &bytes);
     void onLoginAnswer(const Envelope &answer);
-    void repeatSubscriptions();
+    void repeat(const QVector<Envelope> &subscriptions);
     void onSubscriptionAnswer(const Envelope &answer);
+    void tellRefused(const QString &refusal);
     void becomeConnected();
 
     SocketChannel *const m_channel;
@@ -94,8 +104,11 @@ private:
     QLocalSocket *m_socket = nullptr;
     QTimer *m_retry = nullptr;
     QByteArray m_in;
-    QString m_loginId;           ///< of the repeated login that is not answered yet
-    QSet<QString> m_subscribing; ///< ids of the repeated subscriptions that are not answered yet
+    QString m_loginId;                      ///< of the repeated login that is not answered yet
+    QHash<QString, Envelope> m_subscribing; ///< repeated subscriptions that are not answered yet, by id
+    QVector<Envelope> m_refused;            ///< subscriptions, to be repeated
+    QTimer *m_refusedAgain = nullptr;
+    bool m_isRefusalTold = false; ///< of this connection
 };
 
 void SocketChannel::Worker::start()
@@ -104,6 +117,10 @@ void SocketChannel::Worker::start()
     m_retry = new QTimer(this);
     m_retry->setInterval(retryMs);
     connect(m_retry, &QTimer::timeout, this, &Worker::tryToConnect);
+    m_refusedAgain = new QTimer(this);
+    m_refusedAgain->setSingleShot(true);
+    m_refusedAgain->setInterval(refusedAgainMs);
+    connect(m_refusedAgain, &QTimer::timeout, this, [this] { repeat(std::exchange(m_refused, {})); });
     connect(m_socket, &QLocalSocket::connected, this, &Worker::onConnected);
     connect(m_socket, &QLocalSocket::disconnected, this, &Worker::onLost);
     connect(m_socket, &QLocalSocket::readyRead, this, &Worker::onBytes);
@@ -117,8 +134,10 @@ void SocketChannel::Worker::stop()
         m_socket->disconnect(this);
     delete m_socket;
     delete m_retry;
+    delete m_refusedAgain;
     m_socket = nullptr;
     m_retry = nullptr;
+    m_refusedAgain = nullptr;
 }
 
 void SocketChannel::Worker::write(const QByteArray &envelope)
@@ -157,6 +176,9 @@ void SocketChannel::Worker::onLost()
 {
     m_loginId.clear();
     m_subscribing.clear();
+    m_refused.clear();
+    m_refusedAgain->stop();
+    m_isRefusalTold = false;
     m_channel->setConnection(Connection::Disconnected);
 }
 
@@ -191,7 +213,7 @@ void SocketChannel::Worker::onEnvelope(const QByteArray &bytes)
         isRepeating && Envelope::decode(bytes, envelope, errorText) && envelope.kind == Envelope::Kind::Answer;
     if (isAnswer && envelope.id == m_loginId)
         onLoginAnswer(envelope);
-    else if (isAnswer && m_subscribing.remove(envelope.id))
+    else if (isAnswer && m_subscribing.contains(envelope.id))
         onSubscriptionAnswer(envelope);
     else if (m_loginId.isEmpty())
         m_channel->received(bytes);
@@ -205,36 +227,49 @@ void SocketChannel::Worker::onLoginAnswer(const Envelope &answer)
         return;
     }
     m_loginId.clear();
-    repeatSubscriptions();
-    if (m_subscribing.isEmpty())
-        becomeConnected();
-}
-
-/// A picture of which a part is not pushed any more looks alive, so the user is told; the rest he can still use.
-void SocketChannel::Worker::onSubscriptionAnswer(const Envelope &answer)
-{
-    QString refusal;
-    if (!isSuccess(answer, refusal))
-        MasterBusinessDataInterface::AddBusiMsg(Master_Values::BusiMsgLevel::Normal,
-                                                RequestTexts::pushesRefused(refusal),
-                                                Master_Values::BusiMsgType::SystemMsg, QString(), true, QString());
-    if (m_subscribing.isEmpty())
-        becomeConnected();
-}
-
-void SocketChannel::Worker::repeatSubscriptions()
-{
     QVector<Envelope> accepted;
     {
         QMutexLocker lock(&m_channel->s->mutex);
         accepted = m_channel->s->accepted;
     }
-    for (const Envelope &subscription : qAsConst(accepted)) {
+    repeat(accepted);
+    if (accepted.isEmpty())
+        becomeConnected();
+}
+
+void SocketChannel::Worker::repeat(const QVector<Envelope> &subscriptions)
+{
+    for (const Envelope &subscription : subscriptions) {
         Envelope again = Envelope::request(subscription.type, {}, loginValidMs, {});
         again.body = subscription.body;
-        m_subscribing.insert(again.id);
+        m_subscribing.insert(again.id, subscription);
         write(again.encode());
     }
+}
+
+void SocketChannel::Worker::onSubscriptionAnswer(const Envelope &answer)
+{
+    const Envelope subscription = m_subscribing.take(answer.id);
+    QString refusal;
+    if (!isSuccess(answer, refusal)) {
+        m_refused.append(subscription);
+        tellRefused(refusal);
+    }
+    if (!m_subscribing.isEmpty())
+        return;
+    if (m_channel->connection() != Connection::Connected)
+        becomeConnected();
+    if (!m_refused.isEmpty())
+        m_refusedAgain->start();
+    else if (m_isRefusalTold)
+        tell(RequestTexts::pushesAccepted());
+}
+
+/// A picture of which a part is not pushed any more looks alive, so the user is told; the rest he can still use.
+void SocketChannel::Worker::tellRefused(const QString &refusal)
+{
+    if (!std::exchange(m_isRefusalTold, true))
+        tell(RequestTexts::pushesRefused(refusal));
 }
 
 void SocketChannel::Worker::becomeConnected()

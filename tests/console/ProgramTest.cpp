@@ -124,7 +124,8 @@ void ProgramTest::badCommandsNameLineAndReason()
 {
     const Run run = runConsole("echo good\n\nGetAllResourceLis\nGetT0Symbols 1\nsleep soon\nquote 1.XX 5\n"
                                "fault QueryManualT0ResourceRequest brake\nechoo [1\nwait inited 0\n"
-                               "fault QuotePush truncate 0\nsafety trader1 stop\nsafety nobody\necho still here\n");
+                               "fault QuotePush truncate 0\nsafety trader1 stop\nsafety nobody\n"
+                               "safety trader1 {\"tradeswitch\":\"Halted\"}\necho still here\n");
     QCOMPARE(run.exitCode, 1);
     QCOMPARE(run.errors,
              QStringLiteral("<stdin>:3: unknown command GetAllResourceLis, did you mean "
@@ -136,10 +137,12 @@ void ProgramTest::badCommandsNameLineAndReason()
                             "<stdin>:8: column 7: bad JSON, it is not closed\n"
                             "<stdin>:9: nothing is being loaded: init comes first\n"
                             "<stdin>:10: truncate strikes paged queries, QuotePush is a push\n"
-                            "<stdin>:11: argument 2: active, reduce, halt or a record is expected, not stop\n"
-                            "<stdin>:12: there is no trader nobody whose rules you may see\n"));
+                            "<stdin>:11: argument 2: active, reduce, halt or a record of rules is expected, not stop\n"
+                            "<stdin>:12: there is no trader nobody whose rules you may see\n"
+                            "<stdin>:13: argument 2: there is no rule tradeswitch, only tradeSwitch, ordersPerSecond, "
+                            "cancelsPerMinute, duplicateMs, refuseSelfMatch\n"));
     const QVector<QJsonObject> lines = run.lines();
-    QCOMPARE(lines.size(), 12);
+    QCOMPARE(lines.size(), 13);
     QCOMPARE(lines.at(3).value("line").toInt(), 5);
     QCOMPARE(lines.at(3).value("error"), QJsonValue("argument 1: an integer is expected, not soon"));
     QCOMPARE(lines.constLast().value("result"), QJsonValue("still here"));

@@ -98,9 +98,11 @@ void ReplayTest::aReplayStopsWhereItIsTold()
     const QString script = dir.filePath("script");
     QFile file(script);
     QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("picture hash\n");
+    file.write("as trader1 picture\npicture hash\n");
     file.close();
     const Run before = runConsole({}, {"--json", "--replay", pathOf(dir), "--until", deletion, script});
+    QVERIFY2(before.errors.contains(script + ":1: other users have no gateway in a replay\n"),
+             qPrintable(before.errors));
     QStringList hashes;
     for (const QJsonObject &line : live.lines() + before.lines())
         if (line.value("op") == QLatin1String("picture") && line.value("result").isString())

@@ -1,6 +1,7 @@
 #include "SocketChannel.h"
 #include "OrvaneFields.h"
 #include "OrvaneValues.h"
+#include "ScriptedChannel.h"
 #include "StandMsgType.h"
 #include "Tests.h"
 
@@ -27,13 +28,14 @@ QString socketName()
 class Server : public QLocalServer
 {
 public:
-    explicit Server(const QString &refusedType = QString())
+    explicit Server(const QString &refused = QString())
+        : refusedType(refused)
     {
         removeServer(socketName());
         listen(socketName());
-        connect(this, &QLocalServer::newConnection, this, [this, refusedType] {
+        connect(this, &QLocalServer::newConnection, this, [this] {
             client = nextPendingConnection();
-            connect(client, &QLocalSocket::readyRead, this, [this, refusedType, socket = client] {
+            connect(client, &QLocalSocket::readyRead, this, [this, socket = client] {
                 Envelope request;
                 QString errorText;
                 QVERIFY(Envelope::decode(socket->readAll().mid(4), request, errorText));
@@ -49,6 +51,7 @@ public:
         });
     }
 
+    QString refusedType;
     QLocalSocket *client = nullptr; ///< the latest
     QStringList types;              ///< of the requests
 };
@@ -60,12 +63,12 @@ class SocketChannelTest : public QObject
     Q_OBJECT
 
 private slots:
-    void nobodyGetsThroughBeforeAllIsAcceptedAgain();
+    void comesBackWhenAllSubscriptionsAreAnswered();
     void hostileLengthEndsTheConnection();
     void withoutServerNothingIsSent();
 };
 
-void SocketChannelTest::nobodyGetsThroughBeforeAllIsAcceptedAgain()
+void SocketChannelTest::comesBackWhenAllSubscriptionsAreAnswered()
 {
     using namespace Stand_MsgType;
     auto server = std::make_unique<Server>();
@@ -85,13 +88,25 @@ void SocketChannelTest::nobodyGetsThroughBeforeAllIsAcceptedAgain()
     QTRY_VERIFY_WITH_TIMEOUT(server->types.size() > 1, 60000); // it began anew
     QCOMPARE(server->types.mid(0, 2), QStringList({LoginRequest, LoginRequest}));
     QCOMPARE(int(channel.connection()), int(Connection::Disconnected));
-    for (const QString &refused : {SubscribeRequest, QString()}) { // the rest can be used though one is refused
+    const auto reconnect = [&](const QString &refused) {
         server.reset();
         QTRY_COMPARE_WITH_TIMEOUT(int(channel.connection()), int(Connection::Disconnected), 60000);
         server = std::make_unique<Server>(refused);
         QTRY_COMPARE_WITH_TIMEOUT(int(channel.connection()), int(Connection::Connected), 60000);
         QCOMPARE(server->types, QStringList({LoginRequest, SubscribeRequest}));
-    }
+    };
+    ScriptedChannel *unused = nullptr;
+    const auto session = ScriptedReference().open(unused); // the messages are its user's
+    session->takeBusinessMessages();
+    reconnect(SubscribeRequest); // the rest can be used
+    QVERIFY(session->takeBusinessMessages().value(0).contains("不再推送"));
+    server->refusedType.clear();
+    QTRY_COMPARE_WITH_TIMEOUT(server->types.count(SubscribeRequest), 2, 60000);
+    QStringList told;
+    QTRY_VERIFY_WITH_TIMEOUT(!(told += session->takeBusinessMessages()).isEmpty(), 60000);
+    QVERIFY(told.constFirst().contains("已恢复推送"));
+    reconnect(QString());
+    QCOMPARE(session->takeBusinessMessages(), QStringList());
 }
 
 void SocketChannelTest::hostileLengthEndsTheConnection()

@@ -6,8 +6,8 @@
 #include <QtCore/QStringList>
 
 /// What the hub must hold and answer, in the plainest form: lists that are walked from end to end. No locks,
-/// no indexes, nothing shared with the hub. Everything the hub is expected to ask and to announce is written to
-/// asked and events, in the texts of LogicTest. What the host holds is that of tradingDesk().
+/// no indexes, nothing shared with the hub but the texts for users. Everything the hub is expected to ask and to
+/// announce is written to asked and events, in the texts of LogicTest. What the host holds is that of tradingDesk().
 class Model
 {
 public:
@@ -46,7 +46,8 @@ public:
                        const QString &exchange) const;
     RecordList openPositions(const QStringList &accounts, const QStringList &traderIds, const QString &symbol,
                              const QString &exchange) const;
-    qlonglong ownPosition(const QString &symbol, const QString &exchange, const QStringList &accounts) const;
+    qlonglong ownPosition(const QString &symbol, const QString &exchange, const QString &side,
+                          const QStringList &accounts) const;
     qlonglong quota(const QStringList &accounts, const QString &symbol, const QString &exchange, bool buys) const;
     QStringList exchangesOf(const QString &symbol, const QStringList &accounts) const;
     double allocatable(const QString &account, const QString &symbol, const QString &exchange) const;

@@ -75,12 +75,17 @@ bool isBuy(const VariantRecord &order)
     return str(order, Master_Fields::Security::SideUnion).endsWith("Buy");
 }
 
-/// Of the order's accounts: collateral is held on credit only.
+/// Collateral is held on credit only.
+QStringList suitable(const QStringList &accounts, const QString &side)
+{
+    const bool anyAccount = side.startsWith("normal");
+    return those(accounts,
+                 [&](const QString &account) { return !account.isEmpty() && (anyAccount || account == "A3"); });
+}
+
 QStringList suitable(const VariantRecord &order)
 {
-    const bool anyAccount = str(order, Master_Fields::Security::SideUnion).startsWith("normal");
-    return those(order.value(tradingAccount).toStringList(),
-                 [&](const QString &account) { return !account.isEmpty() && (anyAccount || account == "A3"); });
+    return suitable(order.value(tradingAccount).toStringList(), str(order, Master_Fields::Security::SideUnion));
 }
 
 /// In sizes as the user wants them, none of them too small to be ordered.
@@ -137,14 +142,17 @@ RecordList Model::openPositions(const QStringList &accountList, const QStringLis
                  [](const auto &row) { return str(row, OpenPosSide) != "NoOpenPos"; });
 }
 
-qlonglong Model::ownPosition(const QString &symbol, const QString &exchange, const QStringList &accountList) const
+/// side: what of it such an order closes; empty: all, negative for a short one.
+qlonglong Model::ownPosition(const QString &symbol, const QString &exchange, const QString &side,
+                             const QStringList &accountList) const
 {
     if (symbol.isEmpty() || exchange.isEmpty())
         return 0;
+    const QStringList of = side.isEmpty() ? accountList : suitable(accountList, side);
     qlonglong net = 0;
-    for (const VariantRecord &row : usageOf(accountList, {Rows::user}, symbol, exchange))
+    for (const VariantRecord &row : usageOf(of, {Rows::user}, symbol, exchange))
         net += row.value(OpenPosQty).toLongLong();
-    return net;
+    return side.isEmpty() ? net : qMax(0LL, side.endsWith("Buy") ? -net : net);
 }
 
 qlonglong Model::quota(const QStringList &accountList, const QString &symbol, const QString &exchange, bool buys) const

@@ -179,13 +179,15 @@ void PictureCheck::compareLookups(Chance &chance)
     differ("property of " + product, m_hub.IsProductAndAssetPropInT0(product, assetProp), enabled.contains(assetProp));
     differ("accounts of " + product, m_hub.GetTradingAccountListByProductAndAssetProp(product, assetProp),
            m_model.enabledAccounts({product}, assetProp));
+    const bool withPublicPools = chance.oneIn(2);
     differ("pools of one product " + filter,
-           m_hub.GetSecurityPoolDetail(product, assetProp, trader, symbol, exchange, true),
+           m_hub.GetSecurityPoolDetail(product, assetProp, trader, symbol, exchange, withPublicPools),
            product.isEmpty() || assetProp.isEmpty()
                ? RecordList()
                : m_model.poolsOf(m_model.accountsOf({product}, {assetProp}),
-                                 trader.isEmpty() ? QStringList() : QStringList(trader), symbol, exchange, true),
-           true);
+                                 trader.isEmpty() ? QStringList() : QStringList(trader), symbol, exchange,
+                                 withPublicPools),
+           withPublicPools);
     const int type = chance.upTo(4);
     differ("pools of " + resource, m_hub.GetSecurityPoolDetailByResourceId(resource, type),
            m_model.poolsOfResource(resource, type));
@@ -195,8 +197,10 @@ void PictureCheck::compareLookups(Chance &chance)
            m_model.sumsOf(accounts, trader, symbol, exchange), true);
     differ("open positions " + filter, m_hub.GetOpenPositionList(accounts, traders, symbol, exchange),
            m_model.openPositions(accounts, traders, symbol, exchange));
-    differ("own position " + filter, qlonglong(m_hub.GetOpenPositionByAccountAndSymbol(symbol, exchange, {}, accounts)),
-           m_model.ownPosition(symbol, exchange, accounts));
+    const QString side = chance.of({"", "normalBuy", "normalSell", "collateralBuy", "collateralSell"});
+    differ("own position " + side + ' ' + filter,
+           qlonglong(m_hub.GetOpenPositionByAccountAndSymbol(symbol, exchange, side, accounts)),
+           m_model.ownPosition(symbol, exchange, side, accounts));
     const qlonglong wanted = 1 + chance.upTo(500);
     for (const bool buys : {true, false})
         differ(QStringLiteral("enough quota for %1 %2").arg(wanted).arg(filter),

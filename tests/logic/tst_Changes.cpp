@@ -90,6 +90,7 @@ private slots:
     void oneOfSeveralRequests();
     void poolsNeverExceedTheirResource();
     void deletedResourceIsGoneAtOnce();
+    void deletedResourceStaysGone();
     void productsAreInForceAtReturn();
 
 private:
@@ -357,6 +358,28 @@ void ChangesTest::deletedResourceIsGoneAtOnce()
     QCOMPARE(Rows::texts(hub->GetSecurityPoolDetailByResourceId("r1", 3), PoolDetailId), QStringList("p1"));
     QVERIFY(hub->GetSecurityPoolDetailById("p2").isEmpty());
     QCOMPARE(takeAsked(), QStringList("pools A1"));
+    server->takeChanges();
+    takeEvents();
+}
+
+/// Answers that were computed before the deletion come after it; only when none is under way can it not be listed.
+void ChangesTest::deletedResourceStaysGone()
+{
+    startDesk();
+    QString errorText;
+    for (int quantity : {200, 300})
+        QCOMPARE(hub->AlterT0Resource(byId("r1", quantity), errorText), Rows::Success);
+    QCOMPARE(hub->DeleteT0Resource({byId("r1")}, errorText), Rows::Success);
+    const RecordList old{resource("r1", "A1", "600000 SH", 200), resource("r2", "A1", "110001 SH", 1)};
+    for (int i = 0; i < 2; ++i) {
+        answerResources("A1", old);
+        QVERIFY(hub->GetResourceDetailById("r1").isEmpty());
+        QVERIFY(!hub->GetResourceDetailById("r2").isEmpty());
+    }
+    answerResources("A1", old); // asked for after the deletion: the server has it again
+    QVERIFY(!hub->GetResourceDetailById("r1").isEmpty());
+    answerPools("A1", {});
+    takeAsked();
     server->takeChanges();
     takeEvents();
 }

@@ -176,6 +176,7 @@ void IntegrityTest::failedAnswersAreAskedForAgain()
     answerResources("A1", {}, Rows::Fail);
     answerPools("A2", {}, Rows::Fail);
     answerPools("A9", {}, Rows::Fail); // not enabled
+    answerResources("A9", {}, Rows::Fail);
     QCOMPARE(takeAsked(), QStringList());
     for (int i = 0; i < 2; ++i) {
         QCOMPARE(check(), QStringList());
@@ -187,10 +188,14 @@ void IntegrityTest::failedAnswersAreAskedForAgain()
     takeAsked();
     QCOMPARE(check(), QStringList());
     QCOMPARE(takeAsked(), QStringList("resources A1")); // the pools are being asked for
-    for (const char *account : {"A1", "A3", "A4"})
+    hub->RefreshDataByType(ManualT0Logic::Resources);
+    takeAsked();
+    QCOMPARE(check(), QStringList());
+    QCOMPARE(takeAsked(), QStringList()); // both are
+    for (const char *account : {"A1", "A2", "A3", "A4"}) {
         answerPools(account, {});
-    answerResources("A1", {});
-    answerPools("A2", {});
+        answerResources(account, {});
+    }
     QCOMPARE(check(), QStringList());
     QCOMPARE(takeAsked(), QStringList());
     takeEvents();

@@ -5,7 +5,7 @@ usage: mutate.py [--again] [--only TEXT] [--list]
 
 The faults stand in faults.txt. Each is applied to a copy of the tree (build/mutation), what it touches is built and the
 tests of its group are run until one fails. results.md gets a row a fault. A run that was interrupted goes on where it
-was; --again forgets what is known; --only tries the faults whose title has TEXT, known or not.
+was; --again forgets what is known; --only tries the faults whose title has TEXT, known or not; --list names them.
 """
 
 import argparse
@@ -183,20 +183,23 @@ def write_results(faults, results):
 
 def main():
     parser = argparse.ArgumentParser(description="Puts small faults into the code and sees which test notices.")
-    parser.add_argument("--again", action="store_true", help="forget what is known")
+    parser.add_argument("--again", action="store_true", help="forget what is known of them")
     parser.add_argument("--only", metavar="TEXT", help="the faults whose title has TEXT")
-    parser.add_argument("--list", action="store_true", help="the faults, and whether they can be applied")
+    parser.add_argument("--list", action="store_true", help="the faults; fails when one cannot be applied")
     options = parser.parse_args()
     faults = read_faults()
+    named = [fault for fault in faults if not options.only or options.only in fault.title]
+    if not named:
+        sys.exit(f"no fault's title has \"{options.only}\"; --list shows them all")
     if options.list:
-        for fault in faults:
+        for fault in named:
             fault.apply(open(os.path.join(TOP, fault.path), encoding="utf-8").read())
             print(f"{fault.key()} {fault.tests:8.8} {fault.title}")
         return
-    results = {} if options.again else read_results()
-    results = {fault.key(): results[fault.key()] for fault in faults if fault.key() in results}
-    wanted = [fault for fault in faults
-              if (options.only in fault.title if options.only else fault.key() not in results)]
+    known = read_results()
+    results = {fault.key(): known[fault.key()] for fault in faults
+               if fault.key() in known and not (options.again and fault in named)}
+    wanted = [fault for fault in named if options.only or fault.key() not in results]
     refresh_tree()
     check_untouched(wanted)
     for number, fault in enumerate(wanted, 1):

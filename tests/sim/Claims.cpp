@@ -19,9 +19,10 @@ QString Claims::hear(const QString &what, const std::function<QString()> &call)
 {
     Claim claim{what, {}, {}};
     m_open.append(&claim);
+    m_world.note("a user calls " + what);
     claim.code = call();
     m_open.removeLast();
-    m_world.note("told of " + what + ": " + claim.code);
+    m_world.note("he is told \"" + claim.code + "\" of " + what);
     m_heard.append(claim);
     return claim.code;
 }

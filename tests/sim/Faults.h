@@ -5,6 +5,7 @@
 #include "Chance.h"
 
 #include <array>
+#include <functional>
 
 /// What the simulation does to messages, connections and users' timing. Each is counted when it has struck.
 enum class Fault {
@@ -42,7 +43,13 @@ public:
 
     static const char *name(Fault fault);
 
-    void struck(Fault fault) { ++m_counts[size_t(fault)]; }
+    std::function<void(const QString &)> note; ///< of the trace
+
+    void struck(Fault fault)
+    {
+        ++m_counts[size_t(fault)];
+        note(QStringLiteral("fault: ") + QLatin1String(name(fault)));
+    }
     const Counts &counts() const { return m_counts; }
 
     /// The answer to a query, spoilt; what could not strike, this kind of message or an empty one, leaves it as it is.

@@ -16,7 +16,9 @@ public:
         , m_gateway(m_world.chance)
         , m_client(m_world, m_gateway, faults)
         , m_users(m_world, m_gateway, faults, m_client)
-    {}
+    {
+        faults.note = [this](const QString &what) { m_world.note(what); };
+    }
 
     SeedResult run()
     {

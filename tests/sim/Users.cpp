@@ -13,6 +13,14 @@ namespace {
 constexpr int mostCalls = 2; ///< of users at the same time
 constexpr char timeout[] = "timeout";
 
+/// Of those that callChange() knows.
+QString nameOfChange(int which)
+{
+    const QStringList names{"AddT0Resource", "AlterT0Resource", "AllocatePublicResource", "AllocateResourceToTrader",
+                            "AddSecurityPoolAndResource"};
+    return names.value(which - 2, "DeleteSecurityPoolsByIdList");
+}
+
 } // namespace
 
 Users::Users(World &world, ModelGateway &gateway, Faults &faults, Client &client)
@@ -41,12 +49,15 @@ void Users::othersAct()
     Chance &chance = m_world.chance;
     const int kind = chance.upTo(20);
     if (kind < 10) {
+        m_world.note("somebody trades");
         m_gateway.someoneTrades();
     } else if (kind < 14) {
         strangePush();
     } else if (kind < 17) {
+        m_world.note("another manager acts");
         m_gateway.anotherManagerActs();
     } else if (kind < 19) {
+        m_world.note("another manager alters the products");
         m_gateway.alterProducts();
         m_client.productsChangedByOthers();
     } else {
@@ -85,6 +96,7 @@ void Users::userActs()
     } else if (kind < 2) {
         m_client.begins();
         const QStringList accounts = chance.some({"A1", "A2", "A3", "A9"});
+        m_world.note("a user chooses " + accounts.join(','));
         m_client.hub().SetCurrentTradeAccount(accounts);
         m_client.model.choose(accounts);
         m_client.compare("a choice");
@@ -109,14 +121,16 @@ void Users::refreshes()
     m_client.begins();
     ManualT0LogicPrivate &hub = m_client.hub();
     const int kind = m_world.chance.upTo(10);
-    m_world.note(QStringLiteral("a user refreshes %1").arg(kind));
     if (kind < 7) {
+        m_world.note(QStringLiteral("a user calls RefreshDataByType(%1)").arg(kind));
         hub.RefreshDataByType(kind);
         m_client.model.refreshType(kind);
     } else if (kind < 9) {
+        m_world.note("a user calls InitData()");
         hub.InitData();
         m_client.model.initData();
     } else {
+        m_world.note("a user calls RefreshData()");
         hub.RefreshData();
         if (m_client.refreshAccepted())
             m_client.model.refreshAll();
@@ -146,7 +160,7 @@ void Users::alterProducts()
     const int others = m_client.productsOfOthers;
     const int alteration = ++m_alterations;
     const QString told =
-        m_claims.hear("products", [&] { return m_client.hub().AlterT0ProductAccount(wanted, errorText); });
+        m_claims.hear("AlterT0ProductAccount", [&] { return m_client.hub().AlterT0ProductAccount(wanted, errorText); });
     if (told == Rows::Success) {
         m_client.model.answerProducts(true, accepted);
         // Of two alterations at the same time nobody knows which the server has carried out last.
@@ -164,10 +178,10 @@ void Users::changes()
     const int which = m_world.chance.upTo(8);
     const VariantRecord doomed = someResource();
     if (which > 1) {
-        m_claims.hear(QStringLiteral("change %1").arg(which), [&] { return callChange(which, errorText); });
+        m_claims.hear(nameOfChange(which), [&] { return callChange(which, errorText); });
     } else if (!doomed.isEmpty()) {
         const QString told =
-            m_claims.hear("deletion", [&] { return m_client.hub().DeleteT0Resource({doomed}, errorText); });
+            m_claims.hear("DeleteT0Resource", [&] { return m_client.hub().DeleteT0Resource({doomed}, errorText); });
         if (told == Rows::Success) {
             const QStringList ids{doomed.value(ResourceId).toString()};
             m_client.model.deleteResources(ids);
@@ -239,14 +253,16 @@ void Users::orders()
 {
     Chance &chance = m_world.chance;
     RecordList rows;
-    for (int i = 1 + chance.upTo(2); i > 0; --i)
-        rows.append(Rows::order(
-            chance.of({"A1", "A2", "A3"}) + ' ' + chance.of({"600000.SH SH", "300001.SZ SZ", "110001.SH SH"}) + ' ' +
-            chance.of({"normalBuy", "normalSell"}) + ' ' + QString::number(100 + chance.upTo(900)) + " 10.5"));
-    for (VariantRecord &row : rows)
-        row.insert(tradingAccount, row.value(tradingAccount).toStringList().value(0));
+    QStringList called{"Order"};
+    for (int i = 1 + chance.upTo(2); i > 0; --i) {
+        called.append(chance.of({"A1", "A2", "A3"}) + ' ' +
+                      chance.of({"600000.SH SH", "300001.SZ SZ", "110001.SH SH"}) + ' ' +
+                      chance.of({"normalBuy", "normalSell"}) + ' ' + QString::number(100 + chance.upTo(900)) + " 10.5");
+        rows.append(Rows::order(called.constLast()));
+        rows.last().insert(tradingAccount, called.constLast().section(' ', 0, 0));
+    }
     RecordList results;
-    m_claims.hear("order", [&] { return m_client.hub().Order(rows, results, {}); });
+    m_claims.hear(called.join("; "), [&] { return m_client.hub().Order(rows, results, {}); });
     for (const VariantRecord &result : qAsConst(results)) {
         const QString request = result.value(Stand_Fields::Order::requestId).toString();
         if (!request.isEmpty() && !m_unknownOrders.contains(request))
@@ -261,6 +277,7 @@ void Users::follows()
     if (m_unknownOrders.isEmpty())
         return;
     const QString request = m_unknownOrders.takeFirst();
+    m_world.note("a user asks what became of " + request);
     QVariant answer;
     const bool processed = MasterTradeLogic::instance()->fateOfRequest(request, answer) == 0;
     const RecordList fate = MasterTradeLogic::transFate(answer);
@@ -279,10 +296,12 @@ void Users::sets()
     m_client.begins();
     const QString symbol = m_world.chance.of({"600000.SH", "300001.SZ", "110001.SH"});
     if (m_world.chance.oneIn(4)) {
+        m_world.note("a user deletes his settings of " + symbol);
         m_client.hub().DeleteSymbolTradeSettings(symbol);
         m_client.model.settings.remove(symbol);
     } else {
         const VariantRecord settings{{TradeCustQty, m_world.chance.upTo(300)}};
+        m_world.note("a user sets his settings of " + symbol);
         m_client.hub().SetSymbolTradeSettings(symbol, settings);
         m_client.model.settings.insert(symbol, settings);
     }

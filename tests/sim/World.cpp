@@ -18,6 +18,7 @@ constexpr quint64 mostSteps = 400000; ///< a seed that goes on longer hangs
 
 World::World(quint64 seed, SimDispatcher &timers, bool trace)
     : chance(unsigned(seed))
+    , m_seed(seed)
     , m_timers(timers)
     , m_trace(trace)
 {
@@ -73,14 +74,14 @@ void World::letRun(int party)
 void World::step()
 {
     if (++m_steps > mostSteps)
-        qFatal("the simulation does not end");
+        qFatal("seed %llu does not end", m_seed);
     const int first = chance.upTo(qMax(1, m_parties.size()));
     for (int i = 0; i < m_parties.size(); ++i) {
         if (!chance.oneIn(lagsOneIn))
             letRun((first + i) % m_parties.size());
     }
     if (!runNext(std::numeric_limits<qint64>::max()))
-        qFatal("nothing is left to happen");
+        qFatal("seed %llu waits for ever", m_seed);
 }
 
 bool World::runNext(qint64 until)

@@ -65,6 +65,7 @@ private:
     int partyOf(const QObject *object) const; ///< -1: of none
     bool runNext(qint64 until);
 
+    const quint64 m_seed;
     SimDispatcher &m_timers;
     const bool m_trace;
     QVector<Party> m_parties;

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -130,8 +131,21 @@ void print(const Total &total, double seconds)
                 total.seeds, total.steps, *fewest, total.failed, total.hash, seconds);
 }
 
+/// A wrong number ends the program.
+quint64 numberOf(const QCommandLineParser &parser, const QCommandLineOption &option, quint64 least, quint64 most)
+{
+    bool isNumber = false;
+    const quint64 number = parser.value(option).toULongLong(&isNumber);
+    if (isNumber && number >= least && number <= most)
+        return number;
+    std::fprintf(stderr, "t0-sim: --%s: a number from %llu to %llu is expected, not \"%s\"\n",
+                 qUtf8Printable(option.names().constFirst()), least, most, qUtf8Printable(parser.value(option)));
+    std::exit(2);
+}
+
 Plan planOf(const QStringList &arguments)
 {
+    constexpr quint64 lastSeed = 1'000'000'000;
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
         "One client, its host and a model gateway on one thread under a virtual clock, with faults, from seeds."));
@@ -144,10 +158,15 @@ Plan planOf(const QStringList &arguments)
     const QCommandLineOption hashes(QStringLiteral("hashes"), QStringLiteral("Prints the hash of each seed."));
     parser.addOptions({seeds, first, seed, jobs, trace, hashes});
     parser.process(arguments);
+    if (!parser.positionalArguments().isEmpty()) {
+        std::fprintf(stderr, "t0-sim: \"%s\" is no option\n",
+                     qUtf8Printable(parser.positionalArguments().constFirst()));
+        std::exit(2);
+    }
     Plan plan;
-    plan.first = parser.value(parser.isSet(seed) ? seed : first).toULongLong();
-    plan.seeds = parser.isSet(seed) ? 1 : parser.value(seeds).toULongLong();
-    plan.processes = qBound(1, parser.value(jobs).toInt(), 64);
+    plan.first = numberOf(parser, parser.isSet(seed) ? seed : first, 0, lastSeed);
+    plan.seeds = parser.isSet(seed) ? 1 : numberOf(parser, seeds, 1, lastSeed);
+    plan.processes = int(numberOf(parser, jobs, 1, 64));
     plan.trace = parser.isSet(trace);
     plan.hashes = parser.isSet(hashes);
     return plan;

@@ -245,7 +245,11 @@ private:
     // ---- ManualT0LogicPrivate_Products.cpp ---------------------------------------------------------------
 
     void buildCandidates();
-    void queryT0Products();
+    void queryT0Products() T0_EXCLUDES(productLock);
+    /// The products are changing: an answer that is under way may be from before, and may come after later ones. When
+    /// none is under way any more they are asked for once more. False: none is now.
+    bool rereadProductsLater() T0_EXCLUDES(productLock);
+    void endProductQuery() T0_EXCLUDES(productLock);
     void failT0Products() T0_EXCLUDES(productLock);
     void applyT0ProductList(const RecordList &productList) T0_EXCLUDES(productLock, resourceLock, securityPoolLock);
     QStringList candidateAccounts(const QString &productAccount, const QString &assetProp) const;
@@ -256,7 +260,8 @@ private:
     /// Product account to asset property to trading accounts. No lock: written in the constructor only.
     QMap<QString, QMap<QString, QStringList>> candidateProductAccountMap;
     int productQueryRetries T0_GUARDED_BY(productLock) = 0;
-    std::atomic<int> productQueries{0}; ///< asked, and their answers not yet taken
+    int productQueries T0_GUARDED_BY(productLock) = 0; ///< asked, and their answers not yet taken
+    bool productsToReread T0_GUARDED_BY(productLock) = false;
 
     // ---- ManualT0LogicPrivate_Traders.cpp ----------------------------------------------------------------
 
@@ -475,7 +480,10 @@ private:
     /// Whose last answer was a failure: what is held may be old. Hub's thread only.
     struct UnreadAccounts {
         QSet<QString> accounts;
+        QSet<QString> asked; ///< again, and not answered yet: a silent server gets one question an account
         void answered(const QString &account, bool success);
+        /// Those of them to ask for now: enabled, and not being asked for.
+        QSet<QString> takeOpen(const QSet<QString> &enabled, const QSet<QString> &underWay);
     };
     UnreadAccounts unreadResources;
     UnreadAccounts unreadPools;

@@ -195,25 +195,32 @@ void ManualT0LogicPrivate::checkUsage()
 
 void ManualT0LogicPrivate::UnreadAccounts::answered(const QString &account, bool success)
 {
+    asked.remove(account);
     if (success)
         accounts.remove(account);
     else
         accounts.insert(account);
 }
 
+QSet<QString> ManualT0LogicPrivate::UnreadAccounts::takeOpen(const QSet<QString> &enabled,
+                                                             const QSet<QString> &underWay)
+{
+    accounts.intersect(enabled); // of the others nothing is held
+    const QSet<QString> open = QSet<QString>(accounts).subtract(underWay).subtract(asked);
+    asked.unite(open);
+    return open;
+}
+
 /// A failed answer changes nothing when it comes; what it was to bring is asked for again here, until it is there.
 void ManualT0LogicPrivate::readUnreadAgain()
 {
     const QSet<QString> enabled = t0Accounts();
-    unreadResources.accounts.intersect(enabled); // of the others nothing is held
-    unreadPools.accounts.intersect(enabled);
-
     // Not what is being asked: a load takes a second failure of an account for its last.
     ReadLock lock(resourceLock);
-    const QSet<QString> resources = QSet<QString>(unreadResources.accounts).subtract(keysOf(resourceQueries));
+    const QSet<QString> resources = unreadResources.takeOpen(enabled, keysOf(resourceQueries));
     lock.unlock();
     ReadLock poolLock(securityPoolLock);
-    const QSet<QString> pools = QSet<QString>(unreadPools.accounts).subtract(keysOf(pendingSecurityPoolAccounts));
+    const QSet<QString> pools = unreadPools.takeOpen(enabled, keysOf(pendingSecurityPoolAccounts));
     poolLock.unlock();
 
     for (const QString &account : resources)

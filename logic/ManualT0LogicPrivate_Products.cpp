@@ -1,4 +1,5 @@
 #include "CBusinessDataBase.h"
+#include "ChangeRows.h"
 #include "InitKeys.h"
 #include "ManualT0LogicPrivate.h"
 #include "MasterBusinessDataInterface.h"
@@ -8,6 +9,8 @@
 #include "OrvaneFields.h"
 #include "OrvaneValues.h"
 #include "Retries.h"
+
+#include <utility>
 
 QMap<QString, QStringList> ManualT0LogicPrivate::GetAllT0ProductAccount() const
 {
@@ -89,11 +92,10 @@ QString ManualT0LogicPrivate::AlterT0ProductAccount(const QMap<QString, QStringL
         }
     }
     const QString code = sendChange(Master_MsgType::AlterManualT0ProductsRequest, {}, requested, errMsg);
+    const bool isReread = ChangeRows::mayBeInForce(code) && rereadProductsLater(); // before an old answer can end
     if (code == Orvane_Values::RequestExeStatus::success)
         applyT0ProductList(accepted);
-    // An answer that is still on its way may have been made before the change, and would undo it.
-    const bool mayBeUndone = code == Orvane_Values::RequestExeStatus::success && productQueries > 0;
-    if (mayBeUndone || code == Master_Values::RequestExeStatus::timeout)
+    else if (code == Master_Values::RequestExeStatus::timeout && !isReread)
         queryT0Products();
     return code;
 }
@@ -106,7 +108,24 @@ void ManualT0LogicPrivate::slotQueryT0ProductsResponse(QString code, QList<QVari
         applyT0ProductList(prdList);
     else
         failT0Products();
-    --productQueries; // now: whoever changes the products meanwhile must know of this answer
+    endProductQuery(); // now: whoever changes the products meanwhile must know of this answer
+}
+
+bool ManualT0LogicPrivate::rereadProductsLater()
+{
+    WriteLock lock(productLock);
+    productsToReread = productQueries > 0;
+    return productsToReread;
+}
+
+void ManualT0LogicPrivate::endProductQuery()
+{
+    WriteLock lock(productLock);
+    productQueries = qMax(0, productQueries - 1);
+    if (productQueries > 0 || !std::exchange(productsToReread, false))
+        return;
+    lock.unlock();
+    queryT0Products();
 }
 
 void ManualT0LogicPrivate::failT0Products()
@@ -162,7 +181,10 @@ void ManualT0LogicPrivate::buildCandidates()
 
 void ManualT0LogicPrivate::queryT0Products()
 {
-    ++productQueries;
+    {
+        WriteLock lock(productLock);
+        ++productQueries;
+    }
     emit signalQueryT0Products({{Orvane_Fields::UserAccount::loginUserId, CBusinessDataBase::GetLoginAccount()}});
 }
 

@@ -93,7 +93,7 @@ void Model::initData()
     for (const auto &[family, query] :
          {std::pair(Products, "products"), {Traders, "traders"}, {Priority, "priority"}}) {
         if (startLoad(family))
-            asked.append(query);
+            ask(query);
     }
 }
 
@@ -110,7 +110,7 @@ void Model::refreshType(int type)
     }
     if (type == Products || type == Traders) {
         startLoad(type);
-        asked.append(type == Products ? "products" : "traders");
+        ask(type == Products ? "products" : "traders");
     } else if (type == Resources || type == Pools) {
         loadAccounts(type);
     }
@@ -168,15 +168,44 @@ void Model::answersLoad(int family, const QString &account, bool success)
 void Model::failed(int family, const QString &query)
 {
     if (++failures[family] < 5)
-        asked.append(query);
+        ask(query);
     else
         finish(family, false);
 }
 
+void Model::ask(const QString &query)
+{
+    asked.append(query);
+    if (query == "products")
+        ++productQueries;
+}
+
 void Model::answerProducts(bool success, const RecordList &rows)
 {
-    if (!success)
-        return failed(Products, "products");
+    if (success)
+        takeProducts(rows);
+    else
+        failed(Products, "products");
+    productQueries = qMax(0, productQueries - 1);
+    if (productQueries == 0 && std::exchange(rereadsProducts, false))
+        ask("products");
+}
+
+void Model::productsAltered(const RecordList &accepted)
+{
+    rereadsProducts = productQueries > 0;
+    takeProducts(accepted);
+}
+
+void Model::productsUnknown()
+{
+    rereadsProducts = productQueries > 0;
+    if (!rereadsProducts)
+        ask("products");
+}
+
+void Model::takeProducts(const RecordList &rows)
+{
     failures[Products] = 0;
     accounts.clear();
     enabled.clear();

@@ -18,6 +18,8 @@ public:
     void refreshType(int type);
     void refreshAll();
     void answerProducts(bool success, const RecordList &rows);
+    void productsAltered(const RecordList &accepted); ///< by this client; the server has accepted it
+    void productsUnknown();                           ///< nobody knows whether it has
     void answerTraders(bool success, const RecordList &rows, bool isManager);
     void answerResources(const QString &account, bool success, const RecordList &rows, bool cover);
     void answerPools(const QString &account, bool success, const RecordList &rows);
@@ -84,6 +86,8 @@ public:
     QStringList events;
 
 private:
+    void ask(const QString &query);
+    void takeProducts(const RecordList &rows);
     bool startLoad(int family);
     void finish(int family, bool success);
     void loadAccounts(int family);
@@ -103,6 +107,8 @@ private:
     QString reasonAgainst(const VariantRecord &order, const QStringList &accounts) const;
 
     int failures[2] = {};
+    int productQueries = 0; ///< not answered yet
+    bool rereadsProducts = false;
     bool poolTraderIsUser = true;
     QSet<QString> deleted; ///< resources; an answer from before does not bring them back
     QSet<QString> orphans; ///< pools whose resource was deleted, until an answer lists them

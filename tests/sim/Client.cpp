@@ -137,7 +137,7 @@ void Client::connectHub()
         QObject::connect(m_presenter, signal, m_door.get(), slot, queued);
     };
     door(&Presenter::signalQueryT0ProductsResponse, [this](const QString &code, const RecordList &rows) {
-        enter("products " + code, [&] {
+        enter("products " + code + ' ' + accountsOf(rows).join(','), [&] {
             m_hub->slotQueryT0ProductsResponse(code, rows);
             model.answerProducts(isSuccess(code), rows);
         });

@@ -162,12 +162,14 @@ void Users::alterProducts()
     const QString told =
         m_claims.hear("AlterT0ProductAccount", [&] { return m_client.hub().AlterT0ProductAccount(wanted, errorText); });
     if (told == Rows::Success) {
-        m_client.model.answerProducts(true, accepted);
+        m_client.model.productsAltered(accepted);
         // Of two alterations at the same time nobody knows which the server has carried out last.
         if (m_client.productsOfOthers == others && m_alterations == alteration)
             m_client.productsAccepted();
         else
             m_client.productsChangedByOthers();
+    } else if (told == timeout) {
+        m_client.model.productsUnknown();
     }
     m_client.compare("an alteration of the products", true);
 }

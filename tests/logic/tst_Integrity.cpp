@@ -190,6 +190,7 @@ void IntegrityTest::failedAnswersAreAskedForAgain()
     takeAsked();
     QCOMPARE(check(), QStringList());
     QCOMPARE(takeAsked(), QStringList("resources A1")); // the pools are being asked for
+    answerResources("A1", {}, Rows::Fail);
     hub->RefreshDataByType(ManualT0Logic::Resources);
     takeAsked();
     QCOMPARE(check(), QStringList());

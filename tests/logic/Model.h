@@ -62,7 +62,6 @@ public:
                           const QStringList &users, const QString &side) const;
     QStringList searchTexts() const; ///< of the tradable symbols
     static QMap<QString, QStringList> productsToEnable();
-    static QString keyOf(const VariantRecord &usage);
     VariantRecord usageDetail(const QString &account, const QString &trader, const QString &symbol,
                               const QString &exchange) const;
     RecordList sumsOf(const QStringList &accounts, const QString &trader, const QString &symbol,
@@ -104,7 +103,6 @@ private:
     /// Over what earlier orders have left of the accounts: first it closes, then it opens.
     QMap<QString, qlonglong> distributed(const VariantRecord &order, const QStringList &of, Taken &taken) const;
     RecordList confirmed(VariantRecord order, const QString &account, qlonglong quantity) const;
-    QString reasonAgainst(const VariantRecord &order, const QStringList &accounts) const;
 
     int failures[2] = {};
     int productQueries = 0; ///< not answered yet

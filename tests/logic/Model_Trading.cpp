@@ -22,9 +22,13 @@ const ScriptedReference &desk()
     return reference;
 }
 
-int factorOf(const QString &symbol)
+ScriptedReference::Instrument instrumentOf(const QString &symbol)
 {
-    return symbol == bond ? 10 : symbol == "00700.HK" ? 100 : 1;
+    for (const ScriptedReference::Instrument &instrument : desk().instruments) {
+        if (instrument.symbol == symbol)
+            return instrument;
+    }
+    return {};
 }
 
 /// What an account has or has borrowed of a security, in display units.
@@ -34,7 +38,7 @@ qlonglong sellable(const QString &account, const QString &symbol, const QString 
     const auto add = [&](const ScriptedReference::Holding &holding) {
         if (holding.tradingAccount == account && holding.exchange == exchange &&
             holding.securityID == symbol.section('.', 0, 0))
-            sum += holding.quantity * factorOf(symbol);
+            sum += holding.quantity * instrumentOf(symbol).dispFactor;
     };
     for (const ScriptedReference::Holding &position : desk().positions)
         add(position);
@@ -43,15 +47,6 @@ qlonglong sellable(const QString &account, const QString &symbol, const QString 
             add(borrowed);
     }
     return sum;
-}
-
-ScriptedReference::Instrument instrumentOf(const QString &symbol)
-{
-    for (const ScriptedReference::Instrument &instrument : desk().instruments) {
-        if (instrument.symbol == symbol)
-            return instrument;
-    }
-    return {};
 }
 
 qlonglong stepOf(const QString &symbol)
@@ -86,6 +81,13 @@ QStringList suitable(const QStringList &accounts, const QString &side)
 QStringList suitable(const VariantRecord &order)
 {
     return suitable(order.value(tradingAccount).toStringList(), str(order, Master_Fields::Security::SideUnion));
+}
+
+QString reasonAgainst(const VariantRecord &order, const QStringList &accounts)
+{
+    if (str(order, Security::symbol).isEmpty() || str(order, securityExchange).isEmpty())
+        return UserTexts::noSymbolOrExchange();
+    return accounts.isEmpty() ? UserTexts::noMatchingAccount() : QString();
 }
 
 /// In sizes as the user wants them, none of them too small to be ordered.
@@ -197,7 +199,7 @@ double Model::allocatable(const QString &account, const QString &symbol, const Q
             used += qlonglong(std::trunc(num(row, ResourceQty)));
     }
     const qlonglong room = mostOfAResource - used;
-    const qlonglong factor = factorOf(symbol);
+    const qlonglong factor = instrumentOf(symbol).dispFactor;
     const qlonglong free = held <= 0 && isBond && exchange == "SH" ? room : qMin(held - used, room);
     return double(qMax<qlonglong>(0, free) / factor * factor);
 }
@@ -284,8 +286,7 @@ RecordList Model::resourceCandidates(const QStringList &products, const QString 
         const bool isBond = symbol == bond && exchange == "SH";
         if (quantity == 0 && !(withT0Symbols && isBond))
             return;
-        RecordList held = those(
-            resources, [&](const auto &row) { return matches(row, {account}, symbol, exchange) && !symbol.isEmpty(); });
+        RecordList held = those(resources, [&](const auto &row) { return matches(row, {account}, symbol, exchange); });
         sortBy<resourceId>(held);
         rows.append({{Orvane_Fields::UserAccount::productAccount, product},
                      {tradingAccount, account},
@@ -310,13 +311,6 @@ RecordList Model::resourceCandidates(const QStringList &products, const QString 
         }
     }
     return rows;
-}
-
-QString Model::reasonAgainst(const VariantRecord &order, const QStringList &accountList) const
-{
-    if (str(order, Security::symbol).isEmpty() || str(order, securityExchange).isEmpty())
-        return UserTexts::noSymbolOrExchange();
-    return accountList.isEmpty() ? UserTexts::noMatchingAccount() : QString();
 }
 
 QString Model::check(const RecordList &orders, RecordList &results) const
@@ -451,9 +445,4 @@ QMap<QString, QStringList> Model::productsToEnable()
             products[candidate.product].append(candidate.assetProp);
     }
     return products;
-}
-
-QString Model::keyOf(const VariantRecord &usage)
-{
-    return usageKey(usage);
 }

@@ -1,5 +1,6 @@
 #include "PictureCheck.h"
 
+#include "ModelRows.h"
 #include "OrderChecks.h"
 
 #include <algorithm>
@@ -103,17 +104,22 @@ void PictureCheck::compareHeld()
     }
     for (int type = 0; type <= 6; ++type)
         differ(QStringLiteral("state %1").arg(type), int(m_hub.GetInitStateByType(type)), int(m_model.states[type]));
+    compareAlike();
     differ("accounts", m_hub.GetAllT0TradingAccountList(), m_model.accounts);
-    differ("products", m_hub.GetAllT0ProductAccount(), m_model.enabled);
-    differ("traders", m_hub.GetAllT0TraderId(), m_model.traderNames);
-    differ("own accounts", m_hub.GetAllT0TradingAccountListByCurUser(), m_model.ownAccounts);
     differ("chosen", m_hub.GetCurrentTradeAccount(), m_model.chosen);
     differ("symbols", m_hub.GetCurrentTradableSymbolList(), m_model.tradableSymbols);
     differ("search texts", m_hub.GetCurrentInputSymbolList(), m_model.searchTexts());
     differ("candidates for products", m_hub.GetCandidateT0ProductAccount(), Model::productsToEnable());
     differ("T0 symbols", m_hub.GetT0Symbols(), QStringList("110001.SH"));
-    differ("all resources", m_hub.GetAllResourceList(), m_model.allResources());
     differ("all pools", m_hub.GetAllSecurityPoolList(), m_model.allPools());
+}
+
+void PictureCheck::compareAlike()
+{
+    differ("products", m_hub.GetAllT0ProductAccount(), m_model.enabled);
+    differ("traders", m_hub.GetAllT0TraderId(), m_model.traderNames);
+    differ("own accounts", m_hub.GetAllT0TradingAccountListByCurUser(), m_model.ownAccounts);
+    differ("all resources", m_hub.GetAllResourceList(), m_model.allResources());
 }
 
 void PictureCheck::compareRows()
@@ -127,10 +133,7 @@ void PictureCheck::compareRows()
         return pools;
     };
     const QStringList accounts{"A1", "A2", "A3", "A4"};
-    differ("products", m_hub.GetAllT0ProductAccount(), m_model.enabled);
-    differ("traders", m_hub.GetAllT0TraderId(), m_model.traderNames);
-    differ("own accounts", m_hub.GetAllT0TradingAccountListByCurUser(), m_model.ownAccounts);
-    differ("all resources", m_hub.GetAllResourceList(), m_model.allResources());
+    compareAlike();
     differ("all pools", withoutLimits(m_hub.GetAllSecurityPoolList()), withoutLimits(m_model.allPools()));
     differ("all usage", m_hub.GetRealtimePoolDetailList(accounts, {}, {}, {}), m_model.usageOf(accounts, {}, {}, {}));
 }
@@ -225,7 +228,7 @@ void PictureCheck::compareLookups(Chance &chance)
                                                 : QString());
     differ("T0 products", m_hub.GetT0ProductMap(), productNames);
     const VariantRecord record = m_model.usageOf(accounts, traders, symbol, exchange).value(0);
-    differ("key", m_hub.GetRealtimePoolKey(record), Model::keyOf(record));
+    differ("key", m_hub.GetRealtimePoolKey(record), ModelRows::usageKey(record));
     compareOrders(chance, accounts, filter);
     differ("profit " + filter, m_hub.GetProfitLossDataList(accounts, trader, symbol, exchange),
            m_model.profitOf(accounts, trader, symbol, exchange));

@@ -24,6 +24,7 @@ public:
 
 private:
     void differ(const QString &what, const RecordList &found, const RecordList &expected, bool inOrder = false);
+    void compareAlike(); ///< what first and later answers leave alike
     void compareOrders(Chance &chance, const QStringList &accounts, const QString &filter);
 
     const ManualT0LogicPrivate &m_hub;
